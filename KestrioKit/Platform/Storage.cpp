@@ -1,0 +1,77 @@
+#include "KestrioKit/Platform/Storage.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+
+} // namespace
+
+std::optional<QString> Storage::libraryFolder() {
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    if (data.isEmpty())
+        return std::nullopt;
+    return data + u"/Kestrio"_s;
+}
+
+std::optional<QString> Storage::localLibraryURL(const QString &filename) {
+    const std::optional<QString> folder = libraryFolder();
+    if (!folder)
+        return std::nullopt;
+    return *folder + u'/' + filename + u".json"_s;
+}
+
+void Storage::setUp() {
+    if (qEnvironmentVariableIsSet("KESTRIO_HARD_RESET"))
+        resetLibraryFolder();
+    createLibraryFolder();
+}
+
+void Storage::createLibraryFolder() {
+    const std::optional<QString> folder = libraryFolder();
+    if (!folder || !QDir().mkpath(*folder))
+        return;
+    QFile::setPermissions(*folder, ownerOnly | QFile::ExeOwner);
+}
+
+void Storage::resetLibraryFolder() {
+    if (const std::optional<QString> folder = libraryFolder())
+        QDir(*folder).removeRecursively();
+    createLibraryFolder();
+}
+
+void Storage::remove(const QString &filename) {
+    if (const std::optional<QString> url = localLibraryURL(filename))
+        QFile::remove(*url);
+}
+
+void Storage::write(const QString &url, const QByteArray &text) {
+    QSaveFile file(url);
+    if (!file.open(QIODevice::WriteOnly))
+        return;
+    // Before the first byte: nobody else gets to read a token.
+    file.setPermissions(ownerOnly);
+    file.write(text);
+    file.commit();
+}
+
+std::optional<QByteArray> Storage::read(const QString &url, qint64 maximumSize) {
+    // Whatever else goes by that name, a folder or a pipe, must not be opened: it could block.
+    if (!QFileInfo(url).isFile())
+        return std::nullopt;
+    QFile file(url);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > maximumSize)
+        return std::nullopt;
+    return file.readAll();
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,22 @@
+# kestrio_compile_options(TARGET): the warnings, definitions and sanitizers of every target here.
+find_program(KESTRIO_CCACHE ccache)
+if(KESTRIO_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${KESTRIO_CCACHE})
+endif()
+
+function(kestrio_compile_options target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+        -Woverloaded-virtual -Wimplicit-fallthrough)
+    target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+        QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS QT_NO_FOREACH
+        QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+    if(KESTRIO_DEVELOPMENT)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(KESTRIO_SANITIZE)
+        target_compile_options(${target} PRIVATE -fsanitize=${KESTRIO_SANITIZE}
+            -fno-omit-frame-pointer -fno-sanitize-recover=all -g1)
+        # PUBLIC: whatever links an instrumented library needs the runtime.
+        target_link_options(${target} PUBLIC -fsanitize=${KESTRIO_SANITIZE})
+    endif()
+endfunction()

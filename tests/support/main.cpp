@@ -1,0 +1,26 @@
+#include <gtest/gtest.h>
+
+#include <QGuiApplication>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+namespace {
+
+// A warning of Qt's that no test announced is a fault of ours.
+void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &message) {
+    if (type == QtDebugMsg || type == QtInfoMsg)
+        return;
+    ADD_FAILURE() << "unexpected warning: " << qPrintable(message);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+    const QTemporaryDir data;
+    qputenv("XDG_DATA_HOME", QFile::encodeName(data.path()));
+    QGuiApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("kestrio-tests"));
+    qInstallMessageHandler(failOnWarning);
+    return RUN_ALL_TESTS();
+}
