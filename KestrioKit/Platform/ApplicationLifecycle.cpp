@@ -4,12 +4,18 @@
 
 namespace KestrioKit {
 
-/// Registers with Qt when the library is loaded: an application made before or after is seen.
+/// Registers with Qt when the library is loaded: an application made before or after is seen. A
+/// process that leaves by `exit()` keeps its application object; then this is the end.
 struct ApplicationHooks {
     ApplicationHooks() {
         qAddPreRoutine(ApplicationLifecycle::applicationCreated);
         qAddPostRoutine(ApplicationLifecycle::applicationGoing);
     }
+    ~ApplicationHooks() {
+        if (ApplicationLifecycle::shared().applicationExists())
+            ApplicationLifecycle::applicationGoing();
+    }
+    Q_DISABLE_COPY_MOVE(ApplicationHooks)
 };
 static const ApplicationHooks applicationHooks;
 

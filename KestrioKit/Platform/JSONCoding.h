@@ -25,11 +25,9 @@ bool reportMissingKey(DecodingError &error, QLatin1StringView key);
 /// The number as an integer, when it is one: 5 and 5.0 are, 5.5 is not.
 std::optional<qint64> exactInteger(const QJsonValue &value);
 
-/// How a type is written as JSON and read from it. The general form follows the type's key table;
-/// a type whose JSON is something else specialises this with the same two operations.
-/// `decode` fills `result` and returns true, or says why not in `error` and returns false.
+/// Writes a record as its key table says, and reads it so.
 template <typename Record>
-struct JSONCoding {
+struct KeyTableCoding {
     static void encode(JSONWriter &writer, const Record &record) {
         writer.beginObject();
         encodeFields(writer, record);
@@ -58,6 +56,12 @@ private:
     static bool decodeField(const QJsonObject &object, Record &result, const Row &row,
                             DecodingError &error);
 };
+
+/// How a type is written as JSON and read from it. The general form follows the type's key table;
+/// a type whose JSON is something else specialises this with the same two operations.
+/// `decode` fills `result` and returns true, or says why not in `error` and returns false.
+template <typename Record>
+struct JSONCoding : KeyTableCoding<Record> {};
 
 template <>
 struct JSONCoding<QString> {
@@ -162,7 +166,7 @@ struct JSONCoding<QMap<QString, Value>> {
 
 template <typename Record>
 template <typename Row>
-void JSONCoding<Record>::encodeField(JSONWriter &writer, const Record &record, const Row &row) {
+void KeyTableCoding<Record>::encodeField(JSONWriter &writer, const Record &record, const Row &row) {
     const auto &field = record.*row.field;
     if constexpr (Row::fieldPresence == Presence::required) {
         writer.key(row.key);
@@ -175,7 +179,7 @@ void JSONCoding<Record>::encodeField(JSONWriter &writer, const Record &record, c
 
 template <typename Record>
 template <typename Row>
-bool JSONCoding<Record>::decodeField(const QJsonObject &object, Record &result, const Row &row,
+bool KeyTableCoding<Record>::decodeField(const QJsonObject &object, Record &result, const Row &row,
                                      DecodingError &error) {
     auto &field = result.*row.field;
     const QLatin1StringView key(row.key.data(), qsizetype(row.key.size()));

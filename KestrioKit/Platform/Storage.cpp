@@ -23,7 +23,7 @@ std::optional<QString> Storage::libraryFolder() {
     return data + u"/Kestrio"_s;
 }
 
-std::optional<QString> Storage::localLibraryURL(const QString &filename) {
+std::optional<QString> Storage::localLibraryURL(QLatin1StringView filename) {
     const std::optional<QString> folder = libraryFolder();
     if (!folder)
         return std::nullopt;
@@ -49,7 +49,7 @@ void Storage::resetLibraryFolder() {
     createLibraryFolder();
 }
 
-void Storage::remove(const QString &filename) {
+void Storage::remove(QLatin1StringView filename) {
     if (const std::optional<QString> url = localLibraryURL(filename))
         QFile::remove(*url);
 }

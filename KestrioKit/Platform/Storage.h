@@ -21,7 +21,7 @@ public:
     static void setUp();
 
     /// Where the file of that name lies; absent when the platform names no data folder.
-    static std::optional<QString> localLibraryURL(const QString &filename);
+    static std::optional<QString> localLibraryURL(QLatin1StringView filename);
 
     /// Replaces the whole file, atomically.
     template <typename Record>
@@ -43,7 +43,7 @@ public:
     }
 
     /// Removes the file of that name.
-    static void remove(const QString &filename);
+    static void remove(QLatin1StringView filename);
 
 private:
     static std::optional<QString> libraryFolder();

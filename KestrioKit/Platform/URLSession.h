@@ -36,6 +36,9 @@ public:
     /// is still out when the application ends is dropped without a call. Thread-safe.
     virtual void send(URLRequest request, Body body, URLCompletion completion) = 0;
 
+    /// How many requests are out. Each counts until its completion has returned. Thread-safe.
+    virtual int tasksInFlight() const = 0;
+
     static constexpr qint64 maximumBodySize = 10 * 1024 * 1024;
 };
 

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "KestrioKit/Platform/Clock.h"
+#include "KestrioKit/Platform/Executor.h"
+#include "KestrioKit/Platform/ReachabilityFlagsSource.h"
+#include "KestrioKit/Platform/URLSession.h"
+
+#include <functional>
+#include <memory>
+
+namespace KestrioKit {
+
+/// Makes what tells whether the service on `host` can be reached, unless the system refuses.
+using ReachabilityFlagsSourceFactory =
+    std::function<ReachabilityFlagsSource::Creation(const QString &host)>;
+
+/// What the library takes from the world around it. Clock and executor outlive everything that is
+/// made with this.
+struct LibraryContext {
+    const Clock &clock;
+    /// Runs the blocks of every dispatch queue.
+    Executor &executor;
+    std::shared_ptr<URLTransport> transport;
+    ReachabilityFlagsSourceFactory makeFlagsSource;
+};
+
+} // namespace KestrioKit

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "KestrioKit/Platform/Executor.h"
+#include "KestrioKit/Platform/URLSession.h"
+
+#include <memory>
+
+namespace KestrioKit {
+
+/// Carries requests over HTTP/1.1 (RFC 9112), encrypted where their URL is of "https", without
+/// cookies or a cache. The errors' domain is `transportErrorDomain`; refusals (4xx, 5xx) are none.
+/// Nothing is sent twice: what a closing connection cuts off fails.
+class NetworkTransport final : public URLTransport {
+public:
+    /// Requests are sent and completed on the thread of `executor`, a Qt thread with an event loop.
+    /// It must outlive this object. What is out when that thread ends is dropped.
+    explicit NetworkTransport(Executor &executor);
+    /// Drops what is still out.
+    ~NetworkTransport() override;
+
+    void send(URLRequest request, Body body, URLCompletion completion) override;
+    int tasksInFlight() const override;
+
+private:
+    class Manager;
+    struct State;
+
+    Executor &m_executor;
+    std::shared_ptr<State> m_state;
+};
+
+} // namespace KestrioKit

@@ -1,0 +1,175 @@
+#include "KestrioKit/Protocol/KestrioServiceRequests.h"
+
+#include <QUrlQuery>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto localHost = "localhost"_L1;
+constexpr auto localScheme = "http"_L1;
+constexpr int localPort = 8080;
+constexpr auto scheme = "https"_L1;
+constexpr auto bulkVersion = "2"_L1;
+constexpr double millisecondsPerSecond = 1000;
+
+// What may stand in a path besides letters, digits and "-._~" (RFC 3986, 3.3). QUrl's own escaping
+// lets square brackets and halves of surrogate pairs through, which strict servers refuse.
+constexpr auto pathCharacters = "/!$&'()*+,;=:@";
+
+QString escapedPath(const QString &path) {
+    return QString::fromLatin1(QUrl::toPercentEncoding(path, pathCharacters));
+}
+
+QString hostFromEnvironment() {
+    constexpr auto environmentVariable = "KESTRIO_ENVIRONMENT";
+    constexpr auto hostVariable = "KESTRIO_HOSTNAME";
+    if (qEnvironmentVariableIsSet(environmentVariable)) {
+        const QString environment = qEnvironmentVariable(environmentVariable);
+        if (environment.contains("local"_L1))
+            return localHost;
+        return environment.contains("stag"_L1) ? QLatin1StringView(KESTRIO_STAGING_HOST)
+                                               : QLatin1StringView(KESTRIO_PRODUCTION_HOST);
+    }
+    return qEnvironmentVariable(hostVariable, QLatin1StringView(KESTRIO_PRODUCTION_HOST));
+}
+
+std::optional<URLRequest> request(const char *method, const std::optional<QUrl> &url) {
+    if (!url)
+        return std::nullopt;
+    return URLRequest{.method = method, .url = *url, .headers = {}, .body = {}};
+}
+
+template <typename Body>
+std::optional<URLRequest> request(const char *method, const std::optional<QUrl> &url,
+                                  const Body &body) {
+    std::optional<URLRequest> result = request(method, url);
+    if (result)
+        result->body = encodeJSON(body);
+    return result;
+}
+
+} // namespace
+
+QString KestrioServiceRequests::host() const {
+    std::call_once(m_hostOnce, [this] { m_host = hostFromEnvironment(); });
+    return m_host;
+}
+
+std::optional<QUrl> KestrioServiceRequests::url(const QString &path) const {
+    const bool local = host().contains(localHost);
+    QUrl url;
+    url.setScheme(local ? localScheme : scheme);
+    url.setHost(host());
+    // An http URL must name a host (RFC 9110, 4.2); QUrl drops one that it finds invalid.
+    if (url.host().isEmpty())
+        return std::nullopt;
+    if (local)
+        url.setPort(localPort);
+    url.setPath(escapedPath(path), QUrl::StrictMode);
+    return url.isValid() ? std::optional(url) : std::nullopt;
+}
+
+std::optional<QUrl> KestrioServiceRequests::versionedUrl(const QString &relativePath) const {
+    return url(u'/' + version + u'/' + relativePath);
+}
+
+std::optional<QUrl> KestrioServiceRequests::environmentUrl(const QString &subPath) const {
+    return versionedUrl(u"environments/"_s + environment() + u'/' + subPath);
+}
+
+std::optional<QUrl> KestrioServiceRequests::visitorUrl(const QString &subPath) const {
+    const std::optional<qint64> visitor = visitorIdentifier();
+    if (!visitor)
+        return std::nullopt;
+    return versionedUrl(u"visitors/"_s + QString::number(*visitor) + u'/' + subPath);
+}
+
+std::optional<QUrl> KestrioServiceRequests::bulkUrl(const QString &subPath) const {
+    const std::optional<qint64> visitor = visitorIdentifier();
+    if (!visitor)
+        return std::nullopt;
+    return url(u'/' + bulkVersion + u"/environments/"_s + environment() + u"/visitors/"_s +
+               QString::number(*visitor) + u'/' + subPath);
+}
+
+std::optional<URLRequest> KestrioServiceRequests::newConfig() const {
+    return request("GET", environmentUrl(u"config"_s));
+}
+
+std::optional<URLRequest>
+KestrioServiceRequests::newVisitors(const std::optional<QString> &userIdentifier) const {
+    return request("POST", environmentUrl(u"visitors"_s), Request::Visitors{userIdentifier});
+}
+
+std::optional<URLRequest>
+KestrioServiceRequests::newTrackEvent(const Request::TrackEvent &event) const {
+    return request("POST", visitorUrl(u"events"_s), event);
+}
+
+std::optional<URLRequest>
+KestrioServiceRequests::newBatchTrackEvents(const QList<Request::TrackEvent> &events) const {
+    return request("POST", visitorUrl(u"events/batch"_s),
+                   Request::makeBatchTrackEvent(events, m_clock));
+}
+
+std::optional<URLRequest>
+KestrioServiceRequests::newSetUserIdentifier(const QString &userIdentifier) const {
+    const std::optional<qint64> visitor = visitorIdentifier();
+    if (!visitor)
+        return std::nullopt;
+    return request("PUT", environmentUrl(u"visitors/"_s + QString::number(*visitor)),
+                   Request::UpdateUserIdentifier{userIdentifier});
+}
+
+std::optional<URLRequest> KestrioServiceRequests::newFetchSurvey(qint64 surveyId) const {
+    std::optional<QUrl> url = environmentUrl(u"questions"_s);
+    if (url) {
+        // The service takes the visitor from the token, whatever "vid" says.
+        url->setQuery(QUrlQuery{{u"surveyid"_s, QString::number(surveyId)}, {u"vid"_s, u"0"_s}});
+    }
+    return request("GET", url);
+}
+
+std::optional<URLRequest>
+KestrioServiceRequests::newSetAttribute(const Request::UpdateAttribute &attribute) const {
+    return request("PUT", visitorUrl(u"attributes/"_s + attribute.key),
+                   Request::UpdateAttribute::RequestBody{attribute.value});
+}
+
+std::optional<URLRequest>
+KestrioServiceRequests::newSetAttributes(const Request::UpdateAttributes &attributes) const {
+    return request("PUT", bulkUrl(u"attributes"_s), attributes.attributes);
+}
+
+std::optional<URLRequest>
+KestrioServiceRequests::newRemoveAttributes(const Request::RemoveAttributes &attributes) const {
+    return request("DELETE", bulkUrl(u"attributes"_s), attributes);
+}
+
+std::optional<URLRequest>
+KestrioServiceRequests::newSubmitResponse(const Request::SurveyResponseBody &response) const {
+    return request("POST", bulkUrl(u"responses/submit"_s), response);
+}
+
+std::optional<URLRequest>
+KestrioServiceRequests::newSurveyHistory(const Request::SurveyEvent &event) const {
+    return request("POST",
+                   versionedUrl(u"visitors/%1/surveys/%2/history"_s.arg(
+                       QString::number(event.visitorId), QString::number(event.surveyId))),
+                   event);
+}
+
+std::optional<URLRequest>
+KestrioServiceRequests::newRecordError(const Request::RecordError &error) const {
+    std::optional<URLRequest> result = request("POST", versionedUrl(u"errors"_s), error);
+    if (result) {
+        const auto now = qint64(m_clock.secondsSince1970() * millisecondsPerSecond);
+        result->headers.append({"x-ks-error", "kestrio-" + QByteArray::number(now) + "-error"});
+    }
+    return result;
+}
+
+} // namespace KestrioKit

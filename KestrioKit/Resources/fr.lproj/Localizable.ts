@@ -1,0 +1,27 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr" sourcelanguage="en">
+<context>
+    <name>Localizable</name>
+    <message>
+        <source>Next</source>
+        <extracomment>Go to the next step</extracomment>
+        <translation>Suivant</translation>
+    </message>
+    <message>
+        <source>Finish</source>
+        <extracomment>Completed the steps</extracomment>
+        <translation>Terminer</translation>
+    </message>
+    <message>
+        <source>Thanks!</source>
+        <extracomment>Thank you for taking the survey</extracomment>
+        <translation>Merci !</translation>
+    </message>
+    <message>
+        <source>I think that...</source>
+        <extracomment>Unfinished thought on what I think</extracomment>
+        <translation>Je pense que…</translation>
+    </message>
+</context>
+</TS>
