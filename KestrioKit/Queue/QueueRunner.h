@@ -1,0 +1,106 @@
+#pragma once
+
+#include "KestrioKit/Platform/DispatchQueue.h"
+#include "KestrioKit/Platform/Logging.h"
+#include "KestrioKit/Queue/QueueTask.h"
+
+#include <QList>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+namespace KestrioKit {
+
+/// Told by the runners when their lists have changed enough to be saved.
+class QueueRunnerDelegate {
+public:
+    virtual ~QueueRunnerDelegate() = default;
+
+    /// Persists every runner's lists now. Called on the run queue.
+    virtual void save() = 0;
+};
+
+/// Drains one list of tasks to the service: sends what is ready, retries what failed after its
+/// back-off, and finishes the rest. How tasks are sent is the subclass's affair.
+///
+/// Every change of the lists is a block on `runQueue`, which the runners of one owner share. The
+/// operations return at once and may be called from any thread.
+class QueueRunner : public std::enable_shared_from_this<QueueRunner> {
+public:
+    /// The most tasks that wait; beyond it the oldest are dropped.
+    static constexpr qsizetype queueLimit = 25;
+
+    /// `clock` must outlive the runner. A sender or delegate that has gone is not called.
+    QueueRunner(std::weak_ptr<SubmissionSender> api, DispatchQueue runQueue, const Clock &clock,
+                QString name);
+    virtual ~QueueRunner() = default;
+    Q_DISABLE_COPY_MOVE(QueueRunner)
+
+    const QString &name() const { return m_name; }
+    void setDelegate(std::weak_ptr<QueueRunnerDelegate> delegate) {
+        m_delegate = std::move(delegate);
+    }
+
+    /// While false nothing is sent; tasks are still taken and kept. True at first.
+    bool enabled() const { return m_enabled; }
+    void setEnabled(bool enabled) { m_enabled = enabled; }
+
+    void append(QueueTask task) { append(QList<QueueTask>{std::move(task)}); }
+    /// Adds tasks at the end and flushes.
+    void append(QList<QueueTask> tasks);
+    /// The same at once. To be called on the run queue.
+    void take(const QList<QueueTask> &tasks);
+    /// Sends what is ready, or does so after the send that is under way.
+    void flush();
+    /// Drops what waits; what is being sent is not sent again.
+    void clear();
+
+    /// The requests that wait, then those being sent. To be called on the run queue.
+    QList<QueueableRequest> recordsToPersist() const;
+    /// Whether nothing is being sent and nothing that waits is ready. To be called on the run
+    /// queue.
+    bool isIdle() const;
+
+protected:
+    /// Takes the tasks that are finished, whether they are to be retried, and what came of them.
+    using Finished =
+        std::function<void(const QList<QueueTask> &tasks, bool retry,
+                           std::optional<HTTPURLResponse> response, std::optional<Error> error)>;
+
+    /// Sends the tasks and calls `completion` with each of them once. Called on the run queue.
+    virtual void performTasks(const QList<QueueTask> &tasks, const Finished &completion) = 0;
+
+    /// Sends a request that stands for `tasks` and judges the answer: 5xx and failures are to be
+    /// retried, all else is final. A disabled service disables the runner.
+    void send(const URLRequest &request, const QList<QueueTask> &tasks, const Finished &completion);
+
+    std::shared_ptr<SubmissionSender> api() const { return m_api.lock(); }
+
+private:
+    void runFlush();
+    bool isReady(const QueueTask &task) const;
+    QList<QueueTask> selectReadyTasks();
+    void scheduleNextRun();
+    void schedule(DispatchTime nextRun);
+    void finish(const QList<QueueTask> &tasks, bool retry,
+                const std::optional<HTTPURLResponse> &response, const std::optional<Error> &error);
+    void removeFromFlight(const QList<QueueTask> &tasks);
+    void retry(const QueueTask &task, const std::optional<HTTPURLResponse> &response,
+               const std::optional<Error> &error);
+    void logFlushFinished();
+    void log(LogLevel level, const QString &message) const;
+
+    std::atomic<bool> m_enabled = true;
+    QList<QueueTask> m_queue;
+    QList<QueueTask> m_inFlight;
+    DispatchQueue m_runQueue;
+    std::weak_ptr<SubmissionSender> m_api;
+    bool m_again = false;
+    QString m_name;
+    std::weak_ptr<QueueRunnerDelegate> m_delegate;
+    std::shared_ptr<DispatchWorkItem> m_scheduledRun;
+    const Clock &m_clock;
+};
+
+} // namespace KestrioKit

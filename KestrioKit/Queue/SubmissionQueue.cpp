@@ -1,0 +1,250 @@
+#include "KestrioKit/Queue/SubmissionQueue.h"
+
+#include "KestrioKit/Platform/Logging.h"
+#include "KestrioKit/Platform/Storage.h"
+
+#include <algorithm>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView filename("SubmissionQueue");
+
+// Far beyond what 125 records with long texts come to; a larger file is not one of ours.
+constexpr qint64 maximumStateFileSize = 256 * 1024 * 1024;
+
+// The payloads of one kind among a runner's records.
+template <typename Body>
+QList<Body> payloads(const QueueRunner &runner) {
+    QList<Body> bodies;
+    for (const QueueableRequest &request : runner.recordsToPersist()) {
+        if (const Body *const body = std::get_if<Body>(&request))
+            bodies.append(*body);
+    }
+    return bodies;
+}
+
+template <typename Body>
+void restoreTasks(QueueRunner &runner, const QList<Body> &bodies, const Clock &clock) {
+    QList<QueueTask> tasks;
+    tasks.reserve(bodies.size());
+    for (const Body &body : bodies)
+        tasks.append(makeQueueTask(body, clock));
+    runner.take(tasks);
+}
+
+} // namespace
+
+std::shared_ptr<SubmissionQueue> SubmissionQueue::make(std::weak_ptr<SubmissionSender> api,
+                                                       const LibraryContext &context) {
+    std::shared_ptr<SubmissionQueue> queue(new SubmissionQueue(std::move(api), context));
+    queue->start();
+    return queue;
+}
+
+SubmissionQueue::SubmissionQueue(std::weak_ptr<SubmissionSender> api, const LibraryContext &context)
+    : m_clock(context.clock),
+      m_makeFlagsSource(context.makeFlagsSource),
+      m_executor(context.executor),
+      m_api(std::move(api)),
+      m_queue(u"KestrioSubmissionQueue"_s, context.executor),
+      m_eventsQueue(std::make_shared<BatchRecordQueueRunner>(m_api, m_queue, m_clock, u"EVENTS"_s)),
+      m_surveysQueue(
+          std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"SURVEYS"_s)),
+      m_errorsQueue(
+          std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"ERRORS"_s)),
+      m_historyQueue(
+          std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"HISTORY"_s)),
+      m_attributesQueue(
+          std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"ATTRIBUTES"_s)),
+      m_allQueues{m_eventsQueue, m_surveysQueue, m_errorsQueue, m_historyQueue, m_attributesQueue} {
+}
+
+SubmissionQueue::~SubmissionQueue() {
+    if (m_reachability)
+        m_reachability->stopNotifier();
+}
+
+void SubmissionQueue::start() {
+    for (const auto &runner : m_allQueues)
+        runner->setDelegate(weak_from_this());
+    observeApplication();
+    configureReachability();
+    const bool reachable =
+        m_reachability && m_reachability->connection() != Reachability::Connection::unavailable;
+    enableAll(reachable && serviceEnabled());
+    if (const auto sender = m_api.lock()) {
+        m_visitorIdentifier.setValue(sender->visitorIdentifier());
+        m_visitorToken.setValue(sender->authorizationToken());
+    }
+    loadState();
+}
+
+void SubmissionQueue::observeApplication() {
+    using Event = ApplicationLifecycle::Event;
+    const Block saveIfAlive = [weak = weak_from_this()] {
+        if (const auto self = weak.lock())
+            self->save();
+    };
+    ApplicationLifecycle &lifecycle = ApplicationLifecycle::shared();
+    m_willTerminateObserver = lifecycle.observe(Event::willTerminate, saveIfAlive);
+    m_willResignActiveObserver = lifecycle.observe(Event::willResignActive, saveIfAlive);
+}
+
+void SubmissionQueue::appendRequest(QueueTask task) {
+    if (m_disableNetworkAccess)
+        return;
+    const std::shared_ptr<QueueRunner> &target = runner(task.request);
+    target->append(std::move(task));
+}
+
+void SubmissionQueue::appendRequest(QueueableRequest request) {
+    if (!m_disableNetworkAccess)
+        appendRequest(makeQueueTask(std::move(request), m_clock));
+}
+
+const std::shared_ptr<QueueRunner> &SubmissionQueue::runner(const QueueableRequest &request) const {
+    struct Routing {
+        const SubmissionQueue &queue;
+        auto &operator()(const Request::TrackEvent &) const { return queue.m_eventsQueue; }
+        auto &operator()(const Request::SurveyResponse &) const { return queue.m_surveysQueue; }
+        auto &operator()(const Request::RecordError &) const { return queue.m_errorsQueue; }
+        auto &operator()(const Request::SurveyEvent &) const { return queue.m_historyQueue; }
+        auto &operator()(const Request::UpdateAttribute &) const { return queue.m_attributesQueue; }
+        auto &operator()(const Request::UpdateAttributes &) const {
+            return queue.m_attributesQueue;
+        }
+        auto &operator()(const Request::RemoveAttributes &) const {
+            return queue.m_attributesQueue;
+        }
+    };
+    return std::visit(Routing{*this}, request);
+}
+
+void SubmissionQueue::updateAuth(std::optional<qint64> visitorIdentifier,
+                                 std::optional<QString> token) {
+    if (visitorIdentifier != m_visitorIdentifier.value())
+        clear();
+    m_visitorIdentifier.setValue(visitorIdentifier);
+    m_visitorToken.setValue(std::move(token));
+}
+
+void SubmissionQueue::save() {
+    m_queue.async(
+        [self = shared_from_this(), task = ApplicationLifecycle::shared().beginBackgroundTask()] {
+            Storage::store(std::optional(self->currentState()), Storage::localLibraryURL(filename));
+        });
+}
+
+PersistentQueue SubmissionQueue::currentState() const {
+    return {.visitorIdentifier = m_visitorIdentifier.value(),
+            .visitorToken = m_visitorToken.value(),
+            .events = payloads<Request::TrackEvent>(*m_eventsQueue),
+            .surveys = payloads<Request::SurveyResponse>(*m_surveysQueue),
+            .errors = payloads<Request::RecordError>(*m_errorsQueue),
+            .history = payloads<Request::SurveyEvent>(*m_historyQueue),
+            .attributes = payloads<Request::UpdateAttribute>(*m_attributesQueue)};
+}
+
+void SubmissionQueue::clear() {
+    m_queue.async([self = shared_from_this()] {
+        for (const auto &runner : self->m_allQueues)
+            runner->clear();
+        Storage::remove(filename);
+    });
+}
+
+void SubmissionQueue::reportIdle(std::function<void(bool idle)> report) {
+    m_queue.async([self = shared_from_this(), report = std::move(report)] {
+        report(std::all_of(self->m_allQueues.begin(), self->m_allQueues.end(),
+                           [](const auto &runner) { return runner->isIdle(); }));
+    });
+}
+
+// A large file must not hold up the thread that makes the queue. Requests appended meanwhile come
+// behind the stored ones, since this is the first block.
+void SubmissionQueue::loadState() {
+    m_queue.async([self = shared_from_this(), visitor = m_visitorIdentifier.value()] {
+        const auto state = Storage::load<PersistentQueue>(Storage::localLibraryURL(filename),
+                                                          maximumStateFileSize);
+        if (state && state->version == PersistentQueue::currentVersion &&
+            state->visitorIdentifier == visitor)
+            self->restore(*state);
+    });
+}
+
+void SubmissionQueue::restore(const PersistentQueue &state) {
+    restoreTasks(*m_eventsQueue, state.events, m_clock);
+    restoreTasks(*m_surveysQueue, state.surveys, m_clock);
+    restoreTasks(*m_errorsQueue, state.errors, m_clock);
+    restoreTasks(*m_historyQueue, state.history, m_clock);
+    restoreTasks(*m_attributesQueue, state.attributes, m_clock);
+    if (!state.hasMessages())
+        return;
+    for (const auto &runner : m_allQueues)
+        runner->flush();
+}
+
+void SubmissionQueue::configureReachability() {
+    const auto sender = m_api.lock();
+    if (!sender)
+        return;
+    const Reachability::Creation creation =
+        Reachability::create(m_makeFlagsSource(sender->networkRequests().host()), m_executor,
+                             &DispatchQueue::main());
+    if (const auto *const error = std::get_if<ReachabilityError>(&creation)) {
+        report(*error);
+        return;
+    }
+    m_reachability = std::get<std::shared_ptr<Reachability>>(creation);
+    const auto onChange = [weak = weak_from_this()](void (SubmissionQueue::*change)()) {
+        return [weak, change](Reachability &) {
+            if (const auto self = weak.lock())
+                (*self.*change)();
+        };
+    };
+    m_reachability->setWhenReachable(onChange(&SubmissionQueue::networkReachable));
+    m_reachability->setWhenUnreachable(onChange(&SubmissionQueue::networkUnreachable));
+    if (const auto error = m_reachability->startNotifier())
+        report(*error);
+}
+
+// Later, since the sender that takes the error is still making this queue.
+void SubmissionQueue::report(const ReachabilityError &error) {
+    m_queue.async([api = m_api, error] {
+        if (const auto sender = api.lock())
+            sender->handleError(error.toError());
+    });
+}
+
+void SubmissionQueue::networkReachable() {
+    m_queue.async([self = shared_from_this()] {
+        KSLog(LogLevel::info, "[SubmissionQueue] Reachable = true. Enabling queues");
+        for (const auto &runner : self->m_allQueues) {
+            runner->setEnabled(self->serviceEnabled());
+            runner->flush();
+        }
+    });
+}
+
+void SubmissionQueue::networkUnreachable() {
+    m_queue.async([self = shared_from_this()] {
+        KSLog(LogLevel::info, "[SubmissionQueue] Reachable = false. Disabling queues");
+        self->enableAll(false);
+    });
+}
+
+bool SubmissionQueue::serviceEnabled() const {
+    const auto sender = m_api.lock();
+    return sender && !sender->disabledError();
+}
+
+void SubmissionQueue::enableAll(bool enabled) {
+    for (const auto &runner : m_allQueues)
+        runner->setEnabled(enabled);
+}
+
+} // namespace KestrioKit

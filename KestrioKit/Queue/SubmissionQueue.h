@@ -1,0 +1,87 @@
+#pragma once
+
+#include "KestrioKit/Platform/ApplicationLifecycle.h"
+#include "KestrioKit/Platform/Atomic.h"
+#include "KestrioKit/Platform/LibraryContext.h"
+#include "KestrioKit/Queue/BatchRecordQueueRunner.h"
+#include "KestrioKit/Queue/PersistentQueue.h"
+#include "KestrioKit/Queue/Reachability.h"
+#include "KestrioKit/Queue/SingleRecordQueueRunner.h"
+
+#include <array>
+#include <atomic>
+#include <functional>
+#include <memory>
+
+namespace KestrioKit {
+
+/// Everything that is still to be sent, in five runners and one state file.
+///
+/// The file holds what the runners did at the last save: after each finished send, when the
+/// application stops being active, and when it ends. Bulk changes of attributes are not in it.
+/// Runners are paused while the network cannot be reached. All operations may be called from any
+/// thread and return at once; lists and files are touched on the library's thread alone.
+class SubmissionQueue final : public QueueRunnerDelegate,
+                              public std::enable_shared_from_this<SubmissionQueue> {
+public:
+    /// The queue of `api`'s present visitor, with what the state file still holds for it.
+    static std::shared_ptr<SubmissionQueue> make(std::weak_ptr<SubmissionSender> api,
+                                                 const LibraryContext &context);
+    ~SubmissionQueue() override;
+    Q_DISABLE_COPY_MOVE(SubmissionQueue)
+
+    /// While true, new requests are dropped; false at first.
+    void setDisableNetworkAccess(bool disable) { m_disableNetworkAccess = disable; }
+
+    /// Queues a task for the runner of its kind.
+    void appendRequest(QueueTask task);
+    /// Queues a body whose outcome nobody waits for.
+    void appendRequest(QueueableRequest request);
+
+    /// Says whose records these are from now on. Another visitor empties the queue and its file.
+    void updateAuth(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
+
+    /// Writes the state file, which the end of the application waits for.
+    void save() override;
+    /// Drops everything that waits, and the state file.
+    void clear();
+
+    /// Calls `report` on the library's thread: whether nothing is being sent and nothing is ready.
+    void reportIdle(std::function<void(bool idle)> report);
+
+private:
+    SubmissionQueue(std::weak_ptr<SubmissionSender> api, const LibraryContext &context);
+
+    void start();
+    void observeApplication();
+    void configureReachability();
+    void report(const ReachabilityError &error);
+    void networkReachable();
+    void networkUnreachable();
+    bool serviceEnabled() const;
+    void enableAll(bool enabled);
+    void loadState();
+    void restore(const PersistentQueue &state);
+    PersistentQueue currentState() const;
+    const std::shared_ptr<QueueRunner> &runner(const QueueableRequest &request) const;
+
+    const Clock &m_clock;
+    ReachabilityFlagsSourceFactory m_makeFlagsSource;
+    Executor &m_executor;
+    std::weak_ptr<SubmissionSender> m_api;
+    std::atomic<bool> m_disableNetworkAccess = false;
+    DispatchQueue m_queue;
+    Atomic<std::optional<qint64>> m_visitorIdentifier;
+    Atomic<std::optional<QString>> m_visitorToken;
+    std::shared_ptr<QueueRunner> m_eventsQueue;
+    std::shared_ptr<QueueRunner> m_surveysQueue;
+    std::shared_ptr<QueueRunner> m_errorsQueue;
+    std::shared_ptr<QueueRunner> m_historyQueue;
+    std::shared_ptr<QueueRunner> m_attributesQueue;
+    std::array<std::shared_ptr<QueueRunner>, 5> m_allQueues;
+    ApplicationLifecycle::Observation m_willTerminateObserver;
+    ApplicationLifecycle::Observation m_willResignActiveObserver;
+    std::shared_ptr<Reachability> m_reachability;
+};
+
+} // namespace KestrioKit

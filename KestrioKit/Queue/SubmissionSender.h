@@ -1,0 +1,34 @@
+#pragma once
+
+#include "KestrioKit/Platform/URLRequest.h"
+#include "KestrioKit/Protocol/DisabledError.h"
+#include "KestrioKit/Protocol/KestrioServiceRequests.h"
+
+#include <functional>
+#include <optional>
+
+namespace KestrioKit {
+
+/// What becomes of a request of which only the status counts.
+using SimpleCompletion =
+    std::function<void(std::optional<HTTPURLResponse> response, std::optional<Error> error)>;
+
+/// What the queue needs of the network service, which owns the queue. Thread-safe.
+class SubmissionSender {
+public:
+    virtual ~SubmissionSender() = default;
+
+    /// Builds the requests of queued records.
+    virtual const KestrioServiceRequests &networkRequests() const = 0;
+    /// Sends a request as the current visitor. `completion` may be called within this call.
+    virtual void sendSimpleRequest(const URLRequest &request, SimpleCompletion completion) = 0;
+
+    virtual std::optional<DisabledError> disabledError() const = 0;
+    virtual std::optional<qint64> visitorIdentifier() const = 0;
+    virtual std::optional<QString> authorizationToken() const = 0;
+
+    /// Takes an error that nobody waits for.
+    virtual void handleError(const Error &error) = 0;
+};
+
+} // namespace KestrioKit
