@@ -1,0 +1,90 @@
+#pragma once
+
+#include "KestrioKit/Facade/Bootstrap.h"
+#include "KestrioKit/Facade/LocalData.h"
+#include "KestrioKit/Platform/Atomic.h"
+#include "KestrioKit/Platform/LibraryContext.h"
+#include "KestrioKit/Protocol/ResponseConfig.h"
+#include "KestrioKit/Protocol/ResponseVisitors.h"
+#include "KestrioKit/Service/KestrioService.h"
+#include "KestrioKit/Survey/Survey.h"
+#include "KestrioKit/SurveyState.h"
+
+#include <QMap>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace KestrioKit {
+
+/// What `Kestrio` does. Each public operation asks whether calls may run now, forwards to the
+/// network service, and keeps the identity in step with what the service answers. Thread-safe.
+class KestrioCore final : public std::enable_shared_from_this<KestrioCore> {
+public:
+    using TrackHandler = std::function<void(SurveyState)>;
+
+    /// The one that `Kestrio::shared()` faces, on the machine's own clock, network and files.
+    static const std::shared_ptr<KestrioCore> &shared();
+
+    static std::shared_ptr<KestrioCore> make(const LibraryContext &context);
+
+    const std::shared_ptr<KestrioService> &api() const { return m_api; }
+
+    /// The survey that an event was answered with, until it has been shown.
+    std::optional<Survey> survey() const { return m_survey.value(); }
+    void setSurvey(std::optional<Survey> survey) { m_survey.setValue(std::move(survey)); }
+
+    /// The configuration from the last fetch that succeeded.
+    std::optional<ResponseConfig> config() const { return m_config.value(); }
+
+    // The operations of `Kestrio`, documented there.
+    bool disableNetworkAccess() const { return m_disableNetworkAccess; }
+    void setDisableNetworkAccess(bool disable);
+    void configure(const QString &environment);
+    void setLocale(const QString &locale);
+    void setUserIdentifier(const QString &userIdentifier);
+    void setEmailAddress(const QString &email);
+    void setVisitorAttribute(const QString &key, const QString &value);
+    void setVisitorAttributes(const QMap<QString, QString> &attributes);
+    void removeVisitorAttributes(const QStringList &keys);
+    void track(const QString &eventName, const TrackHandler &handler);
+    void logout();
+
+private:
+    explicit KestrioCore(const LibraryContext &context);
+
+    Bootstrap::Action readyState() const;
+    /// Runs `operation` now, or holds `repeat`, the same public call, or does nothing.
+    Bootstrap::Action whenReady(const Block &operation, std::function<void(KestrioCore &)> repeat);
+    void startUp();
+    void loadAuthorizationInfo();
+    void saveAuthorizationInfo(const std::optional<QString> &token,
+                               std::optional<qint64> visitorIdentifier,
+                               const std::optional<QString> &userIdentifier);
+    void clearAuthorizationInfo();
+    void fetchConfig();
+    void fetchVisitorIdentifier(const std::optional<QString> &userIdentifier, bool anonymous);
+    void visitorReceived(const std::optional<ResponseVisitors> &visitor,
+                         const std::optional<Error> &error);
+    void attachUser(const QString &userIdentifier);
+    void userAttached(const QString &userIdentifier, std::optional<qint64> visitorBefore,
+                      const std::optional<ResponseVisitors> &visitor,
+                      const std::optional<Error> &error);
+    void launch(Bootstrap::Sequence sequence);
+    void failStart(const std::optional<Error> &error);
+    void trackForSurvey(const QString &name, const TrackHandler &handler);
+    SurveyState surveyReceived(const Survey &survey);
+    SimpleCompletion handlingErrors();
+    void handleError(const std::optional<Error> &error);
+
+    std::shared_ptr<KestrioService> m_api;
+    std::atomic<bool> m_disableNetworkAccess = false;
+    Atomic<std::optional<Survey>> m_survey;
+    Atomic<LocalData> m_localData;
+    Atomic<std::optional<ResponseConfig>> m_config;
+    std::shared_ptr<Bootstrap> m_bootstrap;
+};
+
+} // namespace KestrioKit

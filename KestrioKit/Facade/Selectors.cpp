@@ -1,0 +1,112 @@
+#include "KestrioKit/Facade/Selectors.h"
+
+#include <algorithm>
+#include <array>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Arguments = QVariantList;
+
+struct Selector {
+    QLatin1StringView text;
+    /// What each argument must convert to.
+    QList<QMetaType> (*argumentTypes)();
+    QVariant (*call)(Kestrio &kestrio, const Arguments &arguments);
+};
+
+template <typename... Types>
+QList<QMetaType> types() {
+    return {QMetaType::fromType<Types>()...};
+}
+
+// The operations that take texts alone, and return nothing.
+template <void (Kestrio::*operation)(const QString &)>
+QVariant callWithText(Kestrio &kestrio, const Arguments &arguments) {
+    (kestrio.*operation)(arguments[0].toString());
+    return {};
+}
+
+QVariant visitorIdentifier(Kestrio &kestrio, const Arguments &) {
+    const std::optional<qint64> identifier = kestrio.visitorIdentifier();
+    return identifier ? QVariant(*identifier) : QVariant();
+}
+
+QVariant setVisitorAttributes(Kestrio &kestrio, const Arguments &arguments) {
+    QMap<QString, QString> attributes;
+    const QVariantMap map = arguments[0].toMap();
+    for (auto entry = map.begin(); entry != map.end(); ++entry)
+        attributes.insert(entry.key(), entry.value().toString());
+    kestrio.setVisitorAttributes(attributes);
+    return {};
+}
+
+const std::array selectors{
+    Selector{"shared"_L1, types<>,
+             [](Kestrio &kestrio, const Arguments &) {
+                 return QVariant::fromValue<QObject *>(&kestrio);
+             }},
+    Selector{"visitorIdentifier"_L1, types<>, visitorIdentifier},
+    Selector{"disableNetworkAccess"_L1, types<>,
+             [](Kestrio &kestrio, const Arguments &) {
+                 return QVariant(kestrio.disableNetworkAccess());
+             }},
+    Selector{"setDisableNetworkAccess:"_L1, types<bool>,
+             [](Kestrio &kestrio, const Arguments &arguments) {
+                 kestrio.setDisableNetworkAccess(arguments[0].toBool());
+                 return QVariant();
+             }},
+    Selector{"configureWithEnvironment:"_L1, types<QString>, callWithText<&Kestrio::configure>},
+    Selector{"setLocale:"_L1, types<QString>, callWithText<&Kestrio::setLocale>},
+    Selector{"setUserIdentifier:"_L1, types<QString>, callWithText<&Kestrio::setUserIdentifier>},
+    Selector{"setEmailAddress:"_L1, types<QString>, callWithText<&Kestrio::setEmailAddress>},
+    Selector{"setVisitorAttributeWithKey:value:"_L1, types<QString, QString>,
+             [](Kestrio &kestrio, const Arguments &arguments) {
+                 kestrio.setVisitorAttribute(arguments[0].toString(), arguments[1].toString());
+                 return QVariant();
+             }},
+    Selector{"setVisitorAttributes:"_L1, types<QVariantMap>, setVisitorAttributes},
+    Selector{"removeVisitorAttributes:"_L1, types<QStringList>,
+             [](Kestrio &kestrio, const Arguments &arguments) {
+                 kestrio.removeVisitorAttributes(arguments[0].toStringList());
+                 return QVariant();
+             }},
+    Selector{"trackWithEventName:handler:"_L1, types<QString, Kestrio::TrackHandler>,
+             [](Kestrio &kestrio, const Arguments &arguments) {
+                 kestrio.track(arguments[0].toString(),
+                               arguments[1].value<Kestrio::TrackHandler>());
+                 return QVariant();
+             }},
+    Selector{"logout"_L1, types<>,
+             [](Kestrio &kestrio, const Arguments &) {
+                 kestrio.logout();
+                 return QVariant();
+             }},
+};
+
+// Only a handler may be left out.
+bool fits(const QVariant &argument, QMetaType type) {
+    if (!argument.isValid())
+        return type == QMetaType::fromType<Kestrio::TrackHandler>();
+    return argument.metaType() == type || QMetaType::canConvert(argument.metaType(), type);
+}
+
+} // namespace
+
+std::optional<QVariant> performSelector(Kestrio &kestrio, const QString &selector,
+                                        const QVariantList &arguments) {
+    const auto *const found =
+        std::find_if(selectors.begin(), selectors.end(),
+                     [&selector](const Selector &known) { return known.text == selector; });
+    if (found == selectors.end())
+        return std::nullopt;
+    const QList<QMetaType> wanted = found->argumentTypes();
+    if (!std::equal(arguments.begin(), arguments.end(), wanted.begin(), wanted.end(), fits))
+        return std::nullopt;
+    return found->call(kestrio, arguments);
+}
+
+} // namespace KestrioKit
