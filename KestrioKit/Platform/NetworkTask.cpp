@@ -24,7 +24,7 @@ enum StatusCode {
     firstInvalid = 600
 };
 
-// Qt reports a refusal (4xx, 5xx) as an error of these kinds, although the answer is whole.
+// Whether the error is one that Qt makes of a status of 400 and above.
 bool isRefusal(QNetworkReply::NetworkError error) {
     return error == QNetworkReply::ProxyAuthenticationRequiredError ||
            error == QNetworkReply::ProtocolInvalidOperationError ||
@@ -116,7 +116,7 @@ void NetworkTask::replyFinished() {
 }
 
 bool NetworkTask::followRedirection() {
-    if (m_reply->error() != QNetworkReply::NoError || m_redirections == maximumRedirections)
+    if (replyError() != QNetworkReply::NoError || m_redirections == maximumRedirections)
         return false;
     const QUrl target = m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
     std::optional<URLRequest> next = redirectedRequest(m_request, statusCode(), target);
@@ -128,6 +128,15 @@ bool NetworkTask::followRedirection() {
     m_received = 0;
     start();
     return true;
+}
+
+QNetworkReply::NetworkError NetworkTask::replyError() const {
+    const QNetworkReply::NetworkError error = m_reply->error();
+    // Qt rewinds the body for a redirection that it then leaves to us.
+    const bool redirected = error == QNetworkReply::ContentReSendError && statusCode() != 0;
+    // Qt reports refusals (4xx, 5xx) as errors, although their answers are whole.
+    const bool refused = isRefusal(error) && statusCode() >= firstRefusal;
+    return redirected || refused ? QNetworkReply::NoError : error;
 }
 
 int NetworkTask::statusCode() const {
@@ -149,8 +158,7 @@ URLResult NetworkTask::result() const {
 }
 
 std::optional<Error> NetworkTask::failure() const {
-    const QNetworkReply::NetworkError code = m_reply->error();
-    switch (code) {
+    switch (const QNetworkReply::NetworkError code = replyError()) {
     case QNetworkReply::NoError:
         return statusFailure();
     case QNetworkReply::OperationCanceledError:
@@ -160,8 +168,6 @@ std::optional<Error> NetworkTask::failure() const {
         return error(QNetworkReply::RemoteHostClosedError,
                      u"the connection was closed before an answer came"_s);
     default:
-        if (isRefusal(code) && statusCode() >= firstRefusal)
-            return statusFailure();
         return error(code, m_reply->errorString());
     }
 }

@@ -29,6 +29,7 @@ private:
     void replyFinished();
     bool followRedirection();
     int statusCode() const;
+    QNetworkReply::NetworkError replyError() const;
     URLResult result() const;
     std::optional<Error> failure() const;
     std::optional<Error> statusFailure() const;

@@ -112,7 +112,9 @@ void QueueRunner::runFlush() {
 }
 
 bool QueueRunner::isReady(const QueueTask &task) const {
-    return nextAttempt(task) <= m_clock.now();
+    // In this order: a task that may be sent at once says so with the time of the question.
+    const DispatchTime next = nextAttempt(task);
+    return next <= m_clock.now();
 }
 
 QList<QueueTask> QueueRunner::selectReadyTasks() {
