@@ -4,6 +4,7 @@
 #include "KestrioKit/Facade/Selectors.h"
 
 #include <QCoreApplication>
+#include <QThread>
 
 using KestrioKit::KestrioCore;
 
@@ -14,8 +15,13 @@ Kestrio &Kestrio::shared() {
 }
 
 Kestrio::Kestrio(std::shared_ptr<KestrioCore> core) : m_core(std::move(core)) {
-    if (const QCoreApplication *const application = QCoreApplication::instance())
+    if (const QCoreApplication *const application = QCoreApplication::instance()) {
         moveToThread(application->thread());
+    } else {
+        // Which thread will be the main one is not known yet. It may fetch what belongs to none.
+        moveToThread(nullptr);
+        KestrioKit::DispatchQueue::main().async([this] { moveToThread(QThread::currentThread()); });
+    }
 }
 
 Kestrio::~Kestrio() = default;

@@ -27,8 +27,9 @@ class KestrioCore;
 ///
 /// Every operation may be called from any thread, returns at once and never throws. What cannot be
 /// done is logged to standard output and reported to the service; nothing comes back as an error.
-/// Calls made before `configure()` are dropped. Calls made while it is under way are held and run
-/// on the main thread, in their order, once there is a visitor.
+/// Calls made before `configure()` are dropped, but for `setLocale` and `setDisableNetworkAccess`.
+/// Calls made while it is under way are held and run on the main thread, in their order, once there
+/// is a visitor.
 ///
 /// Name the application (`QCoreApplication::setApplicationName`) before `configure()`: the name
 /// says where the library keeps its files.
@@ -38,7 +39,9 @@ class KESTRIOKIT_EXPORT Kestrio final : public QObject {
     Q_DISABLE_COPY_MOVE(Kestrio)
 
 public:
-    /// Called once, on the main thread, with what became of an event.
+    /// Called once, on the main thread, with what became of an event. Never called for what is not
+    /// sent at all: while starting does not come to an end, right after `logout()`, and when the
+    /// application quits. It is destroyed on the main thread, too.
     using TrackHandler = std::function<void(SurveyState)>;
 
     /// The one object there is, made on first use. It lives for the whole process.
@@ -48,14 +51,18 @@ public:
     std::optional<qint64> visitorIdentifier() const;
 
     /// Whether the library keeps off the network; false at first. While set, nothing is sent, new
-    /// events, attributes and answers are dropped, and requests fail at once. What was queued
-    /// before is kept and sent after it is cleared.
+    /// events, attributes and answers are dropped, and requests fail at once: starting, too, and
+    /// that for good. What was queued before is kept, and sent together with the first record
+    /// after it is cleared.
     bool disableNetworkAccess() const;
     void setDisableNetworkAccess(bool disable);
 
     /// Starts: reads the stored identity, fetches the environment's configuration and a visitor.
-    /// A second call is ignored, unless starting has failed: then it starts over.
     /// Called before the application object exists, it starts once the event loop runs.
+    ///
+    /// A second call is ignored, unless the service has refused a visitor or a user, or did not
+    /// answer: then it starts over. Where not even the configuration could be had, the library
+    /// stays disabled as long as the process lives.
     Q_INVOKABLE void configure(const QString &environment);
 
     /// The language wanted from the service, as an "Accept-Language" value (RFC 9110, 12.5.4); by
@@ -63,12 +70,13 @@ public:
     Q_INVOKABLE void setLocale(const QString &locale);
 
     /// Says who the visitor is. Visits before are attached to that user where the service allows.
+    /// When the request fails, the library is disabled until `configure()` is called again.
     Q_INVOKABLE void setUserIdentifier(const QString &userIdentifier);
 
     /// Sets the visitor's attribute "!email".
     Q_INVOKABLE void setEmailAddress(const QString &email);
 
-    /// Sets one attribute of the visitor. It is queued on disk and retried until delivered.
+    /// Sets one attribute of the visitor. Queued, on disk too, and sent up to five times.
     Q_INVOKABLE void setVisitorAttribute(const QString &key, const QString &value);
     /// Sets several attributes in one request. Queued in memory only; nothing when empty.
     Q_INVOKABLE void setVisitorAttributes(const QMap<QString, QString> &attributes);
@@ -78,7 +86,7 @@ public:
     /// Reports that something happened. Blanks around the name are cut off; an empty name is no
     /// event, and its handler is not called.
     ///
-    /// Without a handler the event is queued on disk and delivered in a batch with others. With a
+    /// Without a handler the event is queued, on disk too, and sent in a batch with others. With a
     /// handler it is sent at once and once only, and the service may answer it with a survey.
     Q_INVOKABLE void track(const QString &eventName, const TrackHandler &handler = {});
 

@@ -3,9 +3,21 @@
 #include "KestrioKit/Facade/FacadeLog.h"
 #include "KestrioKit/Platform/Logging.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isUnderWay(Bootstrap::Sequence sequence) {
+    return sequence == Bootstrap::Sequence::configured ||
+           sequence == Bootstrap::Sequence::getConfig;
+}
+
+} // namespace
 
 QString printedForm(Bootstrap::Sequence sequence) {
     switch (sequence) {
@@ -62,28 +74,37 @@ bool Bootstrap::isConfigured() const {
     return sequence() >= Sequence::configured;
 }
 
-void Bootstrap::step(Sequence next) {
-    const Sequence old = m_sequence.mutate([next](Sequence &current) {
-        const Sequence before = current;
-        if (next == Sequence::error || next > current)
-            current = next;
-        return before;
+bool Bootstrap::setUserId(const QString &userId) {
+    return m_state.mutate([&userId](State &state) {
+        if (!isUnderWay(state.sequence))
+            return false;
+        state.userId = userId;
+        return true;
     });
-    if (next == old)
+}
+
+void Bootstrap::step(Sequence next) {
+    const bool moved = m_state.mutate([next](State &state) {
+        const Sequence old = std::exchange(
+            state.sequence, next == Sequence::error ? next : std::max(state.sequence, next));
+        return state.sequence != old;
+    });
+    if (!moved)
         return;
-    if (next == Sequence::visitorId) {
-        if (const std::optional<QString> user = userId())
-            m_attachUser(*user);
-        else
-            flush();
-    } else if (next == Sequence::userId) {
+    const std::optional<QString> user = userId();
+    if (next == Sequence::visitorId && user)
+        m_attachUser(*user);
+    else if (next == Sequence::visitorId || next == Sequence::userId)
         flush();
-    }
 }
 
 void Bootstrap::enqueue(Block call) {
-    m_dQueue.async(
-        [self = shared_from_this(), call = std::move(call)] { self->m_callQueue.append(call); });
+    m_dQueue.async([self = shared_from_this(), call = std::move(call)] {
+        self->m_callQueue.append(call);
+        // The caller may have asked just before the others were released.
+        if (self->m_isReleased && !isUnderWay(self->sequence()))
+            self->release();
+    });
 }
 
 void Bootstrap::flush() {
@@ -96,6 +117,7 @@ void Bootstrap::release() {
     for (const Block &call : std::as_const(m_callQueue))
         DispatchQueue::main().async(call);
     m_callQueue.clear();
+    m_isReleased = true;
 }
 
 } // namespace KestrioKit

@@ -35,32 +35,41 @@ public:
     /// `attachUser` is called with the pending user as soon as there is a visitor.
     Bootstrap(Executor &executor, std::function<void(const QString &userId)> attachUser);
 
-    Sequence sequence() const { return m_sequence.value(); }
+    Sequence sequence() const { return m_state.value().sequence; }
 
     /// Before `configure`, each call logs that it is missing.
     Action readyState() const;
     bool isConfigured() const;
 
     /// The user given while start-up was under way; the last one counts. Never cleared.
-    std::optional<QString> userId() const { return m_userId.value(); }
-    void setUserId(QString userId) { m_userId.setValue(std::move(userId)); }
+    std::optional<QString> userId() const { return m_state.value().userId; }
+    /// False, and nothing is kept, when start-up is not under way (any more).
+    bool setUserId(const QString &userId);
 
     /// Moves forward to `next`, or to `error` from anywhere, and releases the held calls when it
-    /// arrives at a visitor. Steps back are ignored.
+    /// arrives at a visitor: a pending user is attached first, and its answer releases them. Steps
+    /// back are ignored.
     void step(Sequence next);
 
-    /// Holds a call.
+    /// Holds a call. One that comes when they have just been released follows them.
     void enqueue(Block call);
     /// Hands all held calls to the main queue, in the order in which they came.
     void flush();
 
 private:
+    /// One value, so that a user given at the last moment is either seen by `step()` or refused.
+    struct State {
+        Sequence sequence = Sequence::start;
+        std::optional<QString> userId;
+    };
+
     void release();
 
     DispatchQueue m_dQueue;
-    Atomic<Sequence> m_sequence{Sequence::start};
-    Atomic<std::optional<QString>> m_userId;
+    Atomic<State> m_state;
+    // Touched on `m_dQueue` alone.
     QList<Block> m_callQueue;
+    bool m_isReleased = false;
     std::function<void(const QString &userId)> m_attachUser;
 };
 

@@ -12,9 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView identityFilename("VisitorData");
-// It is read on the host's thread; the identity of even a very long user is far smaller.
-constexpr qint64 maximumIdentityFileSize = 4 * 1024 * 1024;
 constexpr QLatin1StringView launchEvent("iOS Launch");
 constexpr QLatin1StringView emailAttribute("!email");
 constexpr QLatin1StringView defaultLocale("en");
@@ -27,9 +24,18 @@ const DisabledError &localError() {
     return *error;
 }
 
-void callOnMain(const KestrioCore::TrackHandler &handler, SurveyState state) {
+// What a handler holds may belong to the main thread: it is destroyed there, too.
+KestrioCore::SharedHandler keptForMain(const KestrioCore::TrackHandler &handler) {
+    if (!handler)
+        return nullptr;
+    return {new KestrioCore::TrackHandler(handler), [](const KestrioCore::TrackHandler *kept) {
+                DispatchQueue::main().async([kept] { delete kept; });
+            }};
+}
+
+void callOnMain(const KestrioCore::SharedHandler &handler, SurveyState state) {
     if (handler)
-        DispatchQueue::main().async([handler, state] { handler(state); });
+        DispatchQueue::main().async([handler, state] { (*handler)(state); });
 }
 
 } // namespace
@@ -37,13 +43,13 @@ void callOnMain(const KestrioCore::TrackHandler &handler, SurveyState state) {
 const std::shared_ptr<KestrioCore> &KestrioCore::shared() {
     // Neither is ever destroyed: hosts may call while the process ends.
     static auto *const thread = new LibraryThread(Clock::system());
-    static auto *const core =
-        new std::shared_ptr(make({.clock = Clock::system(),
-                                  .executor = *thread,
-                                  .transport = std::make_shared<NetworkTransport>(*thread),
-                                  .makeFlagsSource = [](const QString &host) {
-                                      return ReachabilityFlagsSource::system(*thread, Clock::system(), host);
-                                  }}));
+    static auto *const core = new std::shared_ptr(
+        make({.clock = Clock::system(),
+              .executor = *thread,
+              .transport = std::make_shared<NetworkTransport>(*thread),
+              .makeFlagsSource = [](const QString &host) {
+                  return ReachabilityFlagsSource::system(*thread, Clock::system(), host);
+              }}));
     return *core;
 }
 
@@ -64,10 +70,14 @@ std::shared_ptr<KestrioCore> KestrioCore::make(const LibraryContext &context) {
 
 KestrioCore::KestrioCore(const LibraryContext &context)
     : m_api(std::make_shared<KestrioService>(
-          std::make_shared<KestrioServiceRequests>(context.clock), context)) {}
+          std::make_shared<KestrioServiceRequests>(context.clock), context)),
+      m_identity(m_api) {}
+
+bool KestrioCore::disableNetworkAccess() const {
+    return m_api->disableNetworkAccess();
+}
 
 void KestrioCore::setDisableNetworkAccess(bool disable) {
-    m_disableNetworkAccess = disable;
     m_api->setDisableNetworkAccess(disable);
 }
 
@@ -91,6 +101,7 @@ Action KestrioCore::whenReady(const Block &operation, std::function<void(Kestrio
 // Start-up
 
 void KestrioCore::configure(const QString &environment) {
+    const std::lock_guard guard(m_configureLock);
     if (m_bootstrap->isConfigured())
         return;
     // A start that failed is forgotten; what the service has imposed is not.
@@ -108,107 +119,68 @@ void KestrioCore::configure(const QString &environment) {
 
 void KestrioCore::startUp() {
     Storage::setUp();
-    loadAuthorizationInfo();
+    m_identity.loadAuthorizationInfo();
     fetchConfig();
 }
 
-void KestrioCore::loadAuthorizationInfo() {
-    const auto log = [](qint64 visitorIdentifier, const QString &token, QStringView source) {
-        logLine(u"Loaded vid (%1) and auth token (%2 bytes) from %3."_s.arg(visitorIdentifier)
-                    .arg(token.size())
-                    .arg(source),
-                LogCategory::debug);
-    };
-    if (qEnvironmentVariableIsSet("KESTRIO_AUTH_TOKEN") &&
-        qEnvironmentVariableIsSet("KESTRIO_VISITOR_IDENTIFIER")) {
-        const QString token = qEnvironmentVariable("KESTRIO_AUTH_TOKEN");
-        bool isNumber = false;
-        const qint64 visitorIdentifier =
-            qEnvironmentVariable("KESTRIO_VISITOR_IDENTIFIER").toLongLong(&isNumber);
-        if (!isNumber)
-            return;
-        m_api->authorize(token, visitorIdentifier);
-        log(visitorIdentifier, token, u"environment");
-        return;
-    }
-    const auto record = Storage::load<LocalData>(Storage::localLibraryURL(identityFilename),
-                                                 maximumIdentityFileSize);
-    if (!record)
-        return;
-    m_localData.setValue(*record);
-    if (!record->visitorIdentifier)
-        return;
-    m_api->authorize(record->token, record->visitorIdentifier);
-    log(*record->visitorIdentifier, record->token.value_or(QString()), u"file");
-}
-
-void KestrioCore::saveAuthorizationInfo(const std::optional<QString> &token,
-                                        std::optional<qint64> visitorIdentifier,
-                                        const std::optional<QString> &userIdentifier) {
-    m_api->authorize(token, visitorIdentifier);
-    const LocalData record{token, visitorIdentifier, userIdentifier};
-    Storage::store(std::optional(record), Storage::localLibraryURL(identityFilename));
-    m_localData.setValue(record);
-}
-
-void KestrioCore::clearAuthorizationInfo() {
-    Storage::remove(identityFilename);
-    m_localData.setValue({});
-}
-
 void KestrioCore::fetchConfig() {
-    m_api->fetchConfig([self = shared_from_this()](const auto &config, const auto &,
-                                                   const auto &error) {
-        if (!config || error) {
-            self->handleError(error);
-            return;
-        }
-        self->m_config.setValue(config);
-        self->m_bootstrap->step(Sequence::getConfig);
-        if (config->checkDisabled())
-            self->m_bootstrap->step(Sequence::error);
-        const std::optional<QString> pending = self->m_bootstrap->userId();
-        self->fetchVisitorIdentifier(pending ? pending : self->m_localData.value().userIdentifier,
-                                     false);
-    });
+    m_api->fetchConfig(
+        [self = shared_from_this()](const auto &config, const auto &, const auto &error) {
+            if (!config || error) {
+                self->handleError(error);
+                return;
+            }
+            self->m_config.setValue(config);
+            self->m_bootstrap->step(Sequence::getConfig);
+            if (config->checkDisabled())
+                self->m_bootstrap->step(Sequence::error);
+            const std::optional<QString> pending = self->m_bootstrap->userId();
+            self->fetchVisitorIdentifier(
+                pending ? pending : self->m_identity.localData().userIdentifier, false);
+        });
 }
 
 // Identity
 
 void KestrioCore::fetchVisitorIdentifier(const std::optional<QString> &userIdentifier,
                                          bool anonymous) {
+    const Identity::RequestNumber request = m_identity.beginRequest();
     m_api->fetchVisitorIdentifier(
         userIdentifier, anonymous,
-        [self = shared_from_this()](const auto &visitor, const auto &, const auto &error) {
-            self->visitorReceived(visitor, error);
+        [self = shared_from_this(), request](const auto &visitor, const auto &, const auto &error) {
+            self->visitorReceived(request, visitor, error);
         });
 }
 
-void KestrioCore::visitorReceived(const std::optional<ResponseVisitors> &visitor,
+void KestrioCore::visitorReceived(Identity::RequestNumber request,
+                                  const std::optional<ResponseVisitors> &visitor,
                                   const std::optional<Error> &error) {
     if (!visitor || error) {
-        failStart(error);
+        if (m_identity.settle(request))
+            failStart();
+        handleError(error);
         return;
     }
     const bool hasToken = visitor->token && !visitor->token->isEmpty();
     logLine(u"Received visitor id: %1 - Auth Token? %2"_s.arg(visitor->visitorIdentifier)
                 .arg(hasToken ? "YES"_L1 : "NO"_L1),
             LogCategory::info);
-    const LocalData known = m_localData.value();
-    saveAuthorizationInfo(visitor->token ? visitor->token : known.token, visitor->visitorIdentifier,
-                          known.userIdentifier);
-    launch(known.userIdentifier ? Sequence::userId : Sequence::visitorId);
+    const auto saved = m_identity.saveAuthorizationInfo(request, [&](const LocalData &known) {
+        return LocalData{visitor->token ? visitor->token : known.token, visitor->visitorIdentifier,
+                         known.userIdentifier};
+    });
+    if (saved)
+        launch(saved->userIdentifier ? Sequence::userId : Sequence::visitorId);
 }
 
 void KestrioCore::launch(Sequence sequence) {
     m_bootstrap->step(sequence);
-    track(launchEvent, {});
+    trackEvent(launchEvent, nullptr);
 }
 
-void KestrioCore::failStart(const std::optional<Error> &error) {
+void KestrioCore::failStart() {
     m_bootstrap->step(Sequence::error);
     m_api->setDisabledError(localError());
-    handleError(error);
 }
 
 void KestrioCore::setUserIdentifier(const QString &userIdentifier) {
@@ -217,7 +189,9 @@ void KestrioCore::setUserIdentifier(const QString &userIdentifier) {
         attachUser(userIdentifier);
         return;
     case Action::queue:
-        m_bootstrap->setUserId(userIdentifier);
+        // There may be a visitor by now.
+        if (!m_bootstrap->setUserId(userIdentifier))
+            setUserIdentifier(userIdentifier);
         return;
     case Action::skip:
         return;
@@ -225,7 +199,7 @@ void KestrioCore::setUserIdentifier(const QString &userIdentifier) {
 }
 
 void KestrioCore::attachUser(const QString &userIdentifier) {
-    const std::optional<QString> known = m_localData.value().userIdentifier;
+    const std::optional<QString> known = m_identity.localData().userIdentifier;
     if (known == userIdentifier)
         return;
     const std::optional<qint64> visitorBefore = m_api->visitorIdentifier();
@@ -233,35 +207,37 @@ void KestrioCore::attachUser(const QString &userIdentifier) {
         fetchVisitorIdentifier(userIdentifier, known.has_value());
         return;
     }
-    m_api->setUserIdentifier(userIdentifier,
-                             [self = shared_from_this(), userIdentifier,
-                              visitorBefore](const auto &visitor, const auto &, const auto &error) {
-                                 self->userAttached(userIdentifier, visitorBefore, visitor, error);
-                             });
+    const Identity::RequestNumber request = m_identity.beginRequest();
+    m_api->setUserIdentifier(
+        userIdentifier, [self = shared_from_this(), request, userIdentifier,
+                         visitorBefore](const auto &visitor, const auto &, const auto &error) {
+            if (error && self->m_identity.settle(request))
+                self->failStart();
+            else if (!error && self->userAttached(request, userIdentifier, visitorBefore, visitor))
+                self->launch(Sequence::userId);
+            else
+                // Calls that were made early have waited for this answer.
+                self->m_bootstrap->flush();
+            self->handleError(error);
+        });
 }
 
-void KestrioCore::userAttached(const QString &userIdentifier, std::optional<qint64> visitorBefore,
-                               const std::optional<ResponseVisitors> &visitor,
-                               const std::optional<Error> &error) {
-    if (error) {
-        failStart(error);
-        return;
-    }
-    if (visitor) {
-        saveAuthorizationInfo(visitor->token, visitor->visitorIdentifier, userIdentifier);
-        if (visitor->visitorIdentifier == visitorBefore)
-            return;
-    } else if (!visitorBefore) {
-        return;
-    }
-    launch(Sequence::userId);
+// Whether there is another visitor now. Without a record in the answer there may be.
+bool KestrioCore::userAttached(Identity::RequestNumber request, const QString &userIdentifier,
+                               std::optional<qint64> visitorBefore,
+                               const std::optional<ResponseVisitors> &visitor) {
+    if (!visitor)
+        return m_identity.settle(request);
+    const auto saved = m_identity.saveAuthorizationInfo(request, [&](const LocalData &) {
+        return LocalData{visitor->token, visitor->visitorIdentifier, userIdentifier};
+    });
+    return saved && saved->visitorIdentifier != visitorBefore;
 }
 
 void KestrioCore::logout() {
     whenReady(
         [this] {
-            m_api->clearAuthorization();
-            clearAuthorizationInfo();
+            m_identity.clearAuthorizationInfo();
             fetchVisitorIdentifier(std::nullopt, false);
         },
         [](KestrioCore &core) { core.logout(); });
@@ -306,6 +282,10 @@ SimpleCompletion KestrioCore::handlingErrors() {
 // Events
 
 void KestrioCore::track(const QString &eventName, const TrackHandler &handler) {
+    trackEvent(eventName, keptForMain(handler));
+}
+
+void KestrioCore::trackEvent(const QString &eventName, const SharedHandler &handler) {
     const QString name = eventName.trimmed();
     if (name.isEmpty())
         return;
@@ -316,12 +296,12 @@ void KestrioCore::track(const QString &eventName, const TrackHandler &handler) {
             else
                 m_api->trackEvent(name, true, [](auto &&...) {});
         },
-        [eventName, handler](KestrioCore &core) { core.track(eventName, handler); });
+        [eventName, handler](KestrioCore &core) { core.trackEvent(eventName, handler); });
     if (action == Action::skip)
         callOnMain(handler, SurveyState::disabled);
 }
 
-void KestrioCore::trackForSurvey(const QString &name, const TrackHandler &handler) {
+void KestrioCore::trackForSurvey(const QString &name, const SharedHandler &handler) {
     m_api->trackEvent(
         name, false,
         [self = shared_from_this(), handler](const auto &survey, const auto &, const auto &error) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "KestrioKit/Facade/Bootstrap.h"
-#include "KestrioKit/Facade/LocalData.h"
+#include "KestrioKit/Facade/Identity.h"
 #include "KestrioKit/Platform/Atomic.h"
 #include "KestrioKit/Platform/LibraryContext.h"
 #include "KestrioKit/Protocol/ResponseConfig.h"
@@ -15,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 
 namespace KestrioKit {
@@ -24,6 +25,8 @@ namespace KestrioKit {
 class KestrioCore final : public std::enable_shared_from_this<KestrioCore> {
 public:
     using TrackHandler = std::function<void(SurveyState)>;
+    /// A handler on its way through the threads; null when there is none.
+    using SharedHandler = std::shared_ptr<const TrackHandler>;
 
     /// The one that `Kestrio::shared()` faces, on the machine's own clock, network and files.
     static const std::shared_ptr<KestrioCore> &shared();
@@ -40,7 +43,7 @@ public:
     std::optional<ResponseConfig> config() const { return m_config.value(); }
 
     // The operations of `Kestrio`, documented there.
-    bool disableNetworkAccess() const { return m_disableNetworkAccess; }
+    bool disableNetworkAccess() const;
     void setDisableNetworkAccess(bool disable);
     void configure(const QString &environment);
     void setLocale(const QString &locale);
@@ -59,30 +62,27 @@ private:
     /// Runs `operation` now, or holds `repeat`, the same public call, or does nothing.
     Bootstrap::Action whenReady(const Block &operation, std::function<void(KestrioCore &)> repeat);
     void startUp();
-    void loadAuthorizationInfo();
-    void saveAuthorizationInfo(const std::optional<QString> &token,
-                               std::optional<qint64> visitorIdentifier,
-                               const std::optional<QString> &userIdentifier);
-    void clearAuthorizationInfo();
     void fetchConfig();
     void fetchVisitorIdentifier(const std::optional<QString> &userIdentifier, bool anonymous);
-    void visitorReceived(const std::optional<ResponseVisitors> &visitor,
+    void visitorReceived(Identity::RequestNumber request,
+                         const std::optional<ResponseVisitors> &visitor,
                          const std::optional<Error> &error);
     void attachUser(const QString &userIdentifier);
-    void userAttached(const QString &userIdentifier, std::optional<qint64> visitorBefore,
-                      const std::optional<ResponseVisitors> &visitor,
-                      const std::optional<Error> &error);
+    bool userAttached(Identity::RequestNumber request, const QString &userIdentifier,
+                      std::optional<qint64> visitorBefore,
+                      const std::optional<ResponseVisitors> &visitor);
     void launch(Bootstrap::Sequence sequence);
-    void failStart(const std::optional<Error> &error);
-    void trackForSurvey(const QString &name, const TrackHandler &handler);
+    void failStart();
+    void trackEvent(const QString &eventName, const SharedHandler &handler);
+    void trackForSurvey(const QString &name, const SharedHandler &handler);
     SurveyState surveyReceived(const Survey &survey);
     SimpleCompletion handlingErrors();
     void handleError(const std::optional<Error> &error);
 
     std::shared_ptr<KestrioService> m_api;
-    std::atomic<bool> m_disableNetworkAccess = false;
+    Identity m_identity;
+    std::mutex m_configureLock;
     Atomic<std::optional<Survey>> m_survey;
-    Atomic<LocalData> m_localData;
     Atomic<std::optional<ResponseConfig>> m_config;
     std::shared_ptr<Bootstrap> m_bootstrap;
 };

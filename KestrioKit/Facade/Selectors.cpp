@@ -87,11 +87,21 @@ const std::array selectors{
              }},
 };
 
-// Only a handler may be left out.
+bool isText(const QVariant &value) {
+    return value.canConvert<QString>();
+}
+
+// Only a handler may be left out; lists and maps are of texts.
 bool fits(const QVariant &argument, QMetaType type) {
-    if (!argument.isValid())
+    if (argument.isNull())
         return type == QMetaType::fromType<Kestrio::TrackHandler>();
-    return argument.metaType() == type || QMetaType::canConvert(argument.metaType(), type);
+    if (argument.metaType() != type && !QMetaType::canConvert(argument.metaType(), type))
+        return false;
+    if (type == QMetaType::fromType<QVariantMap>())
+        return std::ranges::all_of(argument.toMap(), isText);
+    if (type == QMetaType::fromType<QStringList>())
+        return std::ranges::all_of(argument.toList(), isText);
+    return true;
 }
 
 } // namespace

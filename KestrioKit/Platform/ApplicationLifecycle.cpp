@@ -2,22 +2,21 @@
 
 #include <QGuiApplication>
 
+#include <cstdlib>
+
 namespace KestrioKit {
 
-/// Registers with Qt when the library is loaded: an application made before or after is seen. A
-/// process that leaves by `exit()` keeps its application object; then this is the end.
+/// Registers with Qt when the library is loaded: an application made before or after is seen.
 struct ApplicationHooks {
-    ApplicationHooks() {
-        qAddPreRoutine(ApplicationLifecycle::applicationCreated);
-        qAddPostRoutine(ApplicationLifecycle::applicationGoing);
-    }
-    ~ApplicationHooks() {
-        if (ApplicationLifecycle::shared().applicationExists())
-            ApplicationLifecycle::applicationGoing();
-    }
-    Q_DISABLE_COPY_MOVE(ApplicationHooks)
+    ApplicationHooks() { qAddPreRoutine(ApplicationLifecycle::applicationCreated); }
 };
 static const ApplicationHooks applicationHooks;
+
+/// Goes with the application's thread. A process that leaves by `exit()` keeps its application
+/// object, but destroys this before any of Qt's statics that the library's thread works with.
+struct ExitGuard {
+    ~ExitGuard() { ApplicationLifecycle::processExiting(); }
+};
 
 ApplicationLifecycle &ApplicationLifecycle::shared() {
     static auto *const lifecycle = new ApplicationLifecycle;
@@ -27,6 +26,12 @@ ApplicationLifecycle &ApplicationLifecycle::shared() {
 ApplicationLifecycle::ApplicationLifecycle() : m_mainExecutor(Clock::system()) {}
 
 void ApplicationLifecycle::applicationCreated() {
+    // Each time: Qt forgets these routines once it has called them.
+    qAddPostRoutine(applicationGoing);
+    thread_local const ExitGuard guard;
+    // For an exit from another thread. Not registered before, since exit handlers run backwards:
+    // what Qt's file paths are made of must still be there.
+    [[maybe_unused]] static const int registered = std::atexit(processExiting);
     QCoreApplication *const application = QCoreApplication::instance();
     ApplicationLifecycle &lifecycle = shared();
     QObject::connect(application, &QCoreApplication::aboutToQuit, application,
@@ -44,11 +49,19 @@ void ApplicationLifecycle::applicationCreated() {
 }
 
 void ApplicationLifecycle::applicationGoing() {
-    ApplicationLifecycle &lifecycle = shared();
-    lifecycle.terminate();
-    lifecycle.m_applicationExists = false;
-    lifecycle.notify(Event::terminated);
-    lifecycle.m_mainExecutor.detach();
+    shared().end();
+    shared().m_mainExecutor.detach();
+}
+
+void ApplicationLifecycle::processExiting() {
+    if (shared().applicationExists())
+        shared().end();
+}
+
+void ApplicationLifecycle::end() {
+    terminate();
+    m_applicationExists = false;
+    notify(Event::terminated);
 }
 
 ApplicationLifecycle::Observation ApplicationLifecycle::observe(Event event, Block observer) {
@@ -85,7 +98,9 @@ std::shared_ptr<void> ApplicationLifecycle::beginBackgroundTask() {
 void ApplicationLifecycle::terminate() {
     notify(Event::willTerminate);
     std::unique_lock lock(m_lock);
-    m_taskEnded.wait_for(lock, backgroundTaskLimit, [this] { return m_backgroundTasks == 0; });
+    // What hung the last time, in a file system say, is not waited for again.
+    const auto limit = m_taskHangs ? std::chrono::seconds(0) : backgroundTaskLimit;
+    m_taskHangs = !m_taskEnded.wait_for(lock, limit, [this] { return m_backgroundTasks == 0; });
 }
 
 } // namespace KestrioKit

@@ -55,17 +55,21 @@ private:
 
     static void applicationCreated();
     static void applicationGoing();
+    static void processExiting();
     void notify(Event event);
     void terminate();
+    void end();
 
     std::atomic<bool> m_applicationExists = false;
     EventLoopExecutor m_mainExecutor;
     std::mutex m_lock;
     std::condition_variable m_taskEnded;
     int m_backgroundTasks = 0;
+    bool m_taskHangs = false;
     std::array<std::vector<std::weak_ptr<const Block>>, eventCount> m_observers;
 
     friend struct ApplicationHooks;
+    friend struct ExitGuard;
 };
 
 } // namespace KestrioKit

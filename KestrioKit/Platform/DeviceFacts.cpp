@@ -87,18 +87,17 @@ bool isSameLanguage(const QString &left, const QString &right) {
 }
 
 // After each of the user's languages Qt lists other spellings of it: en-GB, en-Latn-GB, fr,
-// fr-Latn-FR, fr-FR. Only the first counts.
+// fr-Latn-FR, fr-FR. Only the first counts. "C" stands for no language, or for one unknown to Qt.
 QStringList preferredLanguages() {
     QStringList languages;
-    for (const QString &listed : QLocale::system().uiLanguages()) {
-        const QString language = listed == posixLanguage ? posixLanguageCode : listed;
+    for (const QString &language : QLocale::system().uiLanguages()) {
         const auto isKnown = [&](const QString &known) {
             return isSameLanguage(known, language);
         };
-        if (std::ranges::none_of(languages, isKnown))
+        if (language != posixLanguage && std::ranges::none_of(languages, isKnown))
             languages.append(language);
     }
-    return languages;
+    return languages.isEmpty() ? QStringList(posixLanguageCode) : languages;
 }
 
 QString osVersion() {

@@ -11,8 +11,9 @@ namespace KestrioKit {
 struct DispatchQueue::State {
     std::mutex lock;
     std::deque<Block> blocks;
-    /// Held while a block runs: what makes `sync()` exclude the executor's thread.
-    std::mutex running;
+    /// Held while a block runs: what makes `sync()` exclude the executor's thread. Recursive, since
+    /// a block may run an event loop of its own (a host's dialog), and the queue goes on in there.
+    std::recursive_mutex running;
 
     std::optional<Block> takeBlock() {
         const std::lock_guard guard(lock);

@@ -20,7 +20,8 @@ protected:
     bool event(QEvent *event) override {
         if (event->type() != QEvent::User && event->type() != QEvent::Timer)
             return QObject::event(event);
-        m_timer.stop();
+        // Before the blocks, too: one may run an event loop of its own.
+        armTimer();
         m_executor.runBlocks();
         m_executor.runDueBlocks();
         armTimer();
@@ -31,7 +32,7 @@ private:
     void armTimer() {
         const std::optional<DispatchTime> deadline = m_executor.nextDeadline();
         if (!deadline)
-            return;
+            return m_timer.stop();
         const auto left = deadline->sinceReference - m_executor.m_clock.now().sinceReference;
         const qint64 milliseconds = std::chrono::ceil<std::chrono::milliseconds>(left).count();
         constexpr qint64 longest = std::numeric_limits<int>::max();
@@ -49,6 +50,8 @@ EventLoopExecutor::~EventLoopExecutor() = default;
 void EventLoopExecutor::attach(QThread *thread) {
     auto receiver = std::make_unique<Receiver>(*this);
     receiver->moveToThread(thread);
+    // On the thread itself: a running timer must not end on another one.
+    QObject::connect(thread, &QThread::finished, receiver.get(), [this] { detach(); });
     const std::lock_guard guard(m_lock);
     m_receiver = std::move(receiver);
     m_wakePosted = false;

@@ -25,7 +25,7 @@ public:
 
     /// From now on blocks run in `thread`. To be called once, or again after `detach()`.
     void attach(QThread *thread);
-    /// Blocks wait again. To be called on the attached thread, or after it has finished.
+    /// Blocks wait again. To be called on the attached thread; when that ends, this happens anyway.
     void detach();
 
     void post(Block block) override;

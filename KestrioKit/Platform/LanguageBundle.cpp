@@ -68,7 +68,7 @@ QString AnyLanguageBundle::localizedString(const QString &key, const QString &va
     std::optional<QString> path = m_path.value();
     if (!path)
         path = defaultFolder();
-    const QString text = path ? translation(*path, key) : QString();
+    QString text = path ? translation(*path, key) : QString();
     if (!text.isEmpty())
         return text;
     return value.isEmpty() ? key : value;

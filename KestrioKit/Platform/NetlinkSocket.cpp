@@ -32,7 +32,13 @@ std::variant<NetlinkSocket, int> NetlinkSocket::open() {
         ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE);
     if (descriptor < 0)
         return errno;
-    return NetlinkSocket(descriptor);
+    NetlinkSocket socket(descriptor);
+    // Without an address of its own the socket counts as the kernel's, and is told nothing.
+    sockaddr_nl address{};
+    address.nl_family = AF_NETLINK;
+    if (::bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) < 0)
+        return errno;
+    return socket;
 }
 
 NetlinkSocket::NetlinkSocket(NetlinkSocket &&other) noexcept

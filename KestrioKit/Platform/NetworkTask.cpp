@@ -136,7 +136,11 @@ QNetworkReply::NetworkError NetworkTask::replyError() const {
     const bool redirected = error == QNetworkReply::ContentReSendError && statusCode() != 0;
     // Qt reports refusals (4xx, 5xx) as errors, although their answers are whole.
     const bool refused = isRefusal(error) && statusCode() >= firstRefusal;
-    return redirected || refused ? QNetworkReply::NoError : error;
+    if (error != QNetworkReply::NoError && !redirected && !refused)
+        return error;
+    // Sometimes it takes one that was cut off for whole.
+    const qint64 length = m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
+    return m_received < length ? QNetworkReply::RemoteHostClosedError : QNetworkReply::NoError;
 }
 
 int NetworkTask::statusCode() const {
@@ -165,8 +169,9 @@ std::optional<Error> NetworkTask::failure() const {
         return error(QNetworkReply::TimeoutError,
                      u"nothing arrived for %1 seconds"_s.arg(m_request.timeout.count()));
     case QNetworkReply::ContentReSendError:
+    case QNetworkReply::RemoteHostClosedError:
         return error(QNetworkReply::RemoteHostClosedError,
-                     u"the connection was closed before an answer came"_s);
+                     u"the connection was closed before the whole answer came"_s);
     default:
         return error(code, m_reply->errorString());
     }

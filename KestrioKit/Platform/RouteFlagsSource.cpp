@@ -9,20 +9,34 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 
 namespace KestrioKit {
 
 namespace {
 
 /// The most that the kernel puts into one datagram of an answer.
-constexpr std::size_t datagramSize = 32 * 1024;
-/// Bounds the reading on a machine with a whole internet of routes. Default routes come first in
-/// their table, and the first live one ends the reading.
-constexpr int maximumDatagrams = 256;
+constexpr std::size_t datagramSize = 32'768;
+/// Some 35,000 routes. Default routes come first in their table, and the first live one ends the
+/// reading; a machine with more routes than this and no default route has the internet in them.
+constexpr int maximumDatagrams = 64;
 
-std::variant<bool, int> hasLiveDefaultRoute() {
-    // A socket of its own for each reading: what is left of an answer goes with it.
+/// Whether there is a live default route, or the `errno` value.
+using RouteSearch = std::variant<bool, int>;
+
+/// What one datagram decides; absent when the next one must be seen.
+std::optional<RouteSearch> decide(const RouteReply &reply, const NetlinkSocket &socket) {
+    const auto isLive = [&socket](int link) {
+        return socket.isLinkLive(link);
+    };
+    if (std::ranges::any_of(reply.defaultLinks, isLive))
+        return true;
+    if (reply.error != 0)
+        return reply.error;
+    return reply.finished ? std::optional<RouteSearch>(false) : std::nullopt;
+}
+
+RouteSearch findLiveDefaultRoute() {
+    // A socket of its own for each search: what is left of an answer goes with it.
     const std::variant<NetlinkSocket, int> opened = NetlinkSocket::open();
     const auto *const socket = std::get_if<NetlinkSocket>(&opened);
     if (!socket)
@@ -34,20 +48,14 @@ std::variant<bool, int> hasLiveDefaultRoute() {
         const auto received = socket->receive(buffer);
         if (const int *const error = std::get_if<int>(&received))
             return *error;
-        const RouteReply reply = parseRouteReply(std::get<0>(received));
-        if (std::ranges::any_of(reply.defaultLinks,
-                                [&](int link) { return socket->isLinkLive(link); }))
-            return true;
-        if (reply.error != 0)
-            return reply.error;
-        if (reply.finished)
-            return false;
+        if (const auto decided = decide(parseRouteReply(std::get<0>(received)), *socket))
+            return *decided;
     }
-    return EOVERFLOW;
+    return true;
 }
 
 ReachabilityFlagsSource::Reading readFlags(NetworkInformationFlagsSource &information) {
-    const std::variant<bool, int> route = hasLiveDefaultRoute();
+    const RouteSearch route = findLiveDefaultRoute();
     if (const int *const error = std::get_if<int>(&route))
         return *error;
     if (!std::get<bool>(route))

@@ -23,6 +23,13 @@ QString escapedPath(const QString &path) {
     return QString::fromLatin1(QUrl::toPercentEncoding(path, pathCharacters));
 }
 
+// On the way out Qt takes "." and ".." for steps through the path, even escaped: the request would
+// reach another resource than it was made for.
+bool leadsElsewhere(const QString &path) {
+    const QList<QStringView> segments = QStringView(path).split(u'/');
+    return segments.contains(u"."_s) || segments.contains(u".."_s);
+}
+
 QString hostFromEnvironment() {
     constexpr auto environmentVariable = "KESTRIO_ENVIRONMENT";
     constexpr auto hostVariable = "KESTRIO_HOSTNAME";
@@ -64,7 +71,7 @@ std::optional<QUrl> KestrioServiceRequests::url(const QString &path) const {
     url.setScheme(local ? localScheme : scheme);
     url.setHost(host());
     // An http URL must name a host (RFC 9110, 4.2); QUrl drops one that it finds invalid.
-    if (url.host().isEmpty())
+    if (url.host().isEmpty() || leadsElsewhere(path))
         return std::nullopt;
     if (local)
         url.setPort(localPort);

@@ -18,7 +18,8 @@ namespace KestrioKit {
 ///
 /// No request is returned when the host name makes no URL, nor, for what belongs to the visitor,
 /// while there is none. Texts become parts of the path as they are: escaped where a path needs it
-/// (RFC 3986), except that a "/" within one separates segments.
+/// (RFC 3986), except that a "/" within one separates segments. No request is returned either when
+/// "." or ".." comes to stand as a segment.
 class KestrioServiceRequests {
 public:
     /// `clock` dates batches and error reports; it must outlive this object.

@@ -32,7 +32,7 @@ Metadata::Extra decodeExtra(const QJsonObject &object, const Metadata &fields) {
         DecodingError ignored;
         if (!isField(fields, entry.key()) &&
             JSONCoding<CodableDynamicType>::decode(entry.value(), value, ignored))
-            extra.insert(entry.key(), std::move(value));
+            extra.insert(entry.key(), value);
     }
     return extra;
 }

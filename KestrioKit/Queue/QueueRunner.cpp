@@ -12,16 +12,17 @@ constexpr int firstClientError = 400;
 constexpr int firstServerError = 500;
 constexpr int lastServerError = 599;
 
-enum class Outcome { finished, refused, retry };
+enum class Outcome { finished, retry, retryWhenEnabled };
 
 // A server error or a failure may pass; a request that the service refuses never will.
 Outcome outcome(const std::optional<HTTPURLResponse> &response, const std::optional<Error> &error) {
     const int status = response ? response->statusCode : 0;
     if (status >= firstServerError && status <= lastServerError)
         return Outcome::retry;
-    if (status >= firstClientError && status < firstServerError)
-        return Outcome::refused;
-    return error ? Outcome::retry : Outcome::finished;
+    const bool refused = status >= firstClientError && status < firstServerError;
+    if (refused || !error)
+        return Outcome::finished;
+    return isDisabledError(*error) ? Outcome::retryWhenEnabled : Outcome::retry;
 }
 
 DispatchTime nextAttempt(const QueueTask &task) {
@@ -66,12 +67,10 @@ void QueueRunner::flush() {
 }
 
 void QueueRunner::clear() {
-    m_runQueue.async([self = shared_from_this()] {
-        self->log(LogLevel::debug, u"Clearing. Discarding %1 tasks."_s.arg(self->m_queue.size()));
-        self->m_queue.clear();
-        for (const QueueTask &task : std::as_const(self->m_inFlight))
-            task.retryStrategy->invalidate();
-    });
+    log(LogLevel::debug, u"Clearing. Discarding %1 tasks."_s.arg(m_queue.size()));
+    m_queue.clear();
+    for (const QueueTask &task : std::as_const(m_inFlight))
+        task.retryStrategy->invalidate();
 }
 
 QList<QueueableRequest> QueueRunner::recordsToPersist() const {
@@ -79,8 +78,11 @@ QList<QueueableRequest> QueueRunner::recordsToPersist() const {
     records.reserve(m_queue.size() + m_inFlight.size());
     for (const QueueTask &task : m_queue)
         records.append(task.request);
-    for (const QueueTask &task : m_inFlight)
-        records.append(task.request);
+    for (const QueueTask &task : m_inFlight) {
+        // What was cleared must not come back from the file either.
+        if (task.retryStrategy->canRetry())
+            records.append(task.request);
+    }
     return records;
 }
 
@@ -165,23 +167,26 @@ void QueueRunner::send(const URLRequest &request, const QList<QueueTask> &tasks,
     sender->sendSimpleRequest(request, [self = shared_from_this(), tasks,
                                         completion](const auto &response, const auto &error) {
         const Outcome what = outcome(response, error);
-        if (what == Outcome::retry && error && isDisabledError(*error))
+        if (what == Outcome::retryWhenEnabled)
             self->m_enabled = false;
-        completion(tasks, what == Outcome::retry, response, error);
+        completion(tasks, what != Outcome::finished, response, error);
     });
 }
 
+// In one block, so that a save from another thread finds each task in one of the lists.
 void QueueRunner::finish(const QList<QueueTask> &tasks, bool retryTasks,
                          const std::optional<HTTPURLResponse> &response,
                          const std::optional<Error> &error) {
-    m_runQueue.async([self = shared_from_this(), tasks] { self->removeFromFlight(tasks); });
-    for (const QueueTask &task : tasks) {
-        if (retryTasks)
-            retry(task, response, error);
-        else
-            callCompletion(task, response, error);
-    }
-    m_runQueue.async([self = shared_from_this()] { self->logFlushFinished(); });
+    m_runQueue.async([self = shared_from_this(), tasks, retryTasks, response, error] {
+        self->removeFromFlight(tasks);
+        for (const QueueTask &task : tasks) {
+            if (retryTasks)
+                self->retry(task, response, error);
+            else
+                callCompletion(task, response, error);
+        }
+        self->flushFinished();
+    });
 }
 
 void QueueRunner::removeFromFlight(const QList<QueueTask> &tasks) {
@@ -203,10 +208,10 @@ void QueueRunner::retry(const QueueTask &task, const std::optional<HTTPURLRespon
         return;
     }
     log(LogLevel::info, u"Re-enqueuing task"_s);
-    append(task);
+    take({task});
 }
 
-void QueueRunner::logFlushFinished() {
+void QueueRunner::flushFinished() {
     log(LogLevel::info, u"Flush finished. Remaining in queue %1"_s.arg(m_queue.size()));
     if (const auto delegate = m_delegate.lock())
         delegate->save();

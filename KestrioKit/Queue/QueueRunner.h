@@ -53,10 +53,11 @@ public:
     void take(const QList<QueueTask> &tasks);
     /// Sends what is ready, or does so after the send that is under way.
     void flush();
-    /// Drops what waits; what is being sent is not sent again.
+    /// Drops what waits; what is being sent is not sent again. To be called on the run queue.
     void clear();
 
-    /// The requests that wait, then those being sent. To be called on the run queue.
+    /// The requests that wait, then those being sent, unless they were cleared. To be called on the
+    /// run queue.
     QList<QueueableRequest> recordsToPersist() const;
     /// Whether nothing is being sent and nothing that waits is ready. To be called on the run
     /// queue.
@@ -88,7 +89,7 @@ private:
     void removeFromFlight(const QList<QueueTask> &tasks);
     void retry(const QueueTask &task, const std::optional<HTTPURLResponse> &response,
                const std::optional<Error> &error);
-    void logFlushFinished();
+    void flushFinished();
     void log(LogLevel level, const QString &message) const;
 
     std::atomic<bool> m_enabled = true;

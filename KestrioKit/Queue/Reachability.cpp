@@ -102,7 +102,7 @@ std::optional<ReachabilityError> Reachability::startNotifier() {
         stopNotifier();
         return ReachabilityError{Reason::unableToSetDispatchQueue, *code, {}};
     }
-    if (const std::optional<ReachabilityError> error = setReachabilityFlags())
+    if (std::optional<ReachabilityError> error = setReachabilityFlags())
         return error;
     m_notifierRunning = true;
     return std::nullopt;

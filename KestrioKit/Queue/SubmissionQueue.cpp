@@ -73,14 +73,16 @@ void SubmissionQueue::start() {
         runner->setDelegate(weak_from_this());
     observeApplication();
     configureReachability();
-    const bool reachable =
-        m_reachability && m_reachability->connection() != Reachability::Connection::unavailable;
-    enableAll(reachable && serviceEnabled());
     if (const auto sender = m_api.lock()) {
-        m_visitorIdentifier.setValue(sender->visitorIdentifier());
-        m_visitorToken.setValue(sender->authorizationToken());
+        m_visitorIdentifier = sender->visitorIdentifier();
+        m_visitorToken = sender->authorizationToken();
     }
-    loadState();
+    // The first block: requests appended meanwhile come behind the stored ones, and changes of the
+    // network after what it was at first. A large file does not hold up the calling thread.
+    m_queue.async([self = shared_from_this()] {
+        self->enableRunners();
+        self->loadState();
+    });
 }
 
 void SubmissionQueue::observeApplication() {
@@ -99,6 +101,8 @@ void SubmissionQueue::appendRequest(QueueTask task) {
         return;
     const std::shared_ptr<QueueRunner> &target = runner(task.request);
     target->append(std::move(task));
+    if (!target->enabled())
+        resume();
 }
 
 void SubmissionQueue::appendRequest(QueueableRequest request) {
@@ -124,12 +128,15 @@ const std::shared_ptr<QueueRunner> &SubmissionQueue::runner(const QueueableReque
     return std::visit(Routing{*this}, request);
 }
 
+// In one block: what is appended from now on is the new visitor's, and no save mixes the two.
 void SubmissionQueue::updateAuth(std::optional<qint64> visitorIdentifier,
                                  std::optional<QString> token) {
-    if (visitorIdentifier != m_visitorIdentifier.value())
-        clear();
-    m_visitorIdentifier.setValue(visitorIdentifier);
-    m_visitorToken.setValue(std::move(token));
+    m_queue.async([self = shared_from_this(), visitorIdentifier, token = std::move(token)] {
+        if (visitorIdentifier != self->m_visitorIdentifier)
+            self->clear();
+        self->m_visitorIdentifier = visitorIdentifier;
+        self->m_visitorToken = token;
+    });
 }
 
 void SubmissionQueue::save() {
@@ -140,8 +147,8 @@ void SubmissionQueue::save() {
 }
 
 PersistentQueue SubmissionQueue::currentState() const {
-    return {.visitorIdentifier = m_visitorIdentifier.value(),
-            .visitorToken = m_visitorToken.value(),
+    return {.visitorIdentifier = m_visitorIdentifier,
+            .visitorToken = m_visitorToken,
             .events = payloads<Request::TrackEvent>(*m_eventsQueue),
             .surveys = payloads<Request::SurveyResponse>(*m_surveysQueue),
             .errors = payloads<Request::RecordError>(*m_errorsQueue),
@@ -150,11 +157,9 @@ PersistentQueue SubmissionQueue::currentState() const {
 }
 
 void SubmissionQueue::clear() {
-    m_queue.async([self = shared_from_this()] {
-        for (const auto &runner : self->m_allQueues)
-            runner->clear();
-        Storage::remove(filename);
-    });
+    for (const auto &runner : m_allQueues)
+        runner->clear();
+    Storage::remove(filename);
 }
 
 void SubmissionQueue::reportIdle(std::function<void(bool idle)> report) {
@@ -164,16 +169,26 @@ void SubmissionQueue::reportIdle(std::function<void(bool idle)> report) {
     });
 }
 
-// A large file must not hold up the thread that makes the queue. Requests appended meanwhile come
-// behind the stored ones, since this is the first block.
-void SubmissionQueue::loadState() {
-    m_queue.async([self = shared_from_this(), visitor = m_visitorIdentifier.value()] {
-        const auto state = Storage::load<PersistentQueue>(Storage::localLibraryURL(filename),
-                                                          maximumStateFileSize);
-        if (state && state->version == PersistentQueue::currentVersion &&
-            state->visitorIdentifier == visitor)
-            self->restore(*state);
+// Nobody tells when the service is enabled again, after a second configuration say.
+void SubmissionQueue::resume() {
+    m_queue.async([self = shared_from_this()] {
+        self->enableRunners();
+        self->flushAll();
     });
+}
+
+void SubmissionQueue::enableRunners() {
+    const bool reachable =
+        m_reachability && m_reachability->connection() != Reachability::Connection::unavailable;
+    enableAll(reachable && serviceEnabled());
+}
+
+void SubmissionQueue::loadState() {
+    const auto state =
+        Storage::load<PersistentQueue>(Storage::localLibraryURL(filename), maximumStateFileSize);
+    if (state && state->version == PersistentQueue::currentVersion &&
+        state->visitorIdentifier == m_visitorIdentifier)
+        restore(*state);
 }
 
 void SubmissionQueue::restore(const PersistentQueue &state) {
@@ -182,19 +197,16 @@ void SubmissionQueue::restore(const PersistentQueue &state) {
     restoreTasks(*m_errorsQueue, state.errors, m_clock);
     restoreTasks(*m_historyQueue, state.history, m_clock);
     restoreTasks(*m_attributesQueue, state.attributes, m_clock);
-    if (!state.hasMessages())
-        return;
-    for (const auto &runner : m_allQueues)
-        runner->flush();
+    if (state.hasMessages())
+        flushAll();
 }
 
 void SubmissionQueue::configureReachability() {
     const auto sender = m_api.lock();
     if (!sender)
         return;
-    const Reachability::Creation creation =
-        Reachability::create(m_makeFlagsSource(sender->networkRequests().host()), m_executor,
-                             &DispatchQueue::main());
+    const Reachability::Creation creation = Reachability::create(
+        m_makeFlagsSource(sender->networkRequests().host()), m_executor, &DispatchQueue::main());
     if (const auto *const error = std::get_if<ReachabilityError>(&creation)) {
         report(*error);
         return;
@@ -223,10 +235,8 @@ void SubmissionQueue::report(const ReachabilityError &error) {
 void SubmissionQueue::networkReachable() {
     m_queue.async([self = shared_from_this()] {
         KSLog(LogLevel::info, "[SubmissionQueue] Reachable = true. Enabling queues");
-        for (const auto &runner : self->m_allQueues) {
-            runner->setEnabled(self->serviceEnabled());
-            runner->flush();
-        }
+        self->enableAll(self->serviceEnabled());
+        self->flushAll();
     });
 }
 
@@ -245,6 +255,11 @@ bool SubmissionQueue::serviceEnabled() const {
 void SubmissionQueue::enableAll(bool enabled) {
     for (const auto &runner : m_allQueues)
         runner->setEnabled(enabled);
+}
+
+void SubmissionQueue::flushAll() {
+    for (const auto &runner : m_allQueues)
+        runner->flush();
 }
 
 } // namespace KestrioKit

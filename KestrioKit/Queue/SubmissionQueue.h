@@ -1,7 +1,6 @@
 #pragma once
 
 #include "KestrioKit/Platform/ApplicationLifecycle.h"
-#include "KestrioKit/Platform/Atomic.h"
 #include "KestrioKit/Platform/LibraryContext.h"
 #include "KestrioKit/Queue/BatchRecordQueueRunner.h"
 #include "KestrioKit/Queue/PersistentQueue.h"
@@ -43,8 +42,6 @@ public:
 
     /// Writes the state file, which the end of the application waits for.
     void save() override;
-    /// Drops everything that waits, and the state file.
-    void clear();
 
     /// Calls `report` on the library's thread: whether nothing is being sent and nothing is ready.
     void reportIdle(std::function<void(bool idle)> report);
@@ -60,8 +57,12 @@ private:
     void networkUnreachable();
     bool serviceEnabled() const;
     void enableAll(bool enabled);
+    void enableRunners();
+    void resume();
+    void flushAll();
     void loadState();
     void restore(const PersistentQueue &state);
+    void clear();
     PersistentQueue currentState() const;
     const std::shared_ptr<QueueRunner> &runner(const QueueableRequest &request) const;
 
@@ -71,8 +72,9 @@ private:
     std::weak_ptr<SubmissionSender> m_api;
     std::atomic<bool> m_disableNetworkAccess = false;
     DispatchQueue m_queue;
-    Atomic<std::optional<qint64>> m_visitorIdentifier;
-    Atomic<std::optional<QString>> m_visitorToken;
+    /// Of the records that are queued; used on the queue alone.
+    std::optional<qint64> m_visitorIdentifier;
+    std::optional<QString> m_visitorToken;
     std::shared_ptr<QueueRunner> m_eventsQueue;
     std::shared_ptr<QueueRunner> m_surveysQueue;
     std::shared_ptr<QueueRunner> m_errorsQueue;

@@ -1,7 +1,5 @@
 #include "KestrioKit/Service/KestrioService.h"
 
-#include "KestrioKit/Protocol/SessionHeaders.h"
-
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
@@ -19,12 +17,12 @@ bool isSuccess(const std::optional<HTTPURLResponse> &response) {
 
 KestrioService::KestrioService(std::shared_ptr<KestrioServiceRequests> builder,
                                const LibraryContext &context)
-    : m_context(context), m_networkRequests(std::move(builder)) {}
+    : m_context(context), m_networkRequests(std::move(builder)), m_sessions(context.transport) {}
 
 // Credentials and settings
 
 std::optional<QString> KestrioService::authorizationToken() const {
-    return m_authorizationToken.value();
+    return m_sessions.authorizationToken();
 }
 
 std::optional<qint64> KestrioService::visitorIdentifier() const {
@@ -33,8 +31,7 @@ std::optional<qint64> KestrioService::visitorIdentifier() const {
 
 void KestrioService::authorize(const std::optional<QString> &token,
                                std::optional<qint64> visitorIdentifier) {
-    m_authorizationToken.setValue(token);
-    resetSession();
+    m_sessions.setAuthorizationToken(token);
     m_networkRequests->setVisitorIdentifier(visitorIdentifier);
     submissionQueue()->updateAuth(visitorIdentifier, token);
 }
@@ -44,15 +41,14 @@ void KestrioService::setEnvironmentId(const QString &environmentId) {
 }
 
 void KestrioService::setLocale(const std::optional<QString> &locale) {
-    m_locale.setValue(locale);
-    resetSession();
+    m_sessions.setLocale(locale);
 }
 
 void KestrioService::setDisableNetworkAccess(bool disable) {
+    const std::lock_guard guard(m_submissionQueueLock);
     m_disableNetworkAccess = disable;
     // A queue made later takes the value then. It is not made for this: before there is a visitor
     // it would take the stored records for another's.
-    const std::lock_guard guard(m_submissionQueueLock);
     if (m_submissionQueue)
         m_submissionQueue->setDisableNetworkAccess(disable);
 }
@@ -67,41 +63,6 @@ void KestrioService::setDisabledError(const std::optional<DisabledError> &error)
         KSLog(LogLevel::debug, u"Kestrio SDK Disabled: "_s + printedForm(*error));
     else
         KSLog(LogLevel::debug, u"Kestrio SDK Enabled"_s);
-}
-
-// Sessions
-
-void KestrioService::resetSession() {
-    m_session.setValue(nullptr);
-}
-
-std::shared_ptr<const URLSession> KestrioService::session() {
-    return m_session.mutate([this](auto &session) {
-        if (!session)
-            session = makeSession(m_authorizationToken.value());
-        return session;
-    });
-}
-
-std::shared_ptr<const URLSession> KestrioService::anonymousSession() {
-    return m_anonymousSession.mutate([this](auto &session) {
-        if (!session)
-            session = makeSession(std::nullopt);
-        return session;
-    });
-}
-
-std::shared_ptr<const URLSession>
-KestrioService::makeSession(const std::optional<QString> &token) const {
-    return std::make_shared<const URLSession>(
-        m_context.transport, sessionHeaders(userAgent(), m_locale.value(),
-                                            DeviceFacts::current().preferredLanguages, token));
-}
-
-const UserAgent &KestrioService::userAgent() const {
-    std::call_once(m_userAgentOnce,
-                   [this] { m_userAgent = UserAgent::current(DeviceFacts::current()); });
-    return m_userAgent;
 }
 
 std::shared_ptr<SubmissionQueue> KestrioService::submissionQueue() {
@@ -169,7 +130,7 @@ void KestrioService::sendRequest(const URLRequest &request, bool anonymous,
             completion({}, result.response,
                        self->reportDecodingError(std::get<DecodingError>(decoded)));
     };
-    perform(anonymous ? *anonymousSession() : *session(), request,
+    perform(anonymous ? *m_sessions.anonymousSession() : *m_sessions.session(), request,
             u"[KestrioService] Sending request"_s, URLTransport::Body::keep, judge);
 }
 
@@ -178,7 +139,7 @@ void KestrioService::sendSimpleRequest(const URLRequest &request, SimpleCompleti
         completion({}, error);
         return;
     }
-    perform(*session(), request, u"[KestrioService] Sending simple request"_s,
+    perform(*m_sessions.session(), request, u"[KestrioService] Sending simple request"_s,
             URLTransport::Body::discard,
             [completion = std::move(completion)](const URLResult &result) {
                 completion(result.response, result.error);
@@ -216,7 +177,8 @@ void KestrioService::checkDisabled(const std::optional<ResponseConfig> &config,
                                    const std::optional<HTTPURLResponse> &response,
                                    const std::optional<Error> &error,
                                    const Completion<ResponseConfig> &completion) {
-    if (error && !config)
+    // What the service has imposed stays, although it makes this very request fail.
+    if (error && !config && !disabledError())
         setDisabledError(DisabledError{DisabledError::local, {}});
     const std::optional<DisabledError> disabled = config ? config->checkDisabled() : std::nullopt;
     if (!disabled) {
@@ -322,7 +284,7 @@ void KestrioService::recordError(const Error &error, const std::optional<QString
     submissionQueue()->appendRequest(Request::RecordError{
         .environmentId = m_networkRequests->environment(),
         .visitorId = visitorIdentifier(),
-        .userAgent = userAgent().uaHeaderValue(),
+        .userAgent = m_sessions.userAgent().uaHeaderValue(),
         .metadata = Request::makeMetadata(DeviceFacts::current(), {}, {}, extra),
         .details = {error.localizedDescription, stack}});
 }

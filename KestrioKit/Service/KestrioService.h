@@ -4,8 +4,8 @@
 #include "KestrioKit/Platform/Logging.h"
 #include "KestrioKit/Protocol/ResponseConfig.h"
 #include "KestrioKit/Protocol/ResponseVisitors.h"
-#include "KestrioKit/Protocol/UserAgent.h"
 #include "KestrioKit/Queue/SubmissionQueue.h"
+#include "KestrioKit/Service/ServiceSessions.h"
 #include "KestrioKit/Survey/Survey.h"
 
 #include <atomic>
@@ -48,7 +48,8 @@ public:
     void setEnvironmentId(const QString &environmentId);
     /// The value of "Accept-Language"; absent for the user's languages.
     void setLocale(const std::optional<QString> &locale);
-    /// Stops all sending, and drops new records, while true.
+    /// Stops all sending, and drops new records, while true; false at first.
+    bool disableNetworkAccess() const { return m_disableNetworkAccess; }
     void setDisableNetworkAccess(bool disable);
 
     std::optional<DisabledError> disabledError() const override;
@@ -63,7 +64,8 @@ public:
     void trackEvent(const QString &event, bool batch, const Completion<Survey> &completion);
     void fetchSurvey(qint64 surveyId, const Completion<Survey> &completion);
 
-    // Queued; the completion is called on the main thread once the record is finished for good.
+    // Queued; the completion is called on the main thread once the record is finished for good. It
+    // is not called for one that is dropped unsent.
     void setVisitorAttribute(const QString &key, const QString &value,
                              const SimpleCompletion &completion);
     void setVisitorAttributes(const QMap<QString, QString> &attributes,
@@ -98,24 +100,14 @@ private:
                        const std::optional<Error> &error,
                        const Completion<ResponseConfig> &completion);
 
-    std::shared_ptr<const URLSession> session();
-    std::shared_ptr<const URLSession> anonymousSession();
-    std::shared_ptr<const URLSession> makeSession(const std::optional<QString> &token) const;
-    void resetSession();
-    const UserAgent &userAgent() const;
     std::shared_ptr<SubmissionQueue> submissionQueue();
 
     LibraryContext m_context;
     ErrorHandler m_errorHandler;
-    Atomic<std::optional<QString>> m_authorizationToken;
-    Atomic<std::optional<QString>> m_locale;
     std::atomic<bool> m_disableNetworkAccess = false;
     Atomic<std::optional<DisabledError>> m_disabledError;
     std::shared_ptr<KestrioServiceRequests> m_networkRequests;
-    mutable std::once_flag m_userAgentOnce;
-    mutable UserAgent m_userAgent;
-    Atomic<std::shared_ptr<const URLSession>> m_anonymousSession;
-    Atomic<std::shared_ptr<const URLSession>> m_session;
+    ServiceSessions m_sessions;
     std::mutex m_submissionQueueLock;
     std::shared_ptr<SubmissionQueue> m_submissionQueue;
 };

@@ -3,29 +3,25 @@
 #include <QJsonValue>
 #include <QString>
 
-#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace KestrioKit {
 
-/// One case of an enumeration and the text that stands for it in JSON.
-template <typename Kind>
-struct RawText {
-    Kind kind;
-    QLatin1StringView text;
-};
+/// The cases of an enumeration and the texts that stand for them in JSON.
+template <typename Kind, std::size_t size>
+using RawTexts = std::array<std::pair<Kind, QLatin1StringView>, size>;
 
 /// The `Value` that a JSON text names: `kind` from the table; for an unknown name, or "invalid" in
 /// place of what is no text, the case `other` with that text.
 template <typename Value, std::size_t size>
-Value valueForRawText(const std::array<RawText<typename Value::Kind>, size> &names,
-                      const QJsonValue &json) {
+Value valueForRawText(const RawTexts<typename Value::Kind, size> &names, const QJsonValue &json) {
     const QString text = json.toString(QStringLiteral("invalid"));
-    const auto known =
-        std::ranges::find_if(names, [&](const auto &name) { return name.text == text; });
-    if (known == names.end())
-        return Value{Value::Kind::other, text};
-    return Value{known->kind, {}};
+    for (const auto &[kind, name] : names) {
+        if (name == text)
+            return Value{kind, {}};
+    }
+    return Value{Value::Kind::other, text};
 }
 
 } // namespace KestrioKit

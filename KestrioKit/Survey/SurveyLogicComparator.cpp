@@ -80,13 +80,13 @@ bool JSONCoding<SurveyLogicComparator>::decode(const QJsonValue &value,
                                                SurveyLogicComparator &result, DecodingError &) {
     using Comparator = SurveyLogicComparator;
     static constexpr std::array names{
-        RawText{Comparator::eq, "eq"_L1},
-        RawText{Comparator::neq, "neq"_L1},
-        RawText{Comparator::gt, "gt"_L1},
-        RawText{Comparator::gte, "gte"_L1},
-        RawText{Comparator::lt, "lt"_L1},
-        RawText{Comparator::lte, "lte"_L1},
-        RawText{Comparator::answered, "answered"_L1},
+        std::pair{Comparator::eq, "eq"_L1},
+        std::pair{Comparator::neq, "neq"_L1},
+        std::pair{Comparator::gt, "gt"_L1},
+        std::pair{Comparator::gte, "gte"_L1},
+        std::pair{Comparator::lt, "lt"_L1},
+        std::pair{Comparator::lte, "lte"_L1},
+        std::pair{Comparator::answered, "answered"_L1},
     };
     result = valueForRawText<Comparator>(names, value);
     return true;

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "KestrioKit/Facade/LocalData.h"
+#include "KestrioKit/Platform/Atomic.h"
+#include "KestrioKit/Service/KestrioService.h"
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace KestrioKit {
+
+/// Who the visitor is: in memory, in the identity file, and with the network service. Thread-safe.
+///
+/// Requests that ask the service who the visitor is are numbered. Answers may overtake one another,
+/// and may come when that visitor is long forgotten: such an answer counts for nothing.
+class Identity {
+public:
+    /// Goes up from request to request.
+    using RequestNumber = quint64;
+    /// Makes the new record out of the one that holds until then.
+    using Change = std::function<LocalData(const LocalData &known)>;
+
+    explicit Identity(std::shared_ptr<KestrioService> api);
+    Q_DISABLE_COPY_MOVE(Identity)
+
+    /// The last identity that was read, saved or cleared; at first nothing is known.
+    LocalData localData() const { return m_localData.value(); }
+
+    /// Takes the identity from "KESTRIO_AUTH_TOKEN" and "KESTRIO_VISITOR_IDENTIFIER" where both are
+    /// set, else from the file, and authorizes the service with it. Nothing when the variable is no
+    /// number, or the file no record. Makes the answers to earlier requests count for nothing.
+    void loadAuthorizationInfo();
+    /// Forgets everything. Makes the answers to earlier requests count for nothing.
+    void clearAuthorizationInfo();
+
+    /// The number of a request that is about to be sent.
+    RequestNumber beginRequest();
+    /// Says that the request was answered, or failed. False when that counts for nothing.
+    bool settle(RequestNumber request);
+    /// The same, and when it counts: authorizes the service with the changed record, writes it to
+    /// the file, and returns it.
+    std::optional<LocalData> saveAuthorizationInfo(RequestNumber request, const Change &change);
+
+private:
+    bool settleLocked(RequestNumber request);
+    void voidEarlierRequests();
+    void loadFromEnvironment();
+    void loadFromFile();
+
+    std::shared_ptr<KestrioService> m_api;
+    Atomic<LocalData> m_localData;
+    /// Held while service, file and memory are brought in step, so that they stay so.
+    std::mutex m_lock;
+    RequestNumber m_lastRequest = 0;
+    /// The highest of the requests whose answer has counted, or which were made void.
+    RequestNumber m_lastSettled = 0;
+};
+
+} // namespace KestrioKit

@@ -1,0 +1,51 @@
+#include "KestrioKit/Service/ServiceSessions.h"
+
+#include "KestrioKit/Protocol/SessionHeaders.h"
+
+namespace KestrioKit {
+
+ServiceSessions::ServiceSessions(std::shared_ptr<URLTransport> transport)
+    : m_transport(std::move(transport)) {}
+
+// The setters drop the session after the change: one that is made meanwhile is dropped with it.
+
+void ServiceSessions::setAuthorizationToken(std::optional<QString> token) {
+    m_authorizationToken.setValue(std::move(token));
+    m_session.setValue(nullptr);
+}
+
+void ServiceSessions::setLocale(std::optional<QString> locale) {
+    m_locale.setValue(std::move(locale));
+    m_session.setValue(nullptr);
+}
+
+const UserAgent &ServiceSessions::userAgent() const {
+    std::call_once(m_userAgentOnce,
+                   [this] { m_userAgent = UserAgent::current(DeviceFacts::current()); });
+    return m_userAgent;
+}
+
+std::shared_ptr<const URLSession> ServiceSessions::session() {
+    return m_session.mutate([this](auto &session) {
+        if (!session)
+            session = makeSession(m_authorizationToken.value());
+        return session;
+    });
+}
+
+std::shared_ptr<const URLSession> ServiceSessions::anonymousSession() {
+    return m_anonymousSession.mutate([this](auto &session) {
+        if (!session)
+            session = makeSession(std::nullopt);
+        return session;
+    });
+}
+
+std::shared_ptr<const URLSession>
+ServiceSessions::makeSession(const std::optional<QString> &token) const {
+    return std::make_shared<const URLSession>(
+        m_transport, sessionHeaders(userAgent(), m_locale.value(),
+                                    DeviceFacts::current().preferredLanguages, token));
+}
+
+} // namespace KestrioKit

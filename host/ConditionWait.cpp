@@ -1,0 +1,46 @@
+#include "host/ConditionWait.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+#include <utility>
+
+namespace {
+
+constexpr int pollMilliseconds = 5;
+
+} // namespace
+
+void ConditionWait::start(Condition condition, std::chrono::milliseconds limit, Answer finished) {
+    auto *const wait = new ConditionWait(std::move(condition), limit, std::move(finished));
+    wait->setParent(QCoreApplication::instance());
+    wait->m_timer.start(0, wait);
+}
+
+ConditionWait::ConditionWait(Condition condition, std::chrono::milliseconds limit, Answer finished)
+    : m_condition(std::move(condition)), m_deadline(limit), m_finished(std::move(finished)) {}
+
+void ConditionWait::timerEvent(QTimerEvent *) {
+    m_timer.start(pollMilliseconds, this);
+    if (!m_isAsking) {
+        m_isAsking = true;
+        m_condition([wait = QPointer(this)](bool holds) {
+            if (wait)
+                wait->answered(holds);
+        });
+    } else if (m_deadline.hasExpired()) {
+        finish(false);
+    }
+}
+
+void ConditionWait::answered(bool holds) {
+    m_isAsking = false;
+    if (m_finished && (holds || m_deadline.hasExpired()))
+        finish(holds);
+}
+
+void ConditionWait::finish(bool holds) {
+    m_timer.stop();
+    deleteLater();
+    std::exchange(m_finished, nullptr)(holds);
+}

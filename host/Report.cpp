@@ -1,0 +1,38 @@
+#include "host/Report.h"
+
+#include "KestrioKit/Platform/Logging.h"
+
+#include <QtNumeric>
+
+Report &Report::text(std::string_view key, const QString &value) {
+    m_json.key(key);
+    m_json.string(value);
+    return *this;
+}
+
+Report &Report::number(std::string_view key, std::optional<qint64> value) {
+    m_json.key(key);
+    if (value)
+        m_json.integer(*value);
+    else
+        m_json.number(qQNaN()); // which it writes as null
+    return *this;
+}
+
+Report &Report::boolean(std::string_view key, bool value) {
+    m_json.key(key);
+    m_json.boolean(value);
+    return *this;
+}
+
+Report &Report::value(std::string_view key,
+                      const std::function<void(KestrioKit::JSONWriter &)> &write) {
+    m_json.key(key);
+    write(m_json);
+    return *this;
+}
+
+void Report::print() {
+    m_json.endObject();
+    KestrioKit::printLine(QString::fromUtf8(m_json.text()));
+}

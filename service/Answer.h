@@ -1,0 +1,28 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace SurveyService {
+
+/// What the service answers to one request. The body is JSON.
+struct Answer {
+    int status = 200;
+    std::string body = "{}";
+    std::vector<std::pair<std::string, std::string>> headers;
+};
+
+/// Thrown to refuse a request: becomes an answer of that status with {"error": what()}.
+class Refusal : public std::runtime_error {
+public:
+    Refusal(int status, const std::string &reason) : std::runtime_error(reason), m_status(status) {}
+
+    int status() const { return m_status; }
+
+private:
+    int m_status;
+};
+
+} // namespace SurveyService

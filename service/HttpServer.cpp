@@ -1,0 +1,208 @@
+#include "service/HttpServer.h"
+
+#include "service/Log.h"
+#include "service/Router.h"
+
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+namespace SurveyService {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t kThreads = 64;
+constexpr std::size_t kRequestsPerConnection = 1'000'000;
+constexpr std::size_t kLargestBody = 1024 * 1024;
+/// A body above the limit is read up to here, for its sender to see the answer; then it is cut off.
+constexpr std::size_t kMostReadAndDropped = 16 * kLargestBody;
+/// Longer than the pauses of clients that try again after 5, 10, 20 or 40 seconds: a connection
+/// that closes just when it is used again looks like a failed request.
+constexpr std::chrono::seconds kKeepAlive{60};
+/// Named with its character set, which keeps httplib from compressing the answer.
+constexpr auto kJsonType = "application/json; charset=utf-8";
+/// httplib matches the decoded path, which may hold line feeds.
+constexpr auto kEveryPath = R"([\s\S]*)";
+
+// A request is handled and logged on one thread, and httplib has no place of its own for this.
+thread_local Clock::time_point requestStart;
+
+int portOf(const sockaddr_storage &address) {
+    if (address.ss_family == AF_INET)
+        return ntohs(reinterpret_cast<const sockaddr_in &>(address).sin_port);
+    if (address.ss_family == AF_INET6)
+        return ntohs(reinterpret_cast<const sockaddr_in6 &>(address).sin6_port);
+    return 0;
+}
+
+/// Ends the reading side of every connection to that port. httplib keeps its sockets to itself and
+/// would wait for idle ones until their keep-alive time is over.
+void endReading(int port) {
+    for (const auto &entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        const int descriptor = std::stoi(entry.path().filename());
+        sockaddr_storage address{};
+        socklen_t size = sizeof address;
+        auto *const pointer = reinterpret_cast<sockaddr *>(&address);
+        if (::getsockname(descriptor, pointer, &size) == 0 && portOf(address) == port)
+            ::shutdown(descriptor, SHUT_RD);
+    }
+}
+
+class WorkerPool : public httplib::ThreadPool {
+public:
+    explicit WorkerPool(int port) : ThreadPool(kThreads), m_port(port) {}
+
+    void shutdown() override {
+        endReading(m_port);
+        ThreadPool::shutdown();
+    }
+
+private:
+    int m_port;
+};
+
+bool hasIPv6() {
+    const int probe = ::socket(AF_INET6, SOCK_STREAM, 0);
+    if (probe != -1)
+        ::close(probe);
+    return probe != -1;
+}
+
+bool announcesBody(const httplib::Request &request) {
+    return request.has_header("Transfer-Encoding") ||
+           (request.has_header("Content-Length") &&
+            request.get_header_value("Content-Length") != "0");
+}
+
+void write(const Answer &answer, httplib::Response &response, bool keepConnection) {
+    response.status = answer.status;
+    for (const auto &[name, value] : answer.headers)
+        response.set_header(name, value);
+    if (keepConnection) {
+        response.set_content(answer.body, kJsonType);
+        return;
+    }
+    // httplib closes a connection from its side only when the writing of an answer fails, so this
+    // reports a failure after the last byte.
+    response.set_header("Connection", "close");
+    const auto writeAndFail = [body = answer.body](std::size_t offset, std::size_t length,
+                                                   httplib::DataSink &sink) {
+        sink.write(body.data() + offset, length);
+        return false;
+    };
+    response.set_content_provider(answer.body.size(), kJsonType, writeAndFail);
+}
+
+} // namespace
+
+HttpServer::HttpServer(Handler handler) : m_handler(std::move(handler)) {
+    m_server.set_keep_alive_max_count(kRequestsPerConnection);
+    m_server.set_keep_alive_timeout(kKeepAlive.count());
+    m_server.set_tcp_nodelay(true);
+    m_server.set_socket_options([this](socket_t socket) {
+        // Not httplib's default of SO_REUSEPORT, by which two services would share a port.
+        const int on = 1;
+        const int off = 0;
+        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+        ::setsockopt(socket, IPPROTO_IPV6, IPV6_V6ONLY, &off, sizeof off);
+        m_listener = socket;
+    });
+    m_server.new_task_queue = [this] {
+        m_serving.count_down();
+        return new WorkerPool(m_port);
+    };
+    installHandlers();
+}
+
+int HttpServer::bind(int port) {
+    const std::string everyAddress = hasIPv6() ? "::" : "0.0.0.0";
+    errno = 0;
+    const bool bound = port == 0 ? (m_port = m_server.bind_to_any_port(everyAddress)) > 0
+                                 : m_server.bind_to_port(everyAddress, port);
+    if (!bound)
+        throw std::system_error(errno, std::generic_category(),
+                                "cannot listen on port " + std::to_string(port));
+    if (port != 0)
+        m_port = port;
+    ::listen(m_listener, SOMAXCONN); // httplib allows only 5 connections to wait
+    return m_port;
+}
+
+void HttpServer::run() {
+    m_server.listen_after_bind();
+}
+
+void HttpServer::stop() {
+    m_serving.wait();
+    m_server.stop();
+}
+
+void HttpServer::installHandlers() {
+    m_server.set_pre_routing_handler([this](const auto &request, auto &response) {
+        requestStart = Clock::now();
+        const std::string &method = request.method;
+        if (method == "POST" || method == "PUT" || method == "PATCH" || method == "DELETE")
+            return httplib::Server::HandlerResponse::Unhandled; // goes on to the handlers below
+        respondWithoutBody(request, response);
+        return httplib::Server::HandlerResponse::Handled;
+    });
+    const auto withBody = [this](const auto &request, auto &response, const auto &reader) {
+        respond(request, response, reader);
+    };
+    m_server.Post(kEveryPath, withBody)
+        .Put(kEveryPath, withBody)
+        .Patch(kEveryPath, withBody)
+        .Delete(kEveryPath, withBody);
+    // For what httplib refuses by itself, before any handler.
+    m_server.set_error_handler([](const httplib::Request &, httplib::Response &response) {
+        if (!response.body.empty() || response.content_length_ > 0)
+            return;
+        requestStart = Clock::now();
+        const bool pathTooLong = response.status == 414;
+        write(errorAnswer(response.status, pathTooLong ? "path: too long" : "request: malformed"),
+              response, true);
+    });
+    m_server.set_logger([](const httplib::Request &request, const httplib::Response &response) {
+        logRequest(request.method, request.target, response.status, Clock::now() - requestStart);
+    });
+}
+
+HttpServer::Body HttpServer::readBody(const httplib::Request &request,
+                                      const httplib::ContentReader &reader) {
+    Body body;
+    if (!announcesBody(request))
+        return body; // httplib would read until the connection ends
+    body.complete = reader([&body](const char *data, std::size_t size) {
+        body.size += size;
+        if (body.size <= kLargestBody)
+            body.text.append(data, size);
+        return body.size <= kMostReadAndDropped;
+    });
+    return body;
+}
+
+void HttpServer::respondWithoutBody(const httplib::Request &request,
+                                    httplib::Response &response) const {
+    // httplib leaves the body of these methods on the connection.
+    write(m_handler(request, {}), response, !announcesBody(request));
+}
+
+void HttpServer::respond(const httplib::Request &request, httplib::Response &response,
+                         const httplib::ContentReader &reader) const {
+    if (request.is_multipart_form_data()) {
+        write(errorAnswer(415, "Content-Type: must be application/json"), response, false);
+        return;
+    }
+    const Body body = readBody(request, reader);
+    if (body.size > kLargestBody)
+        write(errorAnswer(413, "body: more than 1 MiB"), response, body.complete);
+    else if (!body.complete)
+        write(errorAnswer(400, "body: ended early"), response, false);
+    else
+        write(m_handler(request, body.text), response, true);
+}
+
+} // namespace SurveyService

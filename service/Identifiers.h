@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace SurveyService {
+
+/// A random UUID (RFC 4122, version 4) in upper case.
+std::string randomUuid();
+
+} // namespace SurveyService

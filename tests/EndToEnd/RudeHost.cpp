@@ -1,0 +1,146 @@
+#include <KestrioKit/Kestrio.h>
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+// A host that uses the library when and where a well-behaved one would not. The scene is the first
+// argument; each ends with the exit code 0 unless something breaks.
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int threads = 8;
+constexpr int callsPerThread = 1000;
+
+void callEverything() {
+    Kestrio &kestrio = Kestrio::shared();
+    kestrio.setLocale(u"de"_s);
+    kestrio.setUserIdentifier(u"user"_s);
+    kestrio.setEmailAddress(u"user@example.com"_s);
+    kestrio.setVisitorAttribute(u"key"_s, u"value"_s);
+    kestrio.setVisitorAttributes({{u"a"_s, u"b"_s}});
+    kestrio.removeVisitorAttributes({u"a"_s});
+    kestrio.track(u"Event"_s);
+    kestrio.track(u"Asked"_s, [](SurveyState) {});
+    kestrio.setDisableNetworkAccess(true);
+    kestrio.setDisableNetworkAccess(false);
+    kestrio.visitorIdentifier();
+    kestrio.perform(u"logout"_s);
+}
+
+// Runs the event loop until there is a visitor.
+int runUntilVisitor() {
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [] {
+        if (Kestrio::shared().visitorIdentifier())
+            QCoreApplication::quit();
+    });
+    QTimer::singleShot(10000, &timer, [] { QCoreApplication::exit(1); });
+    timer.start(10);
+    return QCoreApplication::exec();
+}
+
+int beforeTheApplication(int argc, char **argv) {
+    callEverything();
+    Kestrio::shared().configure(u"env"_s);
+    callEverything();
+    QCoreApplication application(argc, argv);
+    return runUntilVisitor();
+}
+
+int afterTheApplication(int argc, char **argv) {
+    int code = 0;
+    {
+        QCoreApplication application(argc, argv);
+        Kestrio::shared().configure(u"env"_s);
+        code = runUntilVisitor();
+    }
+    callEverything();
+    std::thread(callEverything).join();
+    return code;
+}
+
+int withASecondApplication(int argc, char **argv) {
+    const int code = afterTheApplication(argc, argv);
+    QCoreApplication application(argc, argv);
+    callEverything();
+    return code + runUntilVisitor();
+}
+
+int fromAWorkerThread(int argc, char **argv) {
+    QCoreApplication application(argc, argv);
+    std::thread worker([] {
+        Kestrio::shared().configure(u"env"_s);
+        callEverything();
+    });
+    const int code = runUntilVisitor();
+    worker.join();
+    return code;
+}
+
+int fromManyThreads(int argc, char **argv) {
+    QCoreApplication application(argc, argv);
+    Kestrio::shared().configure(u"env"_s);
+    std::vector<std::thread> workers;
+    for (int worker = 0; worker < threads; ++worker) {
+        workers.emplace_back([worker] {
+            for (int call = 0; call < callsPerThread; ++call) {
+                Kestrio::shared().track(u"Event"_s);
+                if (call % 100 == worker)
+                    callEverything();
+                if (call % 250 == worker)
+                    Kestrio::shared().configure(u"env"_s);
+            }
+        });
+    }
+    const int code = runUntilVisitor();
+    for (std::thread &worker : workers)
+        worker.join();
+    return code;
+}
+
+int withoutAnEventLoop(int argc, char **argv) {
+    QCoreApplication application(argc, argv);
+    Kestrio::shared().configure(u"env"_s);
+    callEverything();
+    return 0;
+}
+
+int leavingByExit(int argc, char **argv) {
+    QCoreApplication application(argc, argv);
+    Kestrio::shared().configure(u"env"_s);
+    const int code = runUntilVisitor();
+    Kestrio::shared().track(u"Last"_s);
+    std::exit(code);
+}
+
+struct Scene {
+    const char *name;
+    int (*play)(int argc, char **argv);
+};
+
+constexpr Scene scenes[] = {
+    {"before", beforeTheApplication},
+    {"after", afterTheApplication},
+    {"second", withASecondApplication},
+    {"worker", fromAWorkerThread},
+    {"threads", fromManyThreads},
+    {"no-loop", withoutAnEventLoop},
+    {"exit", leavingByExit},
+};
+
+} // namespace
+
+int main(int argc, char **argv) {
+    for (const Scene &scene : scenes) {
+        if (argc == 2 && std::strcmp(argv[1], scene.name) == 0)
+            return scene.play(argc, argv);
+    }
+    return 2;
+}

@@ -1,0 +1,134 @@
+#include "tests/EndToEnd/ScriptedService.h"
+
+#include <gtest/gtest.h>
+
+#include <QRegularExpression>
+#include <QSysInfo>
+#include <QTemporaryDir>
+
+using namespace KestrioKit;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Expected {
+    QByteArray method;
+    QByteArray target;
+    /// The whole body; "#" stands for a number, "@" for a time in milliseconds since 1970.
+    QString body;
+};
+
+constexpr auto metadata = uR"({"sw":800,"sh":800,"l":"en"})";
+
+QString event(const QString &name) {
+    return u"{\"event\":\"%1\",\"metadata\":%2,\"delayed\":false,\"timestamp\":#}"_s.arg(
+        name, QString::fromUtf16(metadata));
+}
+
+QString batch(const QString &name) {
+    return u"{\"events\":["_s + event(name) + u"],\"timestamp\":#}"_s;
+}
+
+QString history(const QString &question, const QString &isNew, const QString &action) {
+    return u"{\"eid\":\"env 1\",\"sid\":7,%1\"vid\":42,\"isNew\":%2,\"action\":\"%3\",\"responseGroupUid\":\"G\"}"_s
+        .arg(question, isNew, action);
+}
+
+bool matches(const RecordedRequest &request, const Expected &expected) {
+    QString pattern = QRegularExpression::escape(expected.body);
+    pattern.replace(u"\\#"_s, u"\\d{10}"_s).replace(u"\\@"_s, u"1\\d{12}(\\.\\d+)?"_s);
+    const QRegularExpression body(QRegularExpression::anchoredPattern(pattern));
+    return request.method == expected.method && request.target == expected.target &&
+           body.match(QString::fromUtf8(request.body)).hasMatch();
+}
+
+class Wire : public ::testing::Test {
+protected:
+    Wire() { answerAsService(server); }
+
+    QTemporaryDir data;
+    RecordingServer server{servicePort};
+    HostProgram host{data.path(),
+                     {{u"LANGUAGE"_s, u"en_GB:fr:de:it:es:pt:nl"_s}, {u"LC_ALL"_s, u"C.UTF-8"_s}}};
+};
+
+TEST_F(Wire, carriesEveryOperationAsTheServiceExpectsIt) {
+    ASSERT_TRUE(server.isListening());
+    host.send("configure \"env 1\"\nwait-for visitor 10000\nwait-for idle 10000\ntrack Plain\n"
+              "attribute \"a b/c?%\" v\nattributes k1 v1 k2 v2\nremove k1\nask Asked\n"
+              "wait-for asked 10000\nanswer [9, \"\"]\nask Again\nwait-for asked 10000\nclose\n"
+              "user u1\nwait-for idle 10000");
+    ASSERT_EQ(host.finish(), 0) << host.program().output().toStdString();
+
+    const QString responses =
+        u"{\"responses\":[{\"questionId\":1,\"seenAt\":@,\"answeredAt\":@,\"value\":9},"
+        "{\"questionId\":2,\"seenAt\":@}],\"meta\":%1,\"responseGroupUid\":\"G\"}"_s.arg(
+            QString::fromUtf16(metadata));
+    const QList<Expected> table{
+        {"GET", "/1/environments/env%201/config", {}},
+        {"POST", "/1/environments/env%201/visitors", u"{}"_s},
+        {"POST", "/1/visitors/42/events/batch", batch(u"iOS Launch"_s)},
+        {"POST", "/1/visitors/42/events/batch", batch(u"Plain"_s)},
+        {"POST", "/1/visitors/42/events", event(u"Asked"_s)},
+        {"PUT", "/1/visitors/42/attributes/a%20b/c%3F%25", u"{\"value\":\"v\"}"_s},
+        {"PUT", "/2/environments/env%201/visitors/42/attributes",
+         u"{\"k1\":\"v1\",\"k2\":\"v2\"}"_s},
+        {"DELETE", "/2/environments/env%201/visitors/42/attributes", u"{\"delete\":[\"k1\"]}"_s},
+        {"POST", "/1/visitors/42/surveys/7/history", history({}, u"false"_s, u"seen"_s)},
+        {"POST", "/1/visitors/42/surveys/7/history",
+         history(u"\"qid\":1,"_s, u"true"_s, u"seen"_s)},
+        {"POST", "/1/visitors/42/surveys/7/history",
+         history(u"\"qid\":2,"_s, u"true"_s, u"seen"_s)},
+        {"POST", "/1/visitors/42/surveys/7/history",
+         history(u"\"qid\":1,"_s, u"false"_s, u"closed"_s)},
+        {"POST", "/2/environments/env%201/visitors/42/responses/submit", responses},
+        {"PUT", "/1/environments/env%201/visitors/42", u"{\"userId\":\"u1\"}"_s},
+    };
+    const QList<RecordedRequest> requests = server.requests();
+    for (const Expected &expected : table) {
+        const auto sent =
+            std::count_if(requests.begin(), requests.end(),
+                          [&](const RecordedRequest &r) { return matches(r, expected); });
+        EXPECT_EQ(sent, 1) << expected.method.toStdString() << ' ' << expected.target.toStdString()
+                           << '\n'
+                           << qPrintable(expected.body);
+    }
+    // The second event, beside those of the table.
+    EXPECT_EQ(requests.size(), table.size() + 1);
+}
+
+TEST_F(Wire, carriesTheSessionsHeadersInTheirOrder) {
+    host.send("configure env\nwait-for visitor 10000\nwait-for idle 10000\nlocale fr-CH\n"
+              "perform trackWithEventName:handler: Localised\nwait-for idle 10000");
+    ASSERT_EQ(host.finish(), 0);
+    const QByteArray os = QSysInfo::productVersion().toUtf8();
+    const QByteArray version = "0.1.0";
+    const QList<HTTPHeader> expected{
+        {"User-Agent",
+         "Kestrio/iOS;Version=" + version + ";OSVersion=" + os + ";AppVersion=" + version},
+        {"Content-Type", "application/json"},
+        {"kestrio-platform", "ios"},
+        {"Accept-Language", "en-GB, fr;q=0.9, de;q=0.8, it;q=0.7000000000000001, "
+                            "es;q=0.6000000000000001"},
+        {"x-ks-sdk-version", version},
+        {"x-ks-app-version", version},
+        {"x-ks-device-type", QSysInfo::currentCpuArchitecture().toUtf8()},
+        {"x-ks-os-version", os}};
+    const RecordedRequest config = server.requests().at(0);
+    QList<HTTPHeader> ours;
+    for (const HTTPHeader &header : config.headers) {
+        if (std::any_of(expected.begin(), expected.end(),
+                        [&](const HTTPHeader &e) { return e.name == header.name; }))
+            ours.append(header);
+    }
+    EXPECT_EQ(ours, expected);
+    EXPECT_FALSE(config.header("Authorization"));
+    EXPECT_FALSE(config.header("Cookie"));
+
+    const QList<RecordedRequest> batches = requestsTo(server, "/1/visitors/42/events/batch");
+    ASSERT_EQ(batches.size(), 2);
+    EXPECT_EQ(batches[0].header("Authorization"), "Bearer secret");
+    EXPECT_EQ(batches[1].header("Accept-Language"), "fr-CH");
+}
+
+} // namespace

@@ -1,0 +1,53 @@
+#include "tests/support/ManualFlagsSource.h"
+
+namespace KestrioKit {
+
+void ManualFlagsSource::change(ReachabilityFlags flags) {
+    const std::lock_guard guard(m_lock);
+    m_flags = flags;
+    if (m_callback && m_queue)
+        m_queue->async([callback = m_callback, flags] { callback(flags); });
+}
+
+void ManualFlagsSource::fail(Errors errors) {
+    const std::lock_guard guard(m_lock);
+    m_errors = errors;
+}
+
+int ManualFlagsSource::registrations() const {
+    const std::lock_guard guard(m_lock);
+    return m_registrations;
+}
+
+bool ManualFlagsSource::isListenedTo() const {
+    const std::lock_guard guard(m_lock);
+    return m_callback && m_queue;
+}
+
+ReachabilityFlagsSource::Reading ManualFlagsSource::flags() {
+    const std::lock_guard guard(m_lock);
+    if (m_errors.flags)
+        return *m_errors.flags;
+    return m_flags;
+}
+
+std::optional<ReachabilityFlagsSource::ErrorCode>
+ManualFlagsSource::setCallback(Callback callback) {
+    const std::lock_guard guard(m_lock);
+    if (callback && m_errors.setCallback)
+        return m_errors.setCallback;
+    m_registrations += callback ? 1 : 0;
+    m_callback = std::move(callback);
+    return std::nullopt;
+}
+
+std::optional<ReachabilityFlagsSource::ErrorCode>
+ManualFlagsSource::setDispatchQueue(const DispatchQueue *queue) {
+    const std::lock_guard guard(m_lock);
+    if (queue && m_errors.setDispatchQueue)
+        return m_errors.setDispatchQueue;
+    m_queue = queue ? std::make_shared<const DispatchQueue>(*queue) : nullptr;
+    return std::nullopt;
+}
+
+} // namespace KestrioKit

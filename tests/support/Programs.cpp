@@ -1,0 +1,152 @@
+#include "tests/support/Programs.h"
+
+#include <gtest/gtest.h>
+
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+
+#include <algorithm>
+#include <csignal>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+QProcessEnvironment merged(const Environment &environment) {
+    QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
+    for (auto entry = environment.begin(); entry != environment.end(); ++entry) {
+        if (entry.value().isNull())
+            all.remove(entry.key());
+        else
+            all.insert(entry.key(), entry.value());
+    }
+    return all;
+}
+
+Environment hostEnvironment(const QString &dataFolder, const Environment &environment) {
+    Environment all{{u"XDG_DATA_HOME"_s, dataFolder}, {u"KESTRIO_ENVIRONMENT"_s, u"local"_s}};
+    all.insert(environment);
+    return all;
+}
+
+/// The whole lines, without their ends.
+QByteArrayList wholeLines(const QByteArray &output) {
+    QByteArrayList lines = output.split('\n');
+    lines.removeLast();
+    return lines;
+}
+
+bool isReport(const QByteArray &line) {
+    return line.startsWith('{');
+}
+
+} // namespace
+
+QString hostProgramFile() {
+    return QStringLiteral(KESTRIO_HOST_PROGRAM);
+}
+
+QString serviceProgramFile() {
+    return QStringLiteral(KESTRIO_SERVICE_PROGRAM);
+}
+
+RunningProgram::RunningProgram(const QString &program, const QStringList &arguments,
+                               const Environment &environment) {
+    QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process,
+                     [this] { m_output += m_process.readAllStandardOutput(); });
+    QObject::connect(&m_process, &QProcess::readyReadStandardError, &m_process,
+                     [this] { m_errors += m_process.readAllStandardError(); });
+    m_process.setProcessEnvironment(merged(environment));
+    m_process.start(program, arguments);
+    EXPECT_TRUE(m_process.waitForStarted()) << qPrintable(program);
+}
+
+RunningProgram::~RunningProgram() {
+    m_process.kill();
+    m_process.waitForFinished();
+    EXPECT_FALSE(m_errors.contains("Sanitizer: ") || m_errors.contains("runtime error: "))
+        << m_errors.toStdString();
+}
+
+void RunningProgram::signal(int number) {
+    ::kill(pid_t(m_process.processId()), number);
+}
+
+std::optional<int> RunningProgram::waitForEnd(std::chrono::milliseconds limit) {
+    if (!waitFor([this] { return m_process.state() == QProcess::NotRunning; }, limit) ||
+        m_process.exitStatus() != QProcess::NormalExit)
+        return std::nullopt;
+    return m_process.exitCode();
+}
+
+HostProgram::HostProgram(const QString &dataFolder, const Environment &environment)
+    : m_program(hostProgramFile(), {u"--script"_s, u"-"_s},
+                hostEnvironment(dataFolder, environment)) {}
+
+QJsonObject HostProgram::nextReport() {
+    QList<QJsonObject> all;
+    waitFor([&] {
+        all = reports();
+        return all.size() > m_taken;
+    });
+    return all.value(m_taken++);
+}
+
+std::optional<int> HostProgram::finish() {
+    m_program.endInput();
+    return m_program.waitForEnd();
+}
+
+void HostProgram::kill() {
+    m_program.signal(SIGKILL);
+    m_program.waitForEnd();
+}
+
+QList<QJsonObject> HostProgram::reports() const {
+    QList<QJsonObject> reports;
+    for (const QByteArray &line : wholeLines(m_program.output())) {
+        if (isReport(line))
+            reports.append(QJsonDocument::fromJson(line).object());
+    }
+    return reports;
+}
+
+QByteArrayList HostProgram::logLines() const {
+    QByteArrayList lines = wholeLines(m_program.output());
+    lines.removeIf(isReport);
+    return lines;
+}
+
+ServiceProgram::ServiceProgram(const QString &databaseFile, const QStringList &arguments,
+                               quint16 port)
+    : m_port(port),
+      m_program(serviceProgramFile(),
+                QStringList{u"--port"_s, QString::number(port), u"--database"_s, databaseFile} +
+                    arguments) {
+    waitFor([this] { return isListening() || m_program.waitForEnd(0ms); });
+    EXPECT_TRUE(isListening()) << m_program.errors().toStdString();
+}
+
+bool ServiceProgram::isListening() const {
+    return m_program.errors().contains("listening on ");
+}
+
+QJsonObject ServiceProgram::records() const {
+    QNetworkAccessManager manager;
+    const QUrl url(u"http://localhost:%1/records"_s.arg(m_port));
+    const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(url)));
+    waitFor([&reply] { return reply->isFinished(); });
+    EXPECT_EQ(reply->error(), QNetworkReply::NoError) << qPrintable(reply->errorString());
+    return QJsonDocument::fromJson(reply->readAll()).object();
+}
+
+std::optional<int> ServiceProgram::stop() {
+    m_program.signal(SIGTERM);
+    return m_program.waitForEnd();
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "tests/support/Waiting.h"
+
+#include <QByteArrayList>
+#include <QJsonObject>
+#include <QMap>
+#include <QProcess>
+#include <QStringList>
+
+#include <optional>
+
+namespace KestrioKit {
+
+/// Where "localhost" makes the library look for its service.
+inline constexpr quint16 servicePort = 8080;
+
+/// The files of the programs.
+QString hostProgramFile();
+QString serviceProgramFile();
+
+/// Variables of a program's environment, beside those of the test. A null text takes one away.
+using Environment = QMap<QString, QString>;
+
+/// A program that runs beside the test, and is killed with this object at the latest. What a
+/// sanitizer finds in it is a failure of the test.
+class RunningProgram {
+public:
+    RunningProgram(const QString &program, const QStringList &arguments,
+                   const Environment &environment = {});
+    ~RunningProgram();
+    Q_DISABLE_COPY_MOVE(RunningProgram)
+
+    void write(const QByteArray &bytes) { m_process.write(bytes); }
+    void endInput() { m_process.closeWriteChannel(); }
+
+    /// All it has written so far, to standard output and to standard error.
+    const QByteArray &output() const { return m_output; }
+    const QByteArray &errors() const { return m_errors; }
+
+    void signal(int number);
+    /// The exit code; absent when it does not end in time, or ended by a signal.
+    std::optional<int> waitForEnd(std::chrono::milliseconds limit = patience);
+
+private:
+    QProcess m_process;
+    QByteArray m_output;
+    QByteArray m_errors;
+};
+
+/// kestrio-host, obeying what the test tells it, against a service at "localhost".
+///
+///     HostProgram host(dataFolder.path());
+///     host.send("configure shop\nwait-for visitor 5000\nvisitor");
+///     EXPECT_EQ(host.nextReport()["visitor"].toInt(), 1);
+///     EXPECT_EQ(host.finish(), 0);
+class HostProgram {
+public:
+    explicit HostProgram(const QString &dataFolder, const Environment &environment = {});
+
+    /// Hands it one line or several.
+    void send(const QByteArray &lines) { m_program.write(lines + '\n'); }
+    /// The first report that was not taken yet; empty when none comes in time.
+    QJsonObject nextReport();
+    /// Ends the script, and waits for the program's end: its exit code.
+    std::optional<int> finish();
+    /// Cuts it off without any chance to save.
+    void kill();
+
+    /// Every report so far, taken or not.
+    QList<QJsonObject> reports() const;
+    /// The lines of standard output that are no reports.
+    QByteArrayList logLines() const;
+    RunningProgram &program() { return m_program; }
+
+private:
+    RunningProgram m_program;
+    qsizetype m_taken = 0;
+};
+
+/// kestrio-service on a database of the test's.
+class ServiceProgram {
+public:
+    /// Starts it, and waits until it listens or has ended. `arguments` are further ones.
+    explicit ServiceProgram(const QString &databaseFile, const QStringList &arguments = {},
+                            quint16 port = servicePort);
+
+    bool isListening() const;
+    /// Everything it holds.
+    QJsonObject records() const;
+    /// Lets it end cleanly: its exit code.
+    std::optional<int> stop();
+    RunningProgram &program() { return m_program; }
+
+private:
+    quint16 m_port;
+    RunningProgram m_program;
+};
+
+} // namespace KestrioKit

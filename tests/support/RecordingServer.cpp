@@ -1,0 +1,246 @@
+#include "tests/support/RecordingServer.h"
+
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A listening socket on the loopback address; its port goes into `port`. -1 when it cannot be had.
+template <typename Address>
+int listenOn(Address address, in_port_t Address::*portField, quint16 &port) {
+    const int listener =
+        socket(reinterpret_cast<sockaddr &>(address).sa_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int on = 1;
+    setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    address.*portField = htons(port);
+    socklen_t size = sizeof address;
+    auto *const generic = reinterpret_cast<sockaddr *>(&address);
+    if (bind(listener, generic, size) != 0 || listen(listener, SOMAXCONN) != 0 ||
+        getsockname(listener, generic, &size) != 0) {
+        close(listener);
+        return -1;
+    }
+    port = ntohs(address.*portField);
+    return listener;
+}
+
+int listenOnIPv4(quint16 &port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return listenOn(address, &sockaddr_in::sin_port, port);
+}
+
+int listenOnIPv6(quint16 &port) {
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    address.sin6_addr = in6addr_loopback;
+    return listenOn(address, &sockaddr_in6::sin6_port, port);
+}
+
+bool sendBytes(int socket, const QByteArray &bytes) {
+    qsizetype sent = 0;
+    while (sent < bytes.size()) {
+        const ssize_t size =
+            send(socket, bytes.constData() + sent, std::size_t(bytes.size() - sent), MSG_NOSIGNAL);
+        if (size <= 0)
+            return false;
+        sent += size;
+    }
+    return true;
+}
+
+// What has come; empty when the client is gone.
+QByteArray receiveBytes(int socket) {
+    std::array<char, 4096> buffer;
+    const ssize_t size = recv(socket, buffer.data(), buffer.size(), 0);
+    return {buffer.data(), std::max<qsizetype>(size, 0)};
+}
+
+} // namespace
+
+RecordingServer::RecordingServer(quint16 port) {
+    const int ipv4 = listenOnIPv4(port);
+    if (ipv4 < 0)
+        return;
+    m_port = port;
+    m_listeners.push_back(ipv4);
+    if (const int ipv6 = listenOnIPv6(port); ipv6 >= 0)
+        m_listeners.push_back(ipv6);
+    m_acceptor = std::thread([this] { acceptConnections(); });
+}
+
+RecordingServer::~RecordingServer() {
+    {
+        const std::lock_guard guard(m_lock);
+        m_stopping = true;
+        for (const int socket : m_sockets)
+            shutdown(socket, SHUT_RDWR);
+        for (const int listener : m_listeners)
+            shutdown(listener, SHUT_RDWR);
+    }
+    m_stopRequested.notify_all();
+    if (m_acceptor.joinable())
+        m_acceptor.join();
+    for (std::thread &connection : m_connections)
+        connection.join();
+    for (const int listener : m_listeners)
+        close(listener);
+}
+
+QUrl RecordingServer::url(const QString &path) const {
+    return QUrl(u"http://127.0.0.1:%1%2"_s.arg(m_port).arg(path));
+}
+
+void RecordingServer::answerNext(ServerAnswer answer) {
+    const std::lock_guard guard(m_lock);
+    m_answers.push_back(std::move(answer));
+}
+
+void RecordingServer::setScript(Script script) {
+    const std::lock_guard guard(m_scriptLock);
+    m_script = std::move(script);
+}
+
+void RecordingServer::setSlamming(bool slamming) {
+    const std::lock_guard guard(m_lock);
+    m_slamming = slamming;
+}
+
+QList<RecordedRequest> RecordingServer::requests() const {
+    const std::lock_guard guard(m_lock);
+    return m_requests;
+}
+
+int RecordingServer::connections() const {
+    const std::lock_guard guard(m_lock);
+    return m_acceptedConnections;
+}
+
+int RecordingServer::openConnections() const {
+    const std::lock_guard guard(m_lock);
+    return int(m_sockets.size());
+}
+
+bool RecordingServer::waitForRequests(qsizetype count, std::chrono::milliseconds limit) const {
+    return waitFor([&] { return requests().size() >= count; }, limit);
+}
+
+void RecordingServer::acceptConnections() {
+    std::vector<pollfd> listeners;
+    for (const int listener : m_listeners)
+        listeners.push_back({listener, POLLIN, 0});
+    while (poll(listeners.data(), listeners.size(), -1) > 0) {
+        for (const pollfd &listener : listeners) {
+            if (listener.revents == 0)
+                continue;
+            const int socket = accept4(listener.fd, nullptr, nullptr, SOCK_CLOEXEC);
+            if (socket < 0)
+                return;
+            beginConnection(socket);
+        }
+    }
+}
+
+void RecordingServer::beginConnection(int socket) {
+    const std::lock_guard guard(m_lock);
+    ++m_acceptedConnections;
+    if (m_slamming || m_stopping) {
+        close(socket);
+        return;
+    }
+    m_sockets.push_back(socket);
+    m_connections.emplace_back([this, socket, number = m_acceptedConnections] {
+        serve(socket, number);
+        shutdown(socket, SHUT_WR);
+        while (!receiveBytes(socket).isEmpty())
+            continue;
+        const std::lock_guard endGuard(m_lock);
+        std::erase(m_sockets, socket);
+        close(socket);
+    });
+}
+
+void RecordingServer::serve(int socket, int connection) {
+    QByteArray bytes;
+    while (true) {
+        const QByteArray received = receiveBytes(socket);
+        if (received.isEmpty())
+            return;
+        bytes += received;
+        while (std::optional<RecordedRequest> request = takeRequest(bytes)) {
+            request->connection = connection;
+            request->arrival = std::chrono::steady_clock::now();
+            if (!send(socket, answerTo(*request)))
+                return;
+        }
+    }
+}
+
+ServerAnswer RecordingServer::answerTo(const RecordedRequest &request) {
+    {
+        const std::lock_guard guard(m_lock);
+        m_requests.append(request);
+        if (!m_answers.empty()) {
+            ServerAnswer answer = std::move(m_answers.front());
+            m_answers.pop_front();
+            return answer;
+        }
+    }
+    const std::lock_guard guard(m_scriptLock);
+    return m_script ? m_script(request) : ServerAnswer{};
+}
+
+// False when the connection is to be closed.
+bool RecordingServer::send(int socket, const ServerAnswer &answer) {
+    using Manner = ServerAnswer::Manner;
+    const QByteArray whole = answer.head() + answer.body;
+    switch (answer.manner) {
+    case Manner::whole:
+        return sendBytes(socket, whole);
+    case Manner::wholeThenClose:
+        sendBytes(socket, whole);
+        return false;
+    case Manner::cut:
+        sendBytes(socket, whole.first(answer.cutAfter));
+        return false;
+    case Manner::hang:
+        receiveBytes(socket);
+        return false;
+    case Manner::drip:
+        return drip(socket, answer);
+    case Manner::endless:
+        sendBytes(socket, answer.head());
+        while (sendBytes(socket, answer.body))
+            continue;
+        return false;
+    case Manner::raw:
+        sendBytes(socket, answer.body);
+        return false;
+    }
+    return false;
+}
+
+bool RecordingServer::drip(int socket, const ServerAnswer &answer) {
+    sendBytes(socket, answer.head());
+    for (const char byte : answer.body) {
+        std::unique_lock lock(m_lock);
+        if (m_stopRequested.wait_for(lock, answer.dripPause, [this] { return m_stopping; }))
+            return false;
+        lock.unlock();
+        if (!sendBytes(socket, QByteArray(1, byte)))
+            return false;
+    }
+    return true;
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "tests/support/RecordedRequest.h"
+#include "tests/support/ServerAnswer.h"
+#include "tests/support/Waiting.h"
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace KestrioKit {
+
+/// A small HTTP/1.1 server on this machine that records every request and answers by a script.
+///
+///     RecordingServer server;
+///     server.answerNext({503});
+///     …
+///     ASSERT_TRUE(server.waitForRequests(2));
+///     EXPECT_EQ(server.requests()[1].target, "/1/errors");
+///
+/// It runs on threads of its own; every operation is thread-safe.
+class RecordingServer {
+public:
+    using Script = std::function<ServerAnswer(const RecordedRequest &)>;
+
+    /// Listens on 127.0.0.1, and on ::1 where there is one. Port 0 is any free port.
+    explicit RecordingServer(quint16 port = 0);
+    /// Closes every connection.
+    ~RecordingServer();
+    Q_DISABLE_COPY_MOVE(RecordingServer)
+
+    /// Whether the port could be had.
+    bool isListening() const { return m_port != 0; }
+    quint16 port() const { return m_port; }
+    /// "http://127.0.0.1:<port>" with the path (and query).
+    QUrl url(const QString &path = {}) const;
+
+    /// The answers to the next requests, in turn; requests beyond them are answered by the script.
+    void answerNext(ServerAnswer answer);
+    /// Called for one request at a time on the server's threads. Without one: 200 with "{}".
+    void setScript(Script script);
+    /// Whether new connections are closed at once.
+    void setSlamming(bool slamming);
+
+    QList<RecordedRequest> requests() const;
+    /// How many connections were accepted so far.
+    int connections() const;
+    /// How many of them neither side, or only the server, has closed.
+    int openConnections() const;
+    /// Runs the event loop until there are at least `count` requests; false when there are not.
+    bool waitForRequests(qsizetype count, std::chrono::milliseconds limit = patience) const;
+
+private:
+    void acceptConnections();
+    void beginConnection(int socket);
+    void serve(int socket, int connection);
+    ServerAnswer answerTo(const RecordedRequest &request);
+    bool send(int socket, const ServerAnswer &answer);
+    bool drip(int socket, const ServerAnswer &answer);
+
+    quint16 m_port = 0;
+    std::vector<int> m_listeners;
+    std::thread m_acceptor;
+
+    mutable std::mutex m_lock;
+    std::condition_variable m_stopRequested;
+    bool m_stopping = false;
+    bool m_slamming = false;
+    int m_acceptedConnections = 0;
+    std::vector<int> m_sockets;
+    std::vector<std::thread> m_connections;
+    QList<RecordedRequest> m_requests;
+    std::deque<ServerAnswer> m_answers;
+    /// Held while the script runs, so that it may use the server.
+    std::mutex m_scriptLock;
+    Script m_script;
+};
+
+} // namespace KestrioKit

@@ -1,0 +1,59 @@
+#include "tests/support/ScriptedSender.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace KestrioKit {
+
+namespace {
+
+QString nameOf(const URLRequest &request) {
+    const QJsonObject body = QJsonDocument::fromJson(request.body).object();
+    QStringList names;
+    for (const QJsonValue event : body[QLatin1String("events")].toArray())
+        names.append(event[QLatin1String("event")].toString());
+    return names.isEmpty() ? request.url.fileName() : names.join(QLatin1Char(','));
+}
+
+} // namespace
+
+ScriptedSender::ScriptedSender(const Clock &clock, std::optional<qint64> visitor)
+    : m_requests(clock) {
+    m_requests.setEnvironment(QStringLiteral("shop"));
+    m_requests.setVisitorIdentifier(visitor);
+}
+
+QStringList ScriptedSender::out() const {
+    QStringList names;
+    for (const Send &send : m_out.value())
+        names.append(nameOf(send.request));
+    return names;
+}
+
+void ScriptedSender::answer(std::optional<HTTPURLResponse> response, std::optional<Error> error) {
+    const auto send = m_out.mutate([](QList<Send> &out) { return out.takeFirst(); });
+    send.completion(response, error);
+}
+
+void ScriptedSender::sendSimpleRequest(const URLRequest &request, SimpleCompletion completion) {
+    if (const std::optional<DisabledError> disabled = disabledError()) {
+        completion({}, disabled->toError());
+        return;
+    }
+    ++m_sends;
+    if (m_status != 0)
+        completion(HTTPURLResponse{m_status}, {});
+    else
+        m_out.mutate([&](QList<Send> &out) { out.append({request, std::move(completion)}); });
+}
+
+std::optional<qint64> ScriptedSender::visitorIdentifier() const {
+    return m_requests.visitorIdentifier();
+}
+
+void ScriptedSender::handleError(const Error &error) {
+    m_handledErrors.mutate([&error](QList<Error> &errors) { errors.append(error); });
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "KestrioKit/Queue/SubmissionSender.h"
+
+#include <QStringList>
+
+#include <atomic>
+
+namespace KestrioKit {
+
+/// A network service whose sends stay out until the test answers them. Thread-safe.
+class ScriptedSender final : public SubmissionSender {
+public:
+    explicit ScriptedSender(const Clock &clock, std::optional<qint64> visitor = 8);
+
+    /// What is out, oldest first: the names of a batch's events ("a,b"), or the end of the path.
+    QStringList out() const;
+    /// How many sends there have been.
+    int sends() const { return m_sends; }
+
+    /// Answers the oldest send.
+    void answer(std::optional<HTTPURLResponse> response, std::optional<Error> error = {});
+    void answer(int status) { answer(HTTPURLResponse{status}); }
+    /// From now on sends are answered at once, with this status.
+    void answerAtOnce(int status) { m_status = status; }
+
+    void setVisitor(std::optional<qint64> visitor) { m_requests.setVisitorIdentifier(visitor); }
+    void setDisabledError(std::optional<DisabledError> error) { m_disabledError.setValue(error); }
+    QList<Error> handledErrors() const { return m_handledErrors.value(); }
+
+    const KestrioServiceRequests &networkRequests() const override { return m_requests; }
+    void sendSimpleRequest(const URLRequest &request, SimpleCompletion completion) override;
+    std::optional<DisabledError> disabledError() const override { return m_disabledError.value(); }
+    std::optional<qint64> visitorIdentifier() const override;
+    std::optional<QString> authorizationToken() const override { return QStringLiteral("token"); }
+    void handleError(const Error &error) override;
+
+private:
+    struct Send {
+        URLRequest request;
+        SimpleCompletion completion;
+    };
+
+    KestrioServiceRequests m_requests;
+    Atomic<QList<Send>> m_out;
+    std::atomic<int> m_sends = 0;
+    std::atomic<int> m_status = 0;
+    Atomic<std::optional<DisabledError>> m_disabledError;
+    Atomic<QList<Error>> m_handledErrors;
+};
+
+} // namespace KestrioKit

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "KestrioKit/Platform/URLRequest.h"
+
+namespace KestrioKit {
+
+/// What a test's server answers, and how well it behaves.
+struct ServerAnswer {
+    enum class Manner {
+        /// The whole answer; the connection stays open for the next request.
+        whole,
+        /// The whole answer, then the connection is closed.
+        wholeThenClose,
+        /// The first `cutAfter` bytes of the answer, then the connection is closed.
+        cut,
+        /// Nothing, for as long as the client waits.
+        hang,
+        /// One byte of the body at a time, with pauses of `dripPause`.
+        drip,
+        /// A body that goes on and on (the status line and headers tell no length).
+        endless,
+        /// `body` alone, as it stands, then the connection is closed.
+        raw,
+    };
+
+    int status = 200;
+    QByteArray body = "{}";
+    /// "Content-Length" is added unless it is among them.
+    QList<HTTPHeader> headers = {};
+    Manner manner = Manner::whole;
+    /// Counted from the first byte of the status line.
+    qsizetype cutAfter = 0;
+    std::chrono::milliseconds dripPause{0};
+
+    /// Status line and headers, with the empty line that ends them.
+    QByteArray head() const;
+
+    static ServerAnswer redirect(int status, const QByteArray &location) {
+        return {status, {}, {{"Location", location}}};
+    }
+    static ServerAnswer cut(int status, qsizetype after) {
+        return {status, "{}", {}, Manner::cut, after};
+    }
+    static ServerAnswer raw(const QByteArray &text) { return {200, text, {}, Manner::raw}; }
+    static ServerAnswer badly(Manner manner) { return {200, "{}", {}, manner}; }
+};
+
+} // namespace KestrioKit
