@@ -22,6 +22,8 @@ constexpr std::size_t kMostReadAndDropped = 16 * kLargestBody;
 /// Longer than the pauses of clients that try again after 5, 10, 20 or 40 seconds: a connection
 /// that closes just when it is used again looks like a failed request.
 constexpr std::chrono::seconds kKeepAlive{60};
+/// For the next bytes of a request, and for room to write an answer.
+constexpr std::chrono::seconds kPatience{30};
 /// Named with its character set, which keeps httplib from compressing the answer.
 constexpr auto kJsonType = "application/json; charset=utf-8";
 /// httplib matches the decoded path, which may hold line feeds.
@@ -101,13 +103,13 @@ void write(const Answer &answer, httplib::Response &response, bool keepConnectio
 HttpServer::HttpServer(Handler handler) : m_handler(std::move(handler)) {
     m_server.set_keep_alive_max_count(kRequestsPerConnection);
     m_server.set_keep_alive_timeout(kKeepAlive.count());
+    m_server.set_read_timeout(kPatience);
+    m_server.set_write_timeout(kPatience);
     m_server.set_tcp_nodelay(true);
     m_server.set_socket_options([this](socket_t socket) {
         // Not httplib's default of SO_REUSEPORT, by which two services would share a port.
         const int on = 1;
-        const int off = 0;
         ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-        ::setsockopt(socket, IPPROTO_IPV6, IPV6_V6ONLY, &off, sizeof off);
         m_listener = socket;
     });
     m_server.new_task_queue = [this] {
@@ -118,15 +120,16 @@ HttpServer::HttpServer(Handler handler) : m_handler(std::move(handler)) {
 }
 
 int HttpServer::bind(int port) {
+    // httplib makes the IPv6 socket take IPv4 too.
     const std::string everyAddress = hasIPv6() ? "::" : "0.0.0.0";
     errno = 0;
-    const bool bound = port == 0 ? (m_port = m_server.bind_to_any_port(everyAddress)) > 0
-                                 : m_server.bind_to_port(everyAddress, port);
-    if (!bound)
+    if (port == 0)
+        m_port = m_server.bind_to_any_port(everyAddress);
+    else
+        m_port = m_server.bind_to_port(everyAddress, port) ? port : -1;
+    if (m_port == -1)
         throw std::system_error(errno, std::generic_category(),
                                 "cannot listen on port " + std::to_string(port));
-    if (port != 0)
-        m_port = port;
     ::listen(m_listener, SOMAXCONN); // httplib allows only 5 connections to wait
     return m_port;
 }

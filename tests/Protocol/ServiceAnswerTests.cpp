@@ -49,7 +49,7 @@ TEST(ResponseConfig, saysWhyTheLibraryIsDisabled) {
 TEST(ColorFromHex, readsSixHexDigits) {
     const std::pair<QString, std::optional<QColor>> cases[] = {
         {u"#ff8800"_s, QColor(0xff, 0x88, 0)},
-        {u" #0a-0B 0c "_s, QColor(0x0a, 0x0b, 0x0c)},
+        {u" #0a-0B G0c "_s, QColor(0x0a, 0x0b, 0x0c)},
         {u"FF880"_s, {}},
         {u"FF88000"_s, {}},
         {u"0xff880"_s, QColor(0x0f, 0xf8, 0x80)},

@@ -6,6 +6,12 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+namespace {
+
+constexpr time_t watchdogSeconds = 60;
+
+} // namespace
+
 std::string ServiceTest::Visitor::path(const std::string &rest) const {
     return "/1/visitors/" + std::to_string(id) + rest;
 }
@@ -19,6 +25,7 @@ ServiceTest::ServiceTest()
     : service({"--port", "0", "--database", ":memory:"}), client("localhost", service.port()) {
     client.set_keep_alive(true);
     client.set_tcp_nodelay(true);
+    client.set_read_timeout(watchdogSeconds, 0);
 }
 
 void ServiceTest::endService() {
@@ -64,7 +71,7 @@ RawConnection::RawConnection(int port) : m_socket(::socket(AF_INET, SOCK_STREAM,
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     address.sin_port = htons(static_cast<std::uint16_t>(port));
     EXPECT_EQ(::connect(m_socket, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
-    const timeval watchdog{.tv_sec = 30, .tv_usec = 0};
+    const timeval watchdog{.tv_sec = watchdogSeconds, .tv_usec = 0};
     ::setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &watchdog, sizeof watchdog);
 }
 
