@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// What may wait to be read: without a limit a fast server fills the memory while a file is saved.
 constexpr qint64 readBufferSize = 256 * 1024;
 
 enum StatusCode {
@@ -93,7 +94,10 @@ void NetworkTask::start() {
     auto *const body = new UploadBody(m_request.body);
     m_reply = m_manager.sendCustomRequest(networkRequest(m_request), m_request.method, body);
     body->setParent(m_reply);
-    m_reply->setReadBufferSize(readBufferSize);
+    // Qt heeds this only once the request is on its way, and it starts that from the event loop.
+    QMetaObject::invokeMethod(
+        m_reply, [reply = m_reply] { reply->setReadBufferSize(readBufferSize); },
+        Qt::QueuedConnection);
     connect(m_reply, &QNetworkReply::readyRead, this, &NetworkTask::readBody);
     connect(m_reply, &QNetworkReply::finished, this, &NetworkTask::replyFinished);
 }

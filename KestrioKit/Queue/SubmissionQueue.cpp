@@ -106,8 +106,7 @@ void SubmissionQueue::appendRequest(QueueTask task) {
 }
 
 void SubmissionQueue::appendRequest(QueueableRequest request) {
-    if (!m_disableNetworkAccess)
-        appendRequest(makeQueueTask(std::move(request), m_clock));
+    appendRequest(makeQueueTask(std::move(request), m_clock));
 }
 
 const std::shared_ptr<QueueRunner> &SubmissionQueue::runner(const QueueableRequest &request) const {

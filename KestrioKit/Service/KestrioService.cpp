@@ -290,10 +290,19 @@ void KestrioService::recordError(const Error &error, const std::optional<QString
 }
 
 void KestrioService::reportIdle(std::function<void(bool idle)> report) {
-    submissionQueue()->reportIdle(
-        [self = shared_from_this(), report = std::move(report)](bool queueIdle) {
-            report(queueIdle && self->m_context.transport->tasksInFlight() == 0);
-        });
+    std::shared_ptr<SubmissionQueue> queue;
+    {
+        // Not made for this either: see `setDisableNetworkAccess()`.
+        const std::lock_guard guard(m_submissionQueueLock);
+        queue = m_submissionQueue;
+    }
+    const auto judge = [transport = m_context.transport, report = std::move(report)](bool idle) {
+        report(idle && transport->tasksInFlight() == 0);
+    };
+    if (queue)
+        queue->reportIdle(judge);
+    else
+        m_context.executor.post([judge] { judge(true); });
 }
 
 } // namespace KestrioKit

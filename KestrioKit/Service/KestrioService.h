@@ -85,7 +85,7 @@ public:
     void handleError(const Error &error) override;
 
     /// Calls `report` on the library's thread: whether nothing is being sent and nothing that is
-    /// queued could be.
+    /// queued is due, be its runner paused or not.
     void reportIdle(std::function<void(bool idle)> report);
 
 private:
