@@ -14,20 +14,20 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kThreads = 64;
-constexpr std::size_t kRequestsPerConnection = 1'000'000;
-constexpr std::size_t kLargestBody = 1024 * 1024;
+constexpr std::size_t threads = 64;
+constexpr std::size_t requestsPerConnection = 1'000'000;
+constexpr std::size_t largestBody = std::size_t{1024} * 1024;
 /// A body above the limit is read up to here, for its sender to see the answer; then it is cut off.
-constexpr std::size_t kMostReadAndDropped = 16 * kLargestBody;
+constexpr std::size_t mostReadAndDropped = 16 * largestBody;
 /// Longer than the pauses of clients that try again after 5, 10, 20 or 40 seconds: a connection
 /// that closes just when it is used again looks like a failed request.
-constexpr std::chrono::seconds kKeepAlive{60};
+constexpr std::chrono::seconds keepAlive{60};
 /// For the next bytes of a request, and for room to write an answer.
-constexpr std::chrono::seconds kPatience{30};
+constexpr std::chrono::seconds patience{30};
 /// Named with its character set, which keeps httplib from compressing the answer.
-constexpr auto kJsonType = "application/json; charset=utf-8";
+constexpr auto jsonType = "application/json; charset=utf-8";
 /// httplib matches the decoded path, which may hold line feeds.
-constexpr auto kEveryPath = R"([\s\S]*)";
+constexpr auto everyPath = R"([\s\S]*)";
 
 // A request is handled and logged on one thread, and httplib has no place of its own for this.
 thread_local Clock::time_point requestStart;
@@ -55,7 +55,7 @@ void endReading(int port) {
 
 class WorkerPool : public httplib::ThreadPool {
 public:
-    explicit WorkerPool(int port) : ThreadPool(kThreads), m_port(port) {}
+    explicit WorkerPool(int port) : ThreadPool(threads), m_port(port) {}
 
     void shutdown() override {
         endReading(m_port);
@@ -84,7 +84,7 @@ void write(const Answer &answer, httplib::Response &response, bool keepConnectio
     for (const auto &[name, value] : answer.headers)
         response.set_header(name, value);
     if (keepConnection) {
-        response.set_content(answer.body, kJsonType);
+        response.set_content(answer.body, jsonType);
         return;
     }
     // httplib closes a connection from its side only when the writing of an answer fails, so this
@@ -95,16 +95,16 @@ void write(const Answer &answer, httplib::Response &response, bool keepConnectio
         sink.write(body.data() + offset, length);
         return false;
     };
-    response.set_content_provider(answer.body.size(), kJsonType, writeAndFail);
+    response.set_content_provider(answer.body.size(), jsonType, writeAndFail);
 }
 
 } // namespace
 
 HttpServer::HttpServer(Handler handler) : m_handler(std::move(handler)) {
-    m_server.set_keep_alive_max_count(kRequestsPerConnection);
-    m_server.set_keep_alive_timeout(kKeepAlive.count());
-    m_server.set_read_timeout(kPatience);
-    m_server.set_write_timeout(kPatience);
+    m_server.set_keep_alive_max_count(requestsPerConnection);
+    m_server.set_keep_alive_timeout(keepAlive.count());
+    m_server.set_read_timeout(patience);
+    m_server.set_write_timeout(patience);
     m_server.set_tcp_nodelay(true);
     m_server.set_socket_options([this](socket_t socket) {
         // Not httplib's default of SO_REUSEPORT, by which two services would share a port.
@@ -155,10 +155,10 @@ void HttpServer::installHandlers() {
     const auto withBody = [this](const auto &request, auto &response, const auto &reader) {
         respond(request, response, reader);
     };
-    m_server.Post(kEveryPath, withBody)
-        .Put(kEveryPath, withBody)
-        .Patch(kEveryPath, withBody)
-        .Delete(kEveryPath, withBody);
+    m_server.Post(everyPath, withBody)
+        .Put(everyPath, withBody)
+        .Patch(everyPath, withBody)
+        .Delete(everyPath, withBody);
     // For what httplib refuses by itself, before any handler.
     m_server.set_error_handler([](const httplib::Request &, httplib::Response &response) {
         if (!response.body.empty() || response.content_length_ > 0)
@@ -180,9 +180,9 @@ HttpServer::Body HttpServer::readBody(const httplib::Request &request,
         return body; // httplib would read until the connection ends
     body.complete = reader([&body](const char *data, std::size_t size) {
         body.size += size;
-        if (body.size <= kLargestBody)
+        if (body.size <= largestBody)
             body.text.append(data, size);
-        return body.size <= kMostReadAndDropped;
+        return body.size <= mostReadAndDropped;
     });
     return body;
 }
@@ -200,7 +200,7 @@ void HttpServer::respond(const httplib::Request &request, httplib::Response &res
         return;
     }
     const Body body = readBody(request, reader);
-    if (body.size > kLargestBody)
+    if (body.size > largestBody)
         write(errorAnswer(413, "body: more than 1 MiB"), response, body.complete);
     else if (!body.complete)
         write(errorAnswer(400, "body: ended early"), response, false);

@@ -5,9 +5,9 @@
 namespace SurveyService {
 namespace {
 
-constexpr int kDeepestNesting = 100;
-constexpr double kTwoTo63 = 9223372036854775808.0;
-constexpr double kTwoTo64 = 2 * kTwoTo63;
+constexpr int deepestNesting = 100;
+constexpr double twoTo63 = 9223372036854775808.0;
+constexpr double twoTo64 = 2 * twoTo63;
 
 bool isWhole(const nlohmann::json &value, double least, double beyond) {
     if (!value.is_number_float())
@@ -20,8 +20,8 @@ bool isWhole(const nlohmann::json &value, double least, double beyond) {
 
 JsonNode JsonNode::parse(const std::string &text) {
     const auto refuseDeepNesting = [](int depth, nlohmann::json::parse_event_t, nlohmann::json &) {
-        if (depth > kDeepestNesting)
-            throw JsonError("body: nested deeper than " + std::to_string(kDeepestNesting) +
+        if (depth > deepestNesting)
+            throw JsonError("body: nested deeper than " + std::to_string(deepestNesting) +
                             " levels");
         return true;
     };
@@ -102,13 +102,13 @@ double JsonNode::number() const {
 
 std::int64_t JsonNode::integer() const {
     const bool fits = !m_value->is_number_unsigned() || m_value->get<std::uint64_t>() <= INT64_MAX;
-    if ((m_value->is_number_integer() && fits) || isWhole(*m_value, -kTwoTo63, kTwoTo63))
+    if ((m_value->is_number_integer() && fits) || isWhole(*m_value, -twoTo63, twoTo63))
         return m_value->get<std::int64_t>();
     refuse("must be a 64-bit integer");
 }
 
 std::uint64_t JsonNode::unsignedInteger() const {
-    if (m_value->is_number_unsigned() || isWhole(*m_value, 0, kTwoTo64))
+    if (m_value->is_number_unsigned() || isWhole(*m_value, 0, twoTo64))
         return m_value->get<std::uint64_t>();
     refuse("must be an unsigned 64-bit integer");
 }

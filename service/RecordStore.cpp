@@ -9,9 +9,9 @@
 namespace SurveyService {
 namespace {
 
-constexpr std::int64_t kSchemaVersion = 1;
+constexpr std::int64_t schemaVersion = 1;
 
-constexpr auto kSchema = R"(
+constexpr auto schema = R"(
     CREATE TABLE IF NOT EXISTS records (
         "order" INTEGER PRIMARY KEY AUTOINCREMENT,
         arrivedAt TEXT NOT NULL DEFAULT (strftime('%Y-%m-%dT%H:%M:%fZ', 'now')),
@@ -38,7 +38,7 @@ constexpr auto kSchema = R"(
 
 /// The arrays of GET /records and what is selected for them; columns become keys. Tokens stay in
 /// the database.
-constexpr std::pair<const char *, const char *> kSelections[] = {
+constexpr std::pair<const char *, const char *> selections[] = {
     {"visitors", "v.vid, environment, userId FROM visitors v JOIN records USING (\"order\")"},
     {"showings", "vid, surveyId, name AS responseGroupUid FROM records WHERE kind = 'showing'"},
     {"events", "vid, kind, body FROM records WHERE kind IN ('single', 'batch')"},
@@ -90,11 +90,11 @@ RecordStore::RecordStore(const std::string &file) : m_database(file) {
     m_database.runScript("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
     auto version = m_database.query("PRAGMA user_version");
     version.next();
-    if (version.integer(0) > kSchemaVersion)
+    if (version.integer(0) > schemaVersion)
         throw SqlError("made by a later version of this program");
     SqlTransaction transaction(m_database);
-    m_database.runScript(kSchema);
-    m_database.runScript(("PRAGMA user_version = " + std::to_string(kSchemaVersion)).c_str());
+    m_database.runScript(schema);
+    m_database.runScript(("PRAGMA user_version = " + std::to_string(schemaVersion)).c_str());
     transaction.commit();
 }
 
@@ -179,7 +179,7 @@ std::optional<std::int64_t> RecordStore::findShownSurvey(std::int64_t visitorId,
 std::string RecordStore::allRecords() {
     const std::scoped_lock lock(m_mutex);
     std::string json;
-    for (const auto &[name, selection] : kSelections) {
+    for (const auto &[name, selection] : selections) {
         const std::string sql =
             std::string("SELECT \"order\", arrivedAt, ") + selection + " ORDER BY \"order\"";
         json.append(json.empty() ? "{\"" : ",\n\"").append(name).append("\":");

@@ -6,7 +6,7 @@ namespace SurveyService {
 namespace {
 
 /// How long to wait for another program that looks into the file.
-constexpr std::chrono::milliseconds kBusyTimeout{2000};
+constexpr std::chrono::milliseconds busyTimeout{2000};
 
 sqlite3 *openDatabase(const std::string &file) {
     sqlite3 *connection = nullptr;
@@ -84,7 +84,7 @@ void SqlStatement::check(int result) const {
 
 SqlDatabase::SqlDatabase(const std::string &file)
     : m_connection(openDatabase(file), sqlite3_close) {
-    sqlite3_busy_timeout(m_connection.get(), static_cast<int>(kBusyTimeout.count()));
+    sqlite3_busy_timeout(m_connection.get(), static_cast<int>(busyTimeout.count()));
 }
 
 void SqlDatabase::runScript(const char *sql) {

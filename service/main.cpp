@@ -15,8 +15,8 @@
 namespace SurveyService {
 namespace {
 
-constexpr int kCannotStart = 1;
-constexpr int kWrongUsage = 2;
+constexpr int cannotStart = 1;
+constexpr int wrongUsage = 2;
 
 std::string readSurveys(const std::string &file) {
     std::ifstream stream(file, std::ios::binary);
@@ -93,10 +93,10 @@ int run(int argc, char **argv) {
         return 0;
     } catch (const UsageError &error) {
         logMessage(error.what());
-        return kWrongUsage;
+        return wrongUsage;
     } catch (const std::exception &error) {
         logMessage(error.what());
-        return kCannotStart;
+        return cannotStart;
     }
 }
 
