@@ -83,7 +83,8 @@ QList<QueueableRequest> QueueRunner::recordsToPersist() const {
         if (task.retryStrategy->canRetry())
             records.append(task.request);
     }
-    return records;
+    // No more than a later start would take: what is in the file is what will be sent.
+    return records.size() > queueLimit ? records.last(queueLimit) : records;
 }
 
 bool QueueRunner::isIdle() const {

@@ -56,8 +56,8 @@ public:
     /// Drops what waits; what is being sent is not sent again. To be called on the run queue.
     void clear();
 
-    /// The requests that wait, then those being sent, unless they were cleared. To be called on the
-    /// run queue.
+    /// The requests that wait, then those being sent, unless they were cleared; the last
+    /// `queueLimit` of all. To be called on the run queue.
     QList<QueueableRequest> recordsToPersist() const;
     /// Whether nothing is being sent and nothing that waits is ready. To be called on the run
     /// queue.

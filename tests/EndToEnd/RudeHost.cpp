@@ -116,7 +116,7 @@ int leavingByExit(int argc, char **argv) {
     QCoreApplication application(argc, argv);
     Kestrio::shared().configure(u"env"_s);
     const int code = runUntilVisitor();
-    Kestrio::shared().track(u"Last"_s);
+    Kestrio::shared().track(u"Unanswered"_s);
     std::exit(code);
 }
 

@@ -13,6 +13,8 @@ constexpr auto surveyText = R"({"vid":42,"surveyId":7,"responseGroupUid":"G","lo
 
 void answerAsService(RecordingServer &server) {
     server.setScript([](const RecordedRequest &request) -> ServerAnswer {
+        if (request.body.contains("\"Unanswered\""))
+            return ServerAnswer::badly(ServerAnswer::Manner::hang);
         if (request.target.endsWith("/visitors") || request.method == "PUT")
             return {200, R"({"vid":42,"token":"secret"})"};
         if (request.target.endsWith("/events"))

@@ -9,7 +9,7 @@ namespace KestrioKit {
 inline constexpr int scriptedVisitor = 42;
 
 /// Has a recording server answer as the survey service does: one visitor, and one survey, of two
-/// questions, for every event that is not batched.
+/// questions, for every event that is not batched. It never answers an event "Unanswered".
 void answerAsService(RecordingServer &server);
 
 /// The requests to one path, in the order in which they came.
