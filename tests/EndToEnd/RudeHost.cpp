@@ -115,7 +115,8 @@ int withoutAnEventLoop(int argc, char **argv) {
 int leavingByExit(int argc, char **argv) {
     QCoreApplication application(argc, argv);
     Kestrio::shared().configure(u"env"_s);
-    const int code = runUntilVisitor();
+    Kestrio::shared().track(u"Asked"_s, [](SurveyState) { QCoreApplication::quit(); });
+    const int code = QCoreApplication::exec();
     Kestrio::shared().track(u"Unanswered"_s);
     std::exit(code);
 }

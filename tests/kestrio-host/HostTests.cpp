@@ -2,75 +2,39 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRegularExpression>
 #include <QTemporaryDir>
-
-#include <algorithm>
 
 using namespace KestrioKit;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-QJsonValue json(const char *text) {
-    const auto array = QJsonDocument::fromJson(QByteArray("[") + text + ']').array();
-    return array.first();
-}
+// The survey of the sample's shop has 11 (nps), then, by the answer, 12 or 13 (open), and at last
+// 14 (multiple choice).
+const QByteArray visit = "configure shop\nwait-for visitor 10000\n";
+const QByteArray askForSurvey = "ask \"Checkout Finished\"\nwait-for asked 10000\n";
 
-/// The bodies of what came as `kind`, as they came.
-QList<QJsonObject> bodies(const QJsonObject &records, const char *kind) {
-    QList<QJsonObject> found;
-    for (const QJsonValue record : records[QLatin1StringView(kind)].toArray())
-        found.append(record[u"body"_s].toObject());
-    return found;
-}
-
-/// Sorted, since requests may overtake each other.
-QByteArrayList attributeChanges(const QJsonObject &records) {
-    QByteArrayList changes;
-    for (const QJsonObject &body : bodies(records, "attributeChanges"))
-        changes.append(QJsonDocument(body).toJson(QJsonDocument::Compact));
-    std::sort(changes.begin(), changes.end());
-    return changes;
-}
-
-/// The names of the events that were queued.
-QByteArrayList queuedEvents(const QJsonObject &records) {
-    QByteArrayList names;
-    for (const QJsonObject &body : bodies(records, "events")) {
-        for (const QJsonValue event : body[u"events"_s].toArray())
-            names.append(event[u"event"_s].toString().toUtf8());
-    }
-    return names;
-}
-
-/// "seen 11", "closed 11"; without a number for the survey as a whole. Sorted.
-QStringList history(const QJsonObject &records) {
-    QStringList lines;
-    for (const QJsonObject &body : bodies(records, "history"))
-        lines.append(body[u"action"_s].toString() + u' ' +
-                     (body.contains(u"qid"_s) ? QString::number(body[u"qid"_s].toInt()) : u""_s));
-    lines.sort();
-    return lines;
-}
-
+/// Runs scripts against a service with an empty database.
 class Host : public ::testing::Test {
 protected:
-    Host() { host.send("configure shop\nwait-for visitor 10000"); }
-
-    /// Has a survey offered: on leaving a cart, 11 (nps), then, by the answer, 12 or 13 (open),
-    /// and at last 14 (multiple choice).
-    void holdSurvey() {
-        host.send("ask \"Checkout Finished\"\nwait-for asked 10000");
-        EXPECT_EQ(host.nextReport(), json(R"({"ask":"Checkout Finished","state":"surveyReady"})"));
+    void expectReports(const QByteArray &reports) {
+        for (const QJsonValue report : QJsonDocument::fromJson('[' + reports + ']').array())
+            EXPECT_EQ(host.nextReport(), report.toObject())
+                << host.program().output().toStdString();
     }
-
-    QJsonObject finishedRecords() {
+    void finish() {
         host.send("wait-for idle 10000");
         EXPECT_EQ(host.finish(), 0) << host.program().output().toStdString();
-        return service.records();
+    }
+    /// How often the service's records, their keys sorted, hold `text`; "#" stands for a number.
+    qsizetype recorded(const QString &text) const {
+        const QByteArray records = QJsonDocument(service.records()).toJson(QJsonDocument::Compact);
+        const QString pattern = QRegularExpression::escape(text).replace(u"\\#"_s, u"[\\d.]+"_s);
+        return QString::fromUtf8(records).count(QRegularExpression(pattern));
     }
 
     QTemporaryDir data;
@@ -78,69 +42,42 @@ protected:
     HostProgram host{data.path()};
 };
 
-TEST_F(Host, deliversTheAnswersToTheSurveyThatAnEventBrings) {
-    host.send("survey");
-    EXPECT_EQ(host.nextReport(), json(R"({"survey":null})"));
-    holdSurvey();
-    host.send("survey");
-    EXPECT_EQ(host.nextReport(), json(R"({"survey":1,"questions":4})"));
-    host.send(R"(answer [3, "", {"2": "search"}])");
-    EXPECT_EQ(host.nextReport(),
-              json(R"({"answered":[[11,3],[12,""],[14,{"2":"search"}]],"next":4})"));
-    host.send("survey\nvisitor");
-    EXPECT_EQ(host.nextReport(), json(R"({"survey":null})"));
-    EXPECT_EQ(host.nextReport(), json(R"({"visitor":1})"));
-
-    const QJsonObject records = finishedRecords();
-    EXPECT_EQ(history(records),
-              (QStringList{u"seen "_s, u"seen 11"_s, u"seen 12"_s, u"seen 14"_s}));
-    ASSERT_EQ(bodies(records, "responses").size(), 1);
-    const QJsonArray responses = bodies(records, "responses")[0][u"responses"_s].toArray();
-    ASSERT_EQ(responses.size(), 3);
-    EXPECT_EQ(responses[0][u"value"_s], 3);
-    EXPECT_FALSE(responses[1].toObject().contains(u"value"_s));
-    EXPECT_FALSE(responses[1].toObject().contains(u"answeredAt"_s));
-    EXPECT_EQ(responses[2][u"value"_s], json(R"({"2":"search"})"));
-    EXPECT_GE(responses[2][u"seenAt"_s].toDouble(), responses[0][u"answeredAt"_s].toDouble());
-}
-
-TEST_F(Host, reportsWhatWasAnsweredWhenASurveyIsLeftHalfway) {
-    holdSurvey();
-    host.send("answer [9]");
-    EXPECT_EQ(host.nextReport(), json(R"({"answered":[[11,9]],"next":2})"));
-    const QJsonObject records = finishedRecords();
-    EXPECT_EQ(history(records), (QStringList{u"seen "_s, u"seen 11"_s, u"seen 13"_s}));
-    EXPECT_EQ(bodies(records, "responses").size(), 1);
-}
-
-TEST_F(Host, reportsASurveyClosedWithoutAnAnswer) {
-    holdSurvey();
-    host.send("close\nsurvey");
-    EXPECT_EQ(host.nextReport(), json(R"({"survey":null})"));
-    const QJsonObject records = finishedRecords();
-    EXPECT_EQ(history(records), QStringList{u"closed 11"_s});
-    EXPECT_TRUE(bodies(records, "responses").isEmpty());
-}
-
-TEST_F(Host, reportsNothingWhenTheAnswersDoNotFitTheSurvey) {
-    for (const char *const answers : {"[9, \"\", {\"1\": \"friend\"}, 5]", "[true]", "[1", "7"}) {
-        HostProgram other(data.path());
-        other.send("configure shop\nwait-for visitor 10000\nask \"Checkout Finished\"");
-        other.send("wait-for asked 10000");
-        other.nextReport();
-        other.send(QByteArray("answer ") + answers);
-        EXPECT_EQ(other.nextReport()[u"line"_s], 5) << answers;
-        EXPECT_EQ(other.finish(), 1);
-    }
-    const QJsonObject records = finishedRecords();
-    EXPECT_EQ(history(records), QStringList());
-    EXPECT_TRUE(bodies(records, "responses").isEmpty());
+TEST_F(Host, deliversTheAnswersToTheSurveysThatAnEventBrings) {
+    const QByteArray held = R"({"ask":"Checkout Finished","state":"surveyReady"})";
+    // Idle is later than what was asked before there was a visitor.
+    host.send("configure shop\nask \"Checkout Finished\"\nwait-for idle 10000\nsurvey\n"
+              "answer [3, \"\", {\"2\": \"search\"}]\nsurvey");
+    expectReports(held + R"(, {"survey":1,"questions":4},
+        {"answered":[[11,3],[12,""],[14,{"2":"search"}]],"next":4}, {"survey":null})");
+    host.send(askForSurvey + "answer [9]\n" + askForSurvey + "close\nsurvey\nvisitor");
+    expectReports(held + R"(, {"answered":[[11,9]],"next":2}, )" + held +
+                  R"(, {"survey":null}, {"visitor":1})");
+    finish();
+    const QString seen = u"{\"action\":\"seen\",\"eid\":\"shop\",\"isNew\":true,\"qid\":"_s;
+    const std::pair<QString, int> expected[] = {
+        {u"\"action\""_s, 8},
+        {u"{\"action\":\"seen\",\"eid\":\"shop\",\"isNew\":false,\"responseGroupUid\""_s, 2},
+        {seen + u"11,"_s, 2},
+        {seen + u"12,"_s, 1},
+        {seen + u"13,"_s, 1},
+        {seen + u"14,"_s, 1},
+        {u"{\"action\":\"closed\",\"eid\":\"shop\",\"isNew\":false,\"qid\":11,"_s, 1},
+        {u"\"questionId\""_s, 4},
+        {u"{\"answeredAt\":#,\"questionId\":11,\"seenAt\":#,\"value\":3},"
+         "{\"questionId\":12,\"seenAt\":#},"
+         "{\"answeredAt\":#,\"questionId\":14,\"seenAt\":#,\"value\":{\"2\":\"search\"}}]"_s,
+         1},
+        {u"[{\"answeredAt\":#,\"questionId\":11,\"seenAt\":#,\"value\":9}]"_s, 1},
+    };
+    for (const auto &[text, times] : expected)
+        EXPECT_EQ(recorded(text), times) << qPrintable(text);
 }
 
 TEST_F(Host, callsEachOperationByItsCommandAndByItsSelector) {
-    host.send("attribute color \"dark red\"\nattributes plan pro seats 12\nremove plan\n"
-              "email ada@example.com\ntrack Seen\nuser ada\nlocale fr\nwait-for idle 10000");
-    host.send("perform setVisitorAttributeWithKey:value: size L\n"
+    host.send(visit +
+              "attribute color \"dark red\"\nattributes plan pro seats 12\nremove plan\n"
+              "email ada@example.com\ntrack Seen\nuser ada\nlocale fr\nwait-for idle 10000\n"
+              "perform setVisitorAttributeWithKey:value: size L\n"
               "perform setVisitorAttributes: a 1 b 2\nperform removeVisitorAttributes: a b\n"
               "perform trackWithEventName:handler: Performed\nwait-for idle 10000\n"
               "perform setDisableNetworkAccess: true\ntrack Dropped\n"
@@ -148,35 +85,74 @@ TEST_F(Host, callsEachOperationByItsCommandAndByItsSelector) {
               "perform presentNothing\nperform setLocale:");
     for (const bool performed : {true, true, true, true, true, true, false, false})
         EXPECT_EQ(host.nextReport(), (QJsonObject{{u"performed"_s, performed}}));
-    const QJsonObject records = finishedRecords();
-    const QByteArrayList changes{R"({"a":"1","b":"2"})",   R"({"delete":["a","b"]})",
-                                 R"({"delete":["plan"]})", R"({"plan":"pro","seats":"12"})",
-                                 R"({"value":"L"})",       R"({"value":"ada@example.com"})",
-                                 R"({"value":"dark red"})"};
-    EXPECT_EQ(attributeChanges(records), changes)
-        << attributeChanges(records).join(' ').toStdString();
-    EXPECT_EQ(queuedEvents(records), (QByteArrayList{"iOS Launch", "Seen", "Performed"}));
-    EXPECT_EQ(records[u"visitors"_s][0][u"userId"_s], u"ada"_s);
+    finish();
+    for (const QString &body :
+         {uR"({"a":"1","b":"2"})"_s, uR"({"delete":["a","b"]})"_s, uR"({"delete":["plan"]})"_s,
+          uR"({"plan":"pro","seats":"12"})"_s, uR"({"value":"L"})"_s,
+          uR"({"value":"ada@example.com"})"_s, uR"({"value":"dark red"})"_s})
+        EXPECT_EQ(recorded(u"\"body\":"_s + body), 1) << qPrintable(body);
+    for (const QString &event : {u"iOS Launch"_s, u"Seen"_s, u"Performed"_s})
+        EXPECT_EQ(recorded(u"\"event\":\"%1\""_s.arg(event)), 1) << qPrintable(event);
+    EXPECT_EQ(recorded(u"\"event\""_s), 3);
+    EXPECT_EQ(recorded(u"\"userId\":\"ada\""_s), 1);
 }
 
-TEST_F(Host, isNotIdleBeforeTheCallsMadeWhileConfiguringAreThrough) {
-    HostProgram early(data.filePath(u"early"_s));
-    early.send(
-        "configure shop\ntrack Held\nask \"Checkout Finished\"\nwait-for idle 10000\nsurvey");
-    EXPECT_EQ(early.nextReport()[u"state"_s], u"surveyReady"_s);
-    EXPECT_EQ(early.nextReport()[u"survey"_s], 1);
-    EXPECT_TRUE(queuedEvents(service.records()).contains("Held"));
+TEST_F(Host, obeysEachLineAsItArrives) {
+    const std::pair<QByteArray, QString> lines[] = {
+        {"ask  \"Cart Left\"\t#now\r", u"Cart Left"_s},
+        {"# none\n\nask \"\"x", u"x"_s},
+        {"ask pre\"b c\"post", u"preb cpost"_s},
+        {R"(ask "\"q\" # \\ \n")", u"\"q\" # \\ \n"_s},
+        {R"(ask C:\new#b)", uR"(C:\new#b)"_s},
+    };
+    for (const auto &[line, name] : lines) {
+        host.send(line);
+        EXPECT_EQ(host.nextReport(), (QJsonObject{{u"ask"_s, name}, {u"state"_s, u"disabled"_s}}));
+    }
+    host.send("visitor\nquit 7\nvisitor");
+    expectReports(R"({"visitor":null})");
+    EXPECT_EQ(host.program().waitForEnd(), 7);
+    EXPECT_EQ(host.reports().size(), 6);
 }
 
-TEST_F(Host, savesWhatWaitsWhenACommandFails) {
-    host.send("wait-for idle 10000\nvisitor");
-    host.nextReport();
-    EXPECT_EQ(service.stop(), 0);
-    host.send("track Left\nno-such-command");
-    EXPECT_EQ(host.finish(), 1);
-    QFile state(data.filePath(u"kestrio-host/Kestrio/SubmissionQueue.json"_s));
-    EXPECT_TRUE(state.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(state.readAll().contains("\"Left\""));
+TEST_F(Host, endsAtTheFirstLineThatFailsAndSaysWhich) {
+    const std::pair<QByteArray, int> scripts[] = {
+        {"# first\n\nno-such-command", 3},
+        {"visitor\nvisitor now", 2},
+        {"attributes plan pro seats", 1},
+        {"track \"Cart\\", 1},
+        {"track \"b\\t\"", 1},
+        {"track \xff", 1},
+        {"network maybe", 1},
+        {"perform setDisableNetworkAccess: maybe", 1},
+        {"close", 1},
+        {"wait-for sun 10", 1},
+        {"wait 1\nwait-for visitor 20\nvisitor", 2},
+        {"quit 256", 1},
+        {visit + askForSurvey + "answer [9, \"\", {\"1\": \"friend\"}, 5]", 5},
+        {visit + askForSurvey + "answer [true]", 5},
+        {visit + askForSurvey + "answer [1", 5},
+    };
+    for (const auto &[script, line] : scripts) {
+        HostProgram failing(data.path());
+        failing.send(script + "\nquit 0");
+        EXPECT_EQ(failing.finish(), 1) << script.toStdString();
+        const QJsonObject last = failing.reports().value(failing.reports().size() - 1);
+        EXPECT_EQ(last[u"line"_s], line) << script.toStdString();
+        EXPECT_FALSE(last[u"error"_s].toString().isEmpty()) << script.toStdString();
+    }
+    EXPECT_EQ(recorded(u"\"history\":[]"_s), 1);
+    EXPECT_EQ(recorded(u"\"responses\":[]"_s), 1);
+}
+
+TEST(HostScript, thatCannotBeReadIsRefusedInOneLine) {
+    for (const QStringList &arguments :
+         {QStringList{}, {u"--script"_s}, {u"--script"_s, QDir::tempPath()}, {u"--sript"_s}}) {
+        RunningProgram host(hostProgramFile(), arguments);
+        EXPECT_EQ(host.waitForEnd(), 2) << qPrintable(arguments.join(u' '));
+        EXPECT_TRUE(host.output().isEmpty());
+        EXPECT_EQ(host.errors().count("kestrio-host: "), 1) << host.errors().toStdString();
+    }
 }
 
 } // namespace

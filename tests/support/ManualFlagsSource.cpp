@@ -14,11 +14,6 @@ void ManualFlagsSource::fail(Errors errors) {
     m_errors = errors;
 }
 
-int ManualFlagsSource::registrations() const {
-    const std::lock_guard guard(m_lock);
-    return m_registrations;
-}
-
 bool ManualFlagsSource::isListenedTo() const {
     const std::lock_guard guard(m_lock);
     return m_callback && m_queue;
@@ -36,7 +31,6 @@ ManualFlagsSource::setCallback(Callback callback) {
     const std::lock_guard guard(m_lock);
     if (callback && m_errors.setCallback)
         return m_errors.setCallback;
-    m_registrations += callback ? 1 : 0;
     m_callback = std::move(callback);
     return std::nullopt;
 }

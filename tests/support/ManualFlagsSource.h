@@ -23,8 +23,6 @@ public:
     void change(ReachabilityFlags flags);
     void fail(Errors errors);
 
-    /// How often a callback was set.
-    int registrations() const;
     /// Whether changes reach anybody.
     bool isListenedTo() const;
 
@@ -38,7 +36,6 @@ private:
     Errors m_errors;
     Callback m_callback;
     std::shared_ptr<const DispatchQueue> m_queue;
-    int m_registrations = 0;
 };
 
 } // namespace KestrioKit

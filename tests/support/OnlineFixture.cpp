@@ -20,12 +20,13 @@ OnlineFixture::OnlineFixture()
     : network(std::make_shared<HeldAnswers>(std::make_shared<RoutedTransport>(
           std::make_shared<NetworkTransport>(thread), server.url()))) {
     server.setScript([this](const RecordedRequest &request) {
-        const QMap<QByteArray, ServerAnswer> answers = m_answers.value();
-        for (auto entry = answers.begin(); entry != answers.end(); ++entry) {
-            if (isLine(request, entry.key()))
-                return entry.value();
-        }
-        return ServerAnswer{};
+        return m_answers.mutate([&request](const auto &answers) {
+            for (auto entry = answers.begin(); entry != answers.end(); ++entry) {
+                if (isLine(request, entry.key()))
+                    return entry.value();
+            }
+            return ServerAnswer{};
+        });
     });
 }
 

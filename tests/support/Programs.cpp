@@ -129,6 +129,8 @@ ServiceProgram::ServiceProgram(const QString &databaseFile, const QStringList &a
                     arguments) {
     waitFor([this] { return isListening() || m_program.waitForEnd(0ms); });
     EXPECT_TRUE(isListening()) << m_program.errors().toStdString();
+    // "... listening on http://localhost:8080"
+    m_port = m_program.errors().split('\n').first().split(':').last().toUShort();
 }
 
 bool ServiceProgram::isListening() const {

@@ -81,11 +81,13 @@ private:
 /// kestrio-service on a database of the test's.
 class ServiceProgram {
 public:
-    /// Starts it, and waits until it listens or has ended. `arguments` are further ones.
+    /// Starts it, and waits until it listens or has ended. `arguments` are further ones; for port 0
+    /// it picks a free one.
     explicit ServiceProgram(const QString &databaseFile, const QStringList &arguments = {},
                             quint16 port = servicePort);
 
     bool isListening() const;
+    quint16 port() const { return m_port; }
     /// Everything it holds.
     QJsonObject records() const;
     /// Lets it end cleanly: its exit code.

@@ -220,7 +220,7 @@ bool RecordingServer::send(int socket, const ServerAnswer &answer) {
         return drip(socket, answer);
     case Manner::endless:
         sendBytes(socket, answer.head());
-        while (sendBytes(socket, answer.body))
+        while (!stopsWithin(answer.pause) && sendBytes(socket, answer.body))
             continue;
         return false;
     case Manner::raw:
@@ -232,15 +232,14 @@ bool RecordingServer::send(int socket, const ServerAnswer &answer) {
 
 bool RecordingServer::drip(int socket, const ServerAnswer &answer) {
     sendBytes(socket, answer.head());
-    for (const char byte : answer.body) {
-        std::unique_lock lock(m_lock);
-        if (m_stopRequested.wait_for(lock, answer.dripPause, [this] { return m_stopping; }))
-            return false;
-        lock.unlock();
-        if (!sendBytes(socket, QByteArray(1, byte)))
-            return false;
-    }
-    return true;
+    return std::all_of(answer.body.begin(), answer.body.end(), [&](char byte) {
+        return !stopsWithin(answer.pause) && sendBytes(socket, QByteArray(1, byte));
+    });
+}
+
+bool RecordingServer::stopsWithin(std::chrono::milliseconds limit) {
+    std::unique_lock lock(m_lock);
+    return m_stopRequested.wait_for(lock, limit, [this] { return m_stopping; });
 }
 
 } // namespace KestrioKit

@@ -60,6 +60,7 @@ private:
     ServerAnswer answerTo(const RecordedRequest &request);
     bool send(int socket, const ServerAnswer &answer);
     bool drip(int socket, const ServerAnswer &answer);
+    bool stopsWithin(std::chrono::milliseconds limit);
 
     quint16 m_port = 0;
     std::vector<int> m_listeners;

@@ -18,10 +18,9 @@ QString nameOf(const URLRequest &request) {
 
 } // namespace
 
-ScriptedSender::ScriptedSender(const Clock &clock, std::optional<qint64> visitor)
-    : m_requests(clock) {
+ScriptedSender::ScriptedSender(const Clock &clock) : m_requests(clock) {
     m_requests.setEnvironment(QStringLiteral("shop"));
-    m_requests.setVisitorIdentifier(visitor);
+    m_requests.setVisitorIdentifier(8);
 }
 
 QStringList ScriptedSender::out() const {
@@ -31,9 +30,9 @@ QStringList ScriptedSender::out() const {
     return names;
 }
 
-void ScriptedSender::answer(std::optional<HTTPURLResponse> response, std::optional<Error> error) {
+void ScriptedSender::answer(int status, std::optional<Error> error) {
     const auto send = m_out.mutate([](QList<Send> &out) { return out.takeFirst(); });
-    send.completion(response, error);
+    send.completion(status == 0 ? std::nullopt : std::optional(HTTPURLResponse{status}), error);
 }
 
 void ScriptedSender::sendSimpleRequest(const URLRequest &request, SimpleCompletion completion) {

@@ -11,16 +11,16 @@ namespace KestrioKit {
 /// A network service whose sends stay out until the test answers them. Thread-safe.
 class ScriptedSender final : public SubmissionSender {
 public:
-    explicit ScriptedSender(const Clock &clock, std::optional<qint64> visitor = 8);
+    /// It sends as visitor 8.
+    explicit ScriptedSender(const Clock &clock);
 
     /// What is out, oldest first: the names of a batch's events ("a,b"), or the end of the path.
     QStringList out() const;
     /// How many sends there have been.
     int sends() const { return m_sends; }
 
-    /// Answers the oldest send.
-    void answer(std::optional<HTTPURLResponse> response, std::optional<Error> error = {});
-    void answer(int status) { answer(HTTPURLResponse{status}); }
+    /// Answers the oldest send; 0 is no response.
+    void answer(int status, std::optional<Error> error = {});
     /// From now on sends are answered at once, with this status.
     void answerAtOnce(int status) { m_status = status; }
 

@@ -1,0 +1,264 @@
+#include "KestrioKit/Facade/KestrioCore.h"
+
+#include "KestrioKit/Platform/LanguageBundle.h"
+#include "KestrioKit/Platform/Storage.h"
+#include "tests/support/OnlineFixture.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QThread>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+/// A facade in an environment "env" whose service gives visitor 1 with the token "t1".
+class KestrioCoreTest : public OnlineFixture {
+protected:
+    static constexpr auto configLine = "GET /1/environments/env/config";
+    static constexpr auto visitorLine = "POST /1/environments/env/visitors";
+    static constexpr auto attachLine = "PUT /1/environments/env/visitors/1";
+
+    void SetUp() override { startAfresh(); }
+
+    /// Another process, on a machine that has none of the library's files but this identity.
+    void startAfresh(const LocalData &identity = {}) {
+        core.reset();
+        finish();
+        QDir(QFileInfo(identityUrl()).path()).removeRecursively();
+        Storage::setUp();
+        Storage::store(std::optional(identity), identityUrl());
+        answer(visitorLine, {200, R"({"vid":1,"token":"t1"})"});
+        answer("POST /events", {200, "null"});
+        core = KestrioCore::make(context());
+    }
+
+    void configure() {
+        core->configure(u"env"_s);
+        finish();
+    }
+
+    KestrioCore::TrackHandler handler() {
+        return [this](SurveyState state) {
+            EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
+            states.append(state);
+        };
+    }
+
+    /// What a handler is told of an event now; absent when it is not called.
+    std::optional<SurveyState> track() {
+        states.clear();
+        core->track(u"Event"_s, handler());
+        finish();
+        return states.isEmpty() ? std::nullopt : std::optional(states.last());
+    }
+
+    static QString identityUrl() { return *Storage::localLibraryURL("VisitorData"_L1); }
+    static QByteArray identity() {
+        QFile file(identityUrl());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    std::shared_ptr<KestrioCore> core;
+    QList<SurveyState> states;
+};
+
+TEST_F(KestrioCoreTest, RunsHeldCallsInTheirOrderOnceThereIsAVisitor) {
+    network->hold(true);
+    configure();
+    for (const QString &name : {u"a"_s, u"b"_s, u"c"_s})
+        core->track(name, {});
+    core->track(u"d"_s, handler());
+    core->setUserIdentifier(u"nobody"_s);
+    core->setUserIdentifier(u"u"_s);
+    answer(attachLine, {404});
+    release(); // the configuration
+    EXPECT_EQ(lines(), QList<QByteArray>({configLine, visitorLine}));
+    EXPECT_EQ(bodies(visitorLine)[0]["userId"_L1], u"u"_s);
+    network->hold(false);
+    release(); // the visitor
+    QString batches;
+    for (const RecordedRequest &batch : requests("POST /events/batch"))
+        batches += QString::fromUtf8(batch.body);
+    EXPECT_TRUE(batches.contains(QRegularExpression(u"\"a\".*\"b\".*\"c\""_s)));
+    EXPECT_EQ(states, QList{SurveyState::noSurvey});
+    EXPECT_EQ(requests(attachLine).size(), 1);
+}
+
+TEST_F(KestrioCoreTest, LosesNoCallThatAnyThreadMakesWhileTheVisitorArrives) {
+    std::vector<std::thread> threads;
+    for (int caller = 0; caller < 4; ++caller) {
+        threads.emplace_back([this] {
+            core->configure(u"env"_s);
+            for (int call = 0; call < 50; ++call)
+                core->track(u"Event"_s, handler());
+        });
+    }
+    EXPECT_TRUE(waitFor([this] { return states.size() == 4 * 50; }));
+    for (std::thread &caller : threads)
+        caller.join();
+    EXPECT_FALSE(states.contains(SurveyState::disabled));
+    EXPECT_EQ(requests(configLine).size(), 1);
+}
+
+TEST_F(KestrioCoreTest, StaysOffWithoutAConfigurationAndStartsOverWithoutAVisitor) {
+    EXPECT_EQ(track(), SurveyState::disabled) << "before it is configured";
+    const ServerAnswer good{200, R"({"vid":1})"};
+    using enum SurveyState;
+    using State = std::optional<SurveyState>;
+    const std::tuple<ServerAnswer, ServerAnswer, State, State> cases[] = {
+        {ServerAnswer::cut(200, 0), good, disabled, disabled},
+        {{200, "[]"}, good, disabled, disabled},
+        {{200, R"({"disabled":"why"})"}, good, disabled, disabled},
+        {{404}, good, std::nullopt, std::nullopt},
+        {{200}, ServerAnswer::cut(200, 0), disabled, noSurvey},
+        {{200}, {200, R"({"token":"t"})"}, disabled, noSurvey},
+    };
+    for (const auto &[configuration, visitor, before, after] : cases) {
+        SCOPED_TRACE((configuration.head() + visitor.head()).toStdString());
+        startAfresh();
+        answer(configLine, configuration);
+        answer(visitorLine, visitor);
+        network->hold(true);
+        configure();
+        states.clear();
+        core->track(u"Held"_s, handler());
+        network->hold(false);
+        release();
+        EXPECT_TRUE(states.isEmpty());
+        EXPECT_EQ(track(), before);
+        states.clear();
+        answer(configLine, {});
+        answer(visitorLine, good);
+        configure();
+        EXPECT_EQ(states.size(), after == noSurvey ? 1 : 0);
+        EXPECT_EQ(track(), after);
+    }
+}
+
+TEST_F(KestrioCoreTest, TellsTheHandlerWhatBecameOfTheEventAndReportsErrors) {
+    const QByteArray survey = R"({"vid":1,"surveyId":7,"locale":"de","questions":[
+        {"name":1,"type":"open","props":{"message":"m"}}]})";
+    configure();
+    const std::tuple<ServerAnswer, SurveyState, int> cases[] = {
+        {{200, "null"}, SurveyState::noSurvey, 0},
+        {{200, R"({"vid":1,"questions":[]})"}, SurveyState::noSurvey, 0},
+        {{200, QByteArray(survey).replace("open", "hologram")}, SurveyState::noSurvey, 0},
+        {{404, survey}, SurveyState::noSurvey, 0},
+        {{200, R"({"questions":[]})"}, SurveyState::noSurvey, 2},
+        {ServerAnswer::cut(200, 0), SurveyState::noSurvey, 3},
+        {{200, survey}, SurveyState::surveyReady, 3},
+    };
+    for (const auto &[given, state, reports] : cases) {
+        SCOPED_TRACE(given.head().toStdString() + given.body.toStdString());
+        answer("POST /events", given);
+        EXPECT_EQ(core->survey(), std::nullopt);
+        EXPECT_EQ(track(), state);
+        EXPECT_EQ(requests("POST /1/errors").size(), reports);
+    }
+    EXPECT_EQ(AnyLanguageBundle::framework().localizedString(u"Next"_s), u"Weiter"_s);
+    answer("POST /events", {200, QByteArray(survey).replace("7", "8").replace(R"("de")", "null")});
+    EXPECT_EQ(track(), SurveyState::surveyReady);
+    EXPECT_EQ(AnyLanguageBundle::framework().localizedString(u"Next"_s), u"Next"_s);
+    EXPECT_EQ(core->survey().value().surveyId, 7);
+    core->setDisableNetworkAccess(true);
+    EXPECT_EQ(track(), SurveyState::disabled);
+}
+
+TEST_F(KestrioCoreTest, CallsAHandlerThatMayUseTheLibraryAndDestroysItOnTheMainThread) {
+    configure();
+    QThread *destroyedOn = nullptr;
+    std::shared_ptr<void> held(this, [&](void *) { destroyedOn = QThread::currentThread(); });
+    core->track(u"First"_s, [this, held = std::move(held)](SurveyState) {
+        core->track(u" \t\n"_s, handler());
+        core->track(u" Second\n"_s, handler());
+        core->logout();
+    });
+    finish();
+    EXPECT_EQ(bodies("POST /events").last()["event"_L1], u"Second"_s);
+    EXPECT_EQ(states.size(), 1);
+    EXPECT_EQ(requests(visitorLine).size(), 2);
+    EXPECT_EQ(destroyedOn, QThread::currentThread());
+}
+
+TEST_F(KestrioCoreTest, AttachesAUserToTheAnonymousVisitor) {
+    using enum SurveyState;
+    const QByteArray anonymous = R"({"token":"t1","visitorIdentifier":1})";
+    const std::tuple<ServerAnswer, QByteArray, int, SurveyState> cases[] = {
+        {{200, R"({"vid":2})"}, R"({"visitorIdentifier":2,"userIdentifier":"u"})", 1, noSurvey},
+        {{200, R"({"vid":1})"}, R"({"visitorIdentifier":1,"userIdentifier":"u"})", 0, noSurvey},
+        {{404}, anonymous, 1, noSurvey},
+        {ServerAnswer::cut(200, 0), anonymous, 0, disabled},
+    };
+    for (const auto &[given, expectedIdentity, launches, later] : cases) {
+        SCOPED_TRACE(given.head().toStdString());
+        startAfresh();
+        answer(attachLine, given);
+        configure();
+        const qsizetype launchesBefore = requests("POST /events/batch").size();
+        core->setUserIdentifier(u"u"_s);
+        finish();
+        EXPECT_EQ(bodies(attachLine).last()["userId"_L1], u"u"_s);
+        EXPECT_EQ(identity(), expectedIdentity);
+        EXPECT_EQ(requests("POST /events/batch").size() - launchesBefore, launches);
+        EXPECT_EQ(track(), later);
+    }
+}
+
+TEST_F(KestrioCoreTest, AsksForTheVisitorOfAnotherUserWithoutAuthorization) {
+    startAfresh({u"old"_s, 5, u"a"_s});
+    configure();
+    EXPECT_EQ(requests(configLine).last().header("Authorization"), "Bearer old");
+    EXPECT_EQ(bodies(visitorLine).last()["userId"_L1], u"a"_s);
+    core->setUserIdentifier(u"a"_s);
+    finish();
+    EXPECT_EQ(requests(visitorLine).size(), 1);
+    answer(visitorLine, {200, R"({"vid":2})"});
+    core->setUserIdentifier(u"b"_s);
+    finish();
+    EXPECT_EQ(requests(visitorLine).last().header("Authorization"), std::nullopt);
+    EXPECT_EQ(bodies(visitorLine).last()["userId"_L1], u"b"_s);
+    EXPECT_EQ(identity(), R"({"token":"t1","visitorIdentifier":2,"userIdentifier":"a"})");
+}
+
+TEST_F(KestrioCoreTest, ForgetsTheUserAtLogout) {
+    startAfresh({u"old"_s, 5, u"a"_s});
+    configure();
+    network->hold(true);
+    core->logout();
+    finish();
+    EXPECT_EQ(identity(), "");
+    EXPECT_EQ(core->api()->visitorIdentifier(), std::nullopt);
+    EXPECT_EQ(requests(visitorLine).last().header("Authorization"), std::nullopt);
+    EXPECT_EQ(bodies(visitorLine).last(), QJsonObject());
+    network->hold(false);
+    release();
+    EXPECT_EQ(identity(), R"({"token":"t1","visitorIdentifier":1})");
+}
+
+TEST_F(KestrioCoreTest, IgnoresAnswersThatLaterOnesHaveOvertaken) {
+    for (const ServerAnswer &late :
+         {ServerAnswer{200, R"({"vid":1,"token":"late"})"}, ServerAnswer::cut(200, 0)}) {
+        startAfresh();
+        configure();
+        answer(attachLine, late);
+        network->hold(true);
+        core->setUserIdentifier(u"u"_s);
+        finish();
+        core->logout();
+        finish();
+        answer(visitorLine, {200, R"({"vid":3,"token":"t3"})"});
+        core->setUserIdentifier(u"next"_s);
+        finish();
+        network->hold(false);
+        release(2); // the visitor of the next user
+        release(1); // the anonymous visitor after the logout
+        release(0); // the user before it
+        EXPECT_EQ(identity(), R"({"token":"t3","visitorIdentifier":3})");
+        EXPECT_EQ(core->api()->disabledError(), std::nullopt);
+    }
+}
+
+} // namespace KestrioKit
