@@ -16,7 +16,6 @@ struct Leaf {
 struct Tree {
     QString name;
     QList<Leaf> leaves;
-    std::optional<QMap<QString, double>> sizes;
 };
 
 template <>
@@ -33,12 +32,10 @@ TEST(JSONCodingTest, WritesWhatItReadsInTheOrderOfTheTable) {
     const struct {
         QByteArray read, written;
     } cases[] = {
-        {R"( {"sizes":{"b":0.1,"a":1e300},"leaves":[],"name":"ü\"\n\u2028😀","more":[]} )",
-         "{\"name\":\"ü\\\"\\n\u2028😀\",\"leaves\":[],\"sizes\":{\"a\":1e300,\"b\":0.1}}"},
-        {R"({"name":"","leaves":[{"note":null,"mood":null,"n":5.0},{"n":-5e2,"mood":"good"}]})",
-         R"({"name":"","leaves":[{"n":5},{"n":-500}]})"},
-        {R"({"name":"","leaves":[{"n":9223372036854775807,"mood":true}],"sizes":null})",
-         R"({"name":"","leaves":[{"n":9223372036854775807,"mood":true}]})"},
+        {R"( {"leaves":[],"name":"ü\"\n\u2028😀","more":[]} )",
+         "{\"name\":\"ü\\\"\\n\u2028😀\",\"leaves\":[]}"},
+        {R"({"name":"","leaves":[{"note":null,"mood":null,"n":5.0},{"n":9223372036854775807,"mood":"x"}]})",
+         R"({"name":"","leaves":[{"n":5},{"n":9223372036854775807}]})"},
     };
     for (const auto &row : cases) {
         const Decoded<Tree> tree = decodeJSON<Tree>(row.read);
@@ -59,7 +56,6 @@ TEST(JSONCodingTest, SaysWhatIsWrongAndWhere) {
         {R"({"name":"","leaves":[{"n":1,"note":[]}]})", typeMismatch, u"leaves[0].note"_s},
         {R"({"name":"","leaves":[{"n":5.5}]})", typeMismatch, u"leaves[0].n"_s},
         {R"({"name":"","leaves":[{"n":9223372036854775808}]})", typeMismatch, u"leaves[0].n"_s},
-        {R"({"name":"","leaves":[],"sizes":{"a":1,"b":"2"}})", typeMismatch, u"sizes.b"_s},
         {"null", typeMismatch},
         {"{}}"},
         {"[1],[2]"},
