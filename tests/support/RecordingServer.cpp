@@ -88,7 +88,6 @@ RecordingServer::~RecordingServer() {
         for (const int listener : m_listeners)
             shutdown(listener, SHUT_RDWR);
     }
-    m_stopRequested.notify_all();
     if (m_acceptor.joinable())
         m_acceptor.join();
     for (std::thread &connection : m_connections)
@@ -216,30 +215,11 @@ bool RecordingServer::send(int socket, const ServerAnswer &answer) {
     case Manner::hang:
         receiveBytes(socket);
         return false;
-    case Manner::drip:
-        return drip(socket, answer);
-    case Manner::endless:
-        sendBytes(socket, answer.head());
-        while (!stopsWithin(answer.pause) && sendBytes(socket, answer.body))
-            continue;
-        return false;
     case Manner::raw:
         sendBytes(socket, answer.body);
         return false;
     }
     return false;
-}
-
-bool RecordingServer::drip(int socket, const ServerAnswer &answer) {
-    sendBytes(socket, answer.head());
-    return std::all_of(answer.body.begin(), answer.body.end(), [&](char byte) {
-        return !stopsWithin(answer.pause) && sendBytes(socket, QByteArray(1, byte));
-    });
-}
-
-bool RecordingServer::stopsWithin(std::chrono::milliseconds limit) {
-    std::unique_lock lock(m_lock);
-    return m_stopRequested.wait_for(lock, limit, [this] { return m_stopping; });
 }
 
 } // namespace KestrioKit

@@ -4,7 +4,6 @@
 #include "tests/support/ServerAnswer.h"
 #include "tests/support/Waiting.h"
 
-#include <condition_variable>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -59,15 +58,12 @@ private:
     void serve(int socket, int connection);
     ServerAnswer answerTo(const RecordedRequest &request);
     bool send(int socket, const ServerAnswer &answer);
-    bool drip(int socket, const ServerAnswer &answer);
-    bool stopsWithin(std::chrono::milliseconds limit);
 
     quint16 m_port = 0;
     std::vector<int> m_listeners;
     std::thread m_acceptor;
 
     mutable std::mutex m_lock;
-    std::condition_variable m_stopRequested;
     bool m_stopping = false;
     bool m_slamming = false;
     int m_acceptedConnections = 0;

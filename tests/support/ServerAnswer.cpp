@@ -1,12 +1,10 @@
 #include "tests/support/ServerAnswer.h"
 
-#include <algorithm>
-
 namespace KestrioKit {
 
 QByteArray ServerAnswer::head() const {
     QByteArray text = "HTTP/1.1 " + QByteArray::number(status) + " Status\r\n";
-    bool hasLength = manner == Manner::endless;
+    bool hasLength = false;
     for (const HTTPHeader &header : headers) {
         hasLength = hasLength || header.name == "Content-Length";
         text += header.name + ": " + header.value + "\r\n";

@@ -15,10 +15,6 @@ struct ServerAnswer {
         cut,
         /// Nothing, for as long as the client waits.
         hang,
-        /// One byte of the body at a time, with pauses.
-        drip,
-        /// The body again and again, with pauses (the headers tell no length).
-        endless,
         /// `body` alone, as it stands, then the connection is closed.
         raw,
     };
@@ -30,7 +26,6 @@ struct ServerAnswer {
     Manner manner = Manner::whole;
     /// Counted from the first byte of the status line.
     qsizetype cutAfter = 0;
-    std::chrono::milliseconds pause{1};
 
     /// Status line and headers, with the empty line that ends them.
     QByteArray head() const;
