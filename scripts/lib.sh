@@ -8,7 +8,7 @@ packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev
     rapidjson-dev libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev libgtest-dev
-    clang-format clang-tidy fonts-dejavu-core iproute2 curl jq
+    clang-format clang-tidy fonts-dejavu-core iproute2 curl jq openssl
 )
 
 # say TEXT...: one line about what happens now.

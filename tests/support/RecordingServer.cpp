@@ -117,7 +117,8 @@ void RecordingServer::setSlamming(bool slamming) {
 
 QList<RecordedRequest> RecordingServer::requests() const {
     const std::lock_guard guard(m_lock);
-    return m_requests;
+    // A list of its own: Qt's shared data would be appended to while the caller reads it.
+    return {m_requests.begin(), m_requests.end()};
 }
 
 int RecordingServer::connections() const {
