@@ -180,7 +180,7 @@ void KeyTableCoding<Record>::encodeField(JSONWriter &writer, const Record &recor
 template <typename Record>
 template <typename Row>
 bool KeyTableCoding<Record>::decodeField(const QJsonObject &object, Record &result, const Row &row,
-                                     DecodingError &error) {
+                                         DecodingError &error) {
     auto &field = result.*row.field;
     const QLatin1StringView key(row.key.data(), qsizetype(row.key.size()));
     const QJsonValue value = object.value(key);
