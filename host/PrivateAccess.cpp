@@ -98,7 +98,7 @@ bool closeHeldSurvey() {
     return true;
 }
 
-void askWhetherIdle(std::function<void(bool)> answer) {
+void askWhetherIdle(const std::function<void(bool)> &answer) {
     askAgain(idleAnswersInARow, answer);
 }
 

@@ -36,7 +36,7 @@ std::variant<AnsweredSurvey, QString> answerHeldSurvey(const QByteArray &json);
 bool closeHeldSurvey();
 
 /// Calls `answer` later: whether nothing is being sent and nothing that waits is ready to be.
-void askWhetherIdle(std::function<void(bool idle)> answer);
+void askWhetherIdle(const std::function<void(bool idle)> &answer);
 
 /// Calls `done` later, when the library's thread has finished what it is doing now.
 void afterPresentWork(std::function<void()> done);

@@ -147,7 +147,7 @@ void KestrioService::sendSimpleRequest(const URLRequest &request, SimpleCompleti
 }
 
 Error KestrioService::reportDecodingError(const DecodingError &error) {
-    const Error general = error.toError();
+    Error general = error.toError();
     const std::optional<DisabledError> disabled = disabledError();
     printLine(u"[KestrioService] Unreadable answer (disabled: %1): %2"_s.arg(
         printedForm(disabled), general.localizedDescription));
