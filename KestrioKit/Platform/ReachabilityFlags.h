@@ -4,7 +4,7 @@
 
 namespace KestrioKit {
 
-/// What the system says about the way to the network. Names and values are those of Apple's
+/// What the system says about the way to the network. Names and values are those of
 /// `SCNetworkReachabilityFlags`.
 enum class ReachabilityFlag : quint32 {
     transientConnection = 0x1,
