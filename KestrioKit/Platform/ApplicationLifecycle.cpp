@@ -79,8 +79,9 @@ void ApplicationLifecycle::notify(Event event) {
         const std::lock_guard guard(m_lock);
         observers = m_observers.at(std::size_t(event));
     }
-    for (const std::weak_ptr<const Block> &known : observers) {
-        if (const Observation observer = known.lock())
+    // What began last ends first: a survey on screen hands over its answers before they are saved.
+    for (auto known = observers.rbegin(); known != observers.rend(); ++known) {
+        if (const Observation observer = known->lock())
             (*observer)();
     }
 }

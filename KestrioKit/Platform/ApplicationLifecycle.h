@@ -39,7 +39,8 @@ public:
     /// Runs blocks in the application's event loop.
     Executor &mainExecutor() { return m_mainExecutor; }
 
-    /// Has `observer` called on the application's thread at each `event`. Thread-safe.
+    /// Has `observer` called on the application's thread at each `event`, before the observers that
+    /// were there already. Thread-safe.
     [[nodiscard]] Observation observe(Event event, Block observer);
 
     /// Something that must not be cut off by the end of the application: while the returned value

@@ -1,9 +1,10 @@
 #pragma once
 
+// First: moc 6.4 stumbles over <compare> where nothing of Qt's comes before.
+#include <QString>
+
 #include <chrono>
 #include <compare>
-
-#include <QString>
 
 namespace KestrioKit {
 

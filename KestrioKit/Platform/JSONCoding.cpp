@@ -3,6 +3,8 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace KestrioKit {
 
@@ -87,6 +89,8 @@ bool JSONCoding<float>::decode(const QJsonValue &value, float &result, DecodingE
     double number = 0;
     if (!JSONCoding<double>::decode(value, number, error))
         return false;
+    if (std::abs(number) > double(std::numeric_limits<float>::max()))
+        return reportTypeMismatch(error, "a number of single precision");
     result = float(number);
     return true;
 }

@@ -19,33 +19,61 @@ namespace {
 
 constexpr auto tablesFolder = ":/KestrioKit"_L1;
 constexpr auto folderSuffix = ".lproj"_L1;
-constexpr auto tableName = "Localizable"_L1;
+constexpr auto tableFile = "Localizable.qm"_L1;
+constexpr const char *tableContext = "Localizable";
+constexpr auto lastResort = "en"_L1;
 
-std::optional<QString> folder(const QString &language) {
-    if (!AnyLanguageBundle::languages().contains(language))
-        return std::nullopt;
-    return tablesFolder + u'/' + language + folderSuffix;
-}
+/// A name that a locale may begin with, and the language that has the texts for it.
+struct OtherName {
+    QLatin1String name;
+    QLatin1String language;
+};
 
-/// The folder of the first of the user's languages that has one, with its region or without.
-std::optional<QString> defaultFolder() {
-    for (const QString &language : DeviceFacts::current().preferredLanguages) {
-        if (std::optional<QString> path = folder(language))
-            return path;
-        if (std::optional<QString> path = folder(language.section(u'-', 0, 0)))
-            return path;
+constexpr OtherName otherNames[] = {
+    {"zh"_L1, "zh-Hans"_L1},    {"zh-TW"_L1, "zh-Hant"_L1}, {"zh-HK"_L1, "zh-Hant"_L1},
+    {"zh-MO"_L1, "zh-Hant"_L1}, {"no"_L1, "nb"_L1},         {"nn"_L1, "nb"_L1},
+    {"iw"_L1, "he"_L1},         {"in"_L1, "id"_L1},
+};
+
+QString languageNamed(const QString &name) {
+    for (const QString &language : AnyLanguageBundle::languages()) {
+        if (language.compare(name, Qt::CaseInsensitive) == 0)
+            return language;
     }
-    return std::nullopt;
+    for (const OtherName &other : otherNames) {
+        if (name.compare(other.name, Qt::CaseInsensitive) == 0)
+            return other.language;
+    }
+    return {};
 }
 
-QString translation(const QString &path, const QString &key) {
-    QTranslator table;
-    if (!table.load(path + u'/' + tableName))
-        return {};
-    return table.translate(tableName.data(), key.toUtf8().constData());
+/// The language for `locale`, or for as many of its first parts as there is one for. Empty without.
+QString languageFor(QString locale) {
+    locale.replace(u'_', u'-');
+    for (; !locale.isEmpty(); locale.truncate(locale.lastIndexOf(u'-'))) {
+        if (QString language = languageNamed(locale); !language.isEmpty())
+            return language;
+    }
+    return {};
+}
+
+/// The table of the first of `locales` for which there is one that can be read.
+std::shared_ptr<const QTranslator> firstTable(const QStringList &locales) {
+    const auto table = std::make_shared<QTranslator>();
+    for (const QString &locale : locales) {
+        const QString language = languageFor(locale);
+        if (!language.isEmpty() &&
+            table->load(tablesFolder + u'/' + language + folderSuffix + u'/' + tableFile))
+            return table;
+    }
+    return nullptr;
 }
 
 } // namespace
+
+AnyLanguageBundle::AnyLanguageBundle() {
+    setLanguage({});
+}
 
 AnyLanguageBundle &AnyLanguageBundle::framework() {
     static auto *const bundle = new AnyLanguageBundle;
@@ -61,14 +89,14 @@ QStringList AnyLanguageBundle::languages() {
 }
 
 void AnyLanguageBundle::setLanguage(const QString &language) {
-    m_path.setValue(folder(language));
+    const QStringList users = DeviceFacts::current().preferredLanguages;
+    m_table.setValue(firstTable(QStringList(language) + users + QStringList(lastResort)));
 }
 
 QString AnyLanguageBundle::localizedString(const QString &key, const QString &value) const {
-    std::optional<QString> path = m_path.value();
-    if (!path)
-        path = defaultFolder();
-    QString text = path ? translation(*path, key) : QString();
+    // A translator that is not installed may be read, and let go of, on any thread.
+    const std::shared_ptr<const QTranslator> table = m_table.value();
+    QString text = table ? table->translate(tableContext, key.toUtf8().constData()) : QString();
     if (!text.isEmpty())
         return text;
     return value.isEmpty() ? key : value;

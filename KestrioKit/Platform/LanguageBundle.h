@@ -5,32 +5,37 @@
 #include <QString>
 #include <QStringList>
 
-#include <optional>
+#include <memory>
+
+class QTranslator;
 
 namespace KestrioKit {
 
 /// The library's texts, in the language that was asked for. Thread-safe.
 class AnyLanguageBundle {
 public:
-    AnyLanguageBundle() = default;
+    /// Takes texts from the default language: the first of the user's languages that there are
+    /// texts in, or else English.
+    AnyLanguageBundle();
     Q_DISABLE_COPY_MOVE(AnyLanguageBundle)
 
     /// The bundle from which all survey screens take their texts.
     static AnyLanguageBundle &framework();
 
-    /// The languages for which there are texts, by their folders' names: "de", "en", …
+    /// The languages for which there are texts, by their folders' names: "de", "pt-BR", …
     static QStringList languages();
 
-    /// Takes texts from `language` from now on: exactly one of `languages()`. For any other they
-    /// come from the first of the user's languages that there are texts in.
+    /// Takes texts from `language` from now on, a locale's name in any case, with "-" or "_".
+    /// Without a table of that name, the closest: "de" for "de-AT", "zh-Hant" for "zh-TW",
+    /// "zh-Hans" for other Chinese, "nb" for "no". Where none suits, or the table cannot be read,
+    /// the default language, as the user's languages are now.
     void setLanguage(const QString &language);
 
     /// The text for `key`. Without one: `value`, or where that is empty the key itself.
     QString localizedString(const QString &key, const QString &value = {}) const;
 
 private:
-    /// The chosen language's folder.
-    Atomic<std::optional<QString>> m_path;
+    Atomic<std::shared_ptr<const QTranslator>> m_table;
 };
 
 } // namespace KestrioKit

@@ -40,8 +40,11 @@ bool canBeSentTo(const QUrl &url) {
            (url.scheme() == u"https"_s || url.scheme() == u"http"_s);
 }
 
-// What would end a header line early becomes a blank (RFC 9110, 5.5).
+// What would end a header line early becomes a blank (RFC 9110, 5.5). So does no value at all, for
+// which Qt would put one of its own.
 QByteArray headerValue(QByteArray value) {
+    if (value.isEmpty())
+        return " ";
     return value.replace('\r', ' ').replace('\n', ' ').replace('\0', ' ');
 }
 

@@ -101,7 +101,8 @@ void SubmissionQueue::appendRequest(QueueTask task) {
         return;
     const std::shared_ptr<QueueRunner> &target = runner(task.request);
     target->append(std::move(task));
-    if (!target->enabled())
+    if (!std::ranges::all_of(m_allQueues, &QueueRunner::enabled,
+                             &std::shared_ptr<QueueRunner>::get))
         resume();
 }
 

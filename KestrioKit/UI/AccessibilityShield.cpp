@@ -1,0 +1,109 @@
+#include "KestrioKit/UI/AccessibilityShield.h"
+
+#include <QAccessibleObject>
+#include <QAccessibleWidget>
+#include <QList>
+
+namespace KestrioKit {
+
+namespace {
+
+QList<const AccessibilityShield *> &shields() {
+    static auto *const list = new QList<const AccessibilityShield *>;
+    return *list;
+}
+
+/// What assistive technology sees of a covered widget.
+class CoveredInterface final : public QAccessibleObject {
+public:
+    explicit CoveredInterface(QWidget *view) : QAccessibleObject(view) {}
+
+    QAccessibleInterface *parent() const override {
+        return QAccessible::queryAccessibleInterface(object()->parent());
+    }
+    QAccessibleInterface *child(int) const override { return nullptr; }
+    int childCount() const override { return 0; }
+    int indexOfChild(const QAccessibleInterface *) const override { return -1; }
+    QString text(QAccessible::Text) const override { return {}; }
+    QAccessible::Role role() const override { return QAccessible::Client; }
+
+    QAccessible::State state() const override {
+        QAccessible::State state;
+        state.invisible = true;
+        state.disabled = true;
+        return state;
+    }
+};
+
+/// And of the window: the one view on it that is not covered. The window's own interface may list
+/// nothing but parts that its class knows of.
+class WindowInterface final : public QAccessibleWidget {
+public:
+    WindowInterface(QWidget *window, QWidget *exception)
+        : QAccessibleWidget(window, QAccessible::Window), m_exception(exception) {}
+
+    int childCount() const override { return 1; }
+    QAccessibleInterface *child(int index) const override {
+        return index == 0 ? QAccessible::queryAccessibleInterface(m_exception) : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface *interface) const override {
+        return interface && interface->object() == m_exception ? 0 : -1;
+    }
+    QAccessibleInterface *childAt(int, int) const override { return child(0); }
+
+private:
+    QWidget *m_exception;
+};
+
+} // namespace
+
+AccessibilityShield::AccessibilityShield(QWidget *window, QWidget *exception)
+    : m_window(window), m_exception(exception) {
+    if (shields().isEmpty())
+        QAccessible::installFactory(makeInterface);
+    shields().append(this);
+    forgetInterfaces();
+}
+
+AccessibilityShield::~AccessibilityShield() {
+    shields().removeOne(this);
+    if (shields().isEmpty())
+        QAccessible::removeFactory(makeInterface);
+    if (m_window)
+        forgetInterfaces();
+}
+
+bool AccessibilityShield::covers(const QWidget *view) const {
+    return view->window() == m_window && view != m_exception && !m_exception->isAncestorOf(view);
+}
+
+// They are made anew when asked for, by whichever factory is in charge then.
+void AccessibilityShield::forgetInterfaces() const {
+    const QList<QWidget *> views = m_window->findChildren<QWidget *>() << m_window;
+    for (QWidget *const view : views) {
+        if (!covers(view))
+            continue;
+        if (QAccessibleInterface *const known = QAccessible::queryAccessibleInterface(view))
+            QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(known));
+    }
+    // Not while the window is being destroyed.
+    if (m_window->isVisible()) {
+        QAccessibleEvent reordered(m_window, QAccessible::ObjectReorder);
+        QAccessible::updateAccessibility(&reordered);
+    }
+}
+
+QAccessibleInterface *AccessibilityShield::makeInterface(const QString &, QObject *object) {
+    auto *const view = qobject_cast<QWidget *>(object);
+    if (!view)
+        return nullptr;
+    for (const AccessibilityShield *const shield : shields()) {
+        if (view == shield->m_window)
+            return new WindowInterface(view, shield->m_exception);
+        if (shield->covers(view))
+            return new CoveredInterface(view);
+    }
+    return nullptr;
+}
+
+} // namespace KestrioKit

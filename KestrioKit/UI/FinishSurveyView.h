@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QColor>
+#include <QWidget>
+
+namespace KestrioKit {
+
+class ImageView;
+class Label;
+
+/// The page that thanks: a check mark in a circle, and a line. It moves itself in when it is first
+/// shown. For the main thread.
+class FinishSurveyView final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FinishSurveyView(const QColor &themeColor);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void animateIn();
+
+    ImageView *m_imageView;
+    Label *m_label;
+    bool m_hasAppeared = false;
+};
+
+} // namespace KestrioKit

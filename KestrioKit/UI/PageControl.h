@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QColor>
+#include <QWidget>
+
+namespace KestrioKit {
+
+/// A dot for each page, with that of the current one in another colour. Where there is no room for
+/// all, those around the current one, the outermost smaller where more follow.
+class PageControl final : public QWidget {
+    Q_OBJECT
+
+public:
+    PageControl(int numberOfPages, const QColor &pageIndicatorTintColor,
+                const QColor &currentPageIndicatorTintColor);
+
+    int numberOfPages() const { return m_numberOfPages; }
+    int currentPage() const { return m_currentPage; }
+    /// The nearest page that there is.
+    void setCurrentPage(int page);
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void describe();
+
+    int m_numberOfPages;
+    int m_currentPage = 0;
+    QColor m_pageIndicatorTintColor;
+    QColor m_currentPageIndicatorTintColor;
+};
+
+} // namespace KestrioKit

@@ -1,0 +1,80 @@
+#include "KestrioKit/UI/QuestionView.h"
+
+#include "KestrioKit/UI/AccessibleRole.h"
+#include "KestrioKit/UI/Fonts.h"
+#include "KestrioKit/UI/KestrioUI.h"
+#include "KestrioKit/UI/Label.h"
+#include "KestrioKit/UI/LikertQuestionContentView.h"
+#include "KestrioKit/UI/MultipleChoiceQuestionContentView.h"
+#include "KestrioKit/UI/MultiSelectQuestionContentView.h"
+#include "KestrioKit/UI/NpsQuestionContentView.h"
+#include "KestrioKit/UI/OpenQuestionContentView.h"
+
+#include <QBoxLayout>
+
+namespace KestrioKit {
+
+namespace {
+
+QuestionContentContainer *makeContentView(const Question &question, const QColor &themeColor,
+                                          bool isLastQuestion) {
+    const Details &details = question.details;
+    switch (question.type.kind) {
+    case QuestionType::open:
+        return new OpenQuestionContentView(details, themeColor, isLastQuestion);
+    case QuestionType::likert:
+        return new LikertQuestionContentView(details, themeColor, isLastQuestion);
+    case QuestionType::multipleChoice:
+        return new MultipleChoiceQuestionContentView(details, themeColor, isLastQuestion);
+    case QuestionType::multiSelect:
+        return new MultiSelectQuestionContentView(details, themeColor, isLastQuestion);
+    case QuestionType::nps:
+        return new NpsQuestionContentView(details, themeColor, isLastQuestion);
+    case QuestionType::other:
+        return nullptr;
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+QuestionView::QuestionView(const Question &question, const QColor &themeColor, bool isLastQuestion,
+                           const Clock &clock)
+    : m_seenAt(clock.secondsSince1970()),
+      m_contentView(makeContentView(question, themeColor, isLastQuestion)) {
+    setAccessibleRole(this, QAccessible::Grouping);
+    setAccessibleName(question.details.text);
+
+    auto *const questionStackView = new QHBoxLayout;
+    questionStackView->setSpacing(0);
+    questionStackView->addWidget(new Label(question.details.text,
+                                           preferredBoldFont(TextStyle::title2),
+                                           KestrioUI::Color::text()),
+                                 1);
+    // Keeps the title clear of the close button.
+    questionStackView->addSpacing(KestrioUI::Padding::medium);
+
+    auto *const stackView = new QVBoxLayout(this);
+    stackView->setContentsMargins({});
+    stackView->setSpacing(KestrioUI::Padding::regular);
+    stackView->addLayout(questionStackView);
+    if (m_contentView)
+        stackView->addWidget(m_contentView);
+}
+
+void QuestionView::setDelegate(WeakDelegate<QuestionDelegate> delegate) {
+    m_delegate = std::move(delegate);
+    if (m_contentView)
+        m_contentView->setDelegate(this);
+}
+
+QWidget *QuestionView::firstControl() const {
+    return m_contentView ? m_contentView->firstControl() : nullptr;
+}
+
+void QuestionView::questionDidFinish(const std::optional<CodableDynamicType> &response) {
+    if (auto *const delegate = m_delegate.get())
+        delegate->questionDidFinish(response, m_seenAt);
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QWidget>
+
+namespace KestrioKit {
+
+/// Shows a content of its own width, and scrolls it where it is higher: with a finger, the wheel,
+/// or by moving the focus. White, so that what is under it need not be painted.
+class ScrollView final : public QWidget {
+    Q_OBJECT
+
+public:
+    ScrollView();
+
+    /// Owns `content` from now on. The content before, if any, is no longer shown here.
+    void setContent(QWidget *content);
+
+    /// The height at which the content need not scroll, for that width.
+    int contentHeight(int width) const;
+
+    /// How far the content can be scrolled, and is, in pixels.
+    int maximumOffset() const;
+    int offset() const { return m_offset; }
+    void setOffset(int offset);
+
+    /// By a page, a line, or to an end, as that key says; nothing for any other.
+    void scroll(int key);
+
+    /// Scrolls as little as is needed to show `view`, which lies on the content.
+    void reveal(const QWidget *view);
+
+Q_SIGNALS:
+    /// The offset, or how far it may go, is another.
+    void scrolled();
+
+protected:
+    bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
+private:
+    void layOut();
+    bool scrollWithFinger(QEvent *event);
+
+    QWidget *m_content = nullptr;
+    int m_offset = 0;
+};
+
+} // namespace KestrioKit

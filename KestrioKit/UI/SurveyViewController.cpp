@@ -1,0 +1,271 @@
+#include "KestrioKit/UI/SurveyViewController.h"
+
+#include "KestrioKit/Survey/Routing.h"
+#include "KestrioKit/UI/Animation.h"
+#include "KestrioKit/UI/BackgroundView.h"
+#include "KestrioKit/UI/KestrioUI.h"
+#include "KestrioKit/UI/WindowMetrics.h"
+
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QLocale>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace KestrioKit {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+namespace Constant {
+constexpr int maxWidth = 500;
+constexpr int bottomPadding = 14;
+constexpr auto entryDuration = 400ms;
+constexpr qreal entryDamping = 0.7;
+constexpr qreal entryVelocity = 0.4;
+constexpr auto slideOutDuration = 200ms;
+constexpr auto finishDelay = 1s;
+/// Of the cross-dissolve in which the dimming comes and goes.
+constexpr auto dissolveDuration = 200ms;
+/// Qt does not tell how long its keyboards take to come; this is what most do.
+constexpr auto keyboardDuration = 250ms;
+
+QColor backgroundColor() {
+    return QColor::fromRgbF(0, 0, 0, 0.6F);
+}
+} // namespace Constant
+
+QPointer<SurveyViewController> &current() {
+    static auto *const controller = new QPointer<SurveyViewController>;
+    return *controller;
+}
+
+Qt::LayoutDirection textDirection(const std::optional<QString> &locale) {
+    return locale ? QLocale(*locale).textDirection() : Qt::LeftToRight;
+}
+
+} // namespace
+
+SurveyViewController::SurveyViewController(Survey survey, const QColor &themeColor,
+                                           std::shared_ptr<KestrioSurveyResponder> submitter,
+                                           const Clock &clock)
+    : m_survey(std::move(survey)),
+      m_submitter(std::move(submitter)),
+      m_clock(clock),
+      m_backgroundView(new BackgroundView(Constant::backgroundColor())),
+      m_surveyView(new SurveyView(m_survey.questions, themeColor, clock)) {}
+
+// With its window, say.
+SurveyViewController::~SurveyViewController() {
+    if (current() == this)
+        tellEnd();
+}
+
+SurveyViewController *SurveyViewController::presented() {
+    return current();
+}
+
+void SurveyViewController::setDelegate(std::weak_ptr<SurveyViewControllerDelegate> delegate) {
+    m_delegate = std::move(delegate);
+}
+
+// Coming
+
+void SurveyViewController::present(QWidget *from) {
+    current() = this;
+    loadView();
+    cover(from->window());
+    animateEntry();
+}
+
+void SurveyViewController::loadView() {
+    setLayoutDirection(textDirection(m_survey.locale));
+    m_backgroundView->setParent(this);
+    connect(m_backgroundView, &BackgroundView::tapped, this,
+            &SurveyViewController::backgroundTapped);
+    m_surveyView->setDelegate(this);
+    m_surveyView->setParent(this);
+    connect(m_surveyView, &SurveyView::heightChanged, this, &SurveyViewController::layOut);
+    connect(&m_keyboardObserver, &KeyboardObserver::changed, this,
+            &SurveyViewController::keyboardChanged);
+    m_willTerminateObserver = ApplicationLifecycle::shared().observe(
+        ApplicationLifecycle::Event::willTerminate, [this] { submit(); });
+}
+
+void SurveyViewController::animateEntry() {
+    m_dimAnimation = Animation::start(this, AnimationTiming::easing(Constant::dissolveDuration),
+                                      [this](qreal way) { m_backgroundView->setAlpha(way); });
+    m_cardAnimation = Animation::start(
+        this,
+        AnimationTiming::spring(Constant::entryDuration, {}, Constant::entryDamping,
+                                Constant::entryVelocity),
+        [this](qreal way) {
+            m_cardPosition = way;
+            layOut();
+        },
+        [this] { thaw(); });
+}
+
+void SurveyViewController::takeFocus() {
+    m_surveyView->beginPage(Qt::OtherFocusReason);
+}
+
+// Layout
+
+int SurveyViewController::bottomOffset() const {
+    return sizeClasses(size()).isRegular() ? Constant::bottomPadding : 0;
+}
+
+void SurveyViewController::layOut() {
+    m_backgroundView->setGeometry(rect());
+    const int cardWidth = std::min(width(), Constant::maxWidth);
+    const int highest = safeAreaInsets(*window()).top();
+    const int bottom = height() - bottomOffset();
+    const int cardHeight = std::min(m_surveyView->heightForWidth(cardWidth), bottom - highest);
+    const qreal parked = height();
+    const qreal top = parked + (bottom - cardHeight - parked) * m_cardPosition - m_keyboardOffset;
+    m_surveyView->setGeometry((width() - cardWidth) / 2, qRound(top), cardWidth, cardHeight);
+}
+
+void SurveyViewController::resizeEvent(QResizeEvent *event) {
+    ModalOverlay::resizeEvent(event);
+    if (m_keyboardOffset > 0)
+        keyboardChanged();
+}
+
+void SurveyViewController::keyboardChanged() {
+    const int covered = KeyboardObserver::coveredHeight(height());
+    // Just so far that the page's end clears the keyboard.
+    const int belowPage = m_surveyView->height() - m_surveyView->pageBottom();
+    const int offset =
+        covered > 0 ? std::max(KestrioUI::Padding::tiny + covered - belowPage, 0) : 0;
+    delete m_keyboardAnimation;
+    m_keyboardAnimation =
+        Animation::start(this, AnimationTiming::easing(Constant::keyboardDuration),
+                         [this, start = m_keyboardOffset, offset](qreal way) {
+                             m_keyboardOffset = start + (offset - start) * way;
+                             layOut();
+                         });
+}
+
+// The card's questions
+
+std::optional<qint64> SurveyViewController::questionId(qint64 index) const {
+    if (index < 0 || index >= m_survey.questions.size())
+        return std::nullopt;
+    return m_survey.questions[index].name;
+}
+
+void SurveyViewController::surveyViewDidPresentQuestion(qint64 index) {
+    const std::optional<qint64> question = questionId(index);
+    if (m_submitter && question && !m_isDismissing)
+        m_submitter->seen(question);
+}
+
+std::optional<qint64> SurveyViewController::surveyViewDidFinishQuestion(
+    qint64 index, const std::optional<CodableDynamicType> &response, double seenAt) {
+    // One that comes as the card goes, from assistive technology say, is too late.
+    if (m_isDismissing)
+        return std::nullopt;
+    if (!response) {
+        dismiss(true);
+        return std::nullopt;
+    }
+    if (m_submitter && questionId(index))
+        m_submitter->submitResponse(
+            makeQuestionResponse(m_survey.questions[index], *response, seenAt, m_clock));
+    return nextQuestionIndex(m_survey.questions, index, response);
+}
+
+void SurveyViewController::surveyViewDidFinish() {
+    QTimer::singleShot(Constant::finishDelay, this, [this] { dismiss(true); });
+}
+
+// Going
+
+void SurveyViewController::backgroundTapped() {
+    userInitiatedClose(m_surveyView->questionIndex());
+}
+
+void SurveyViewController::keyPressed(int key) {
+    if (key != Qt::Key_Escape)
+        m_surveyView->scroll(key);
+    else if (!m_surveyView->isFinished())
+        userInitiatedClose(m_surveyView->questionIndex());
+}
+
+void SurveyViewController::userInitiatedClose(qint64 index) {
+    if (m_submitter)
+        m_submitter->closed(questionId(index));
+    dismiss(true);
+}
+
+void SurveyViewController::windowHidden() {
+    dismiss(false);
+}
+
+// What is being pressed must not move away from under the pointer.
+void SurveyViewController::focusMoved(QWidget *view) {
+    if (QGuiApplication::mouseButtons() == Qt::NoButton)
+        m_surveyView->reveal(view);
+}
+
+void SurveyViewController::submit() {
+    if (m_submitter)
+        m_submitter->submit();
+}
+
+void SurveyViewController::dismiss(bool animated) {
+    submit();
+    if (current() != this || (m_isDismissing && animated))
+        return;
+    m_isDismissing = true;
+    setFocus(Qt::OtherFocusReason);
+    m_surveyView->setEnabled(false);
+    QGuiApplication::inputMethod()->hide();
+    if (animated)
+        slideCardOut();
+    else
+        end();
+}
+
+void SurveyViewController::slideCardOut() {
+    delete m_cardAnimation;
+    delete m_dimAnimation;
+    freeze();
+    Animation::start(
+        this, AnimationTiming::easing(Constant::slideOutDuration),
+        [this, start = m_cardPosition](qreal way) {
+            m_cardPosition = start * (1 - way);
+            layOut();
+        },
+        [this] { dissolve(); });
+}
+
+void SurveyViewController::dissolve() {
+    Animation::start(
+        this, AnimationTiming::easing(Constant::dissolveDuration),
+        [this, start = m_backgroundView->alpha()](qreal way) {
+            m_backgroundView->setAlpha(start * (1 - way));
+        },
+        [this] { end(); });
+}
+
+void SurveyViewController::end() {
+    if (current() != this)
+        return;
+    uncover();
+    tellEnd();
+    deleteLater();
+}
+
+void SurveyViewController::tellEnd() {
+    current() = nullptr;
+    submit();
+    if (const auto delegate = m_delegate.lock())
+        delegate->setSurvey(std::nullopt);
+}
+
+} // namespace KestrioKit
