@@ -23,5 +23,10 @@
         <extracomment>Unfinished thought on what I think</extracomment>
         <translation>أعتقد أن...</translation>
     </message>
+    <message>
+        <source>Close</source>
+        <extracomment>Put the survey away</extracomment>
+        <translation>إغلاق</translation>
+    </message>
 </context>
 </TS>

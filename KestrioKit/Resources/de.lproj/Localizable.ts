@@ -21,7 +21,12 @@
     <message>
         <source>I think that...</source>
         <extracomment>Unfinished thought on what I think</extracomment>
-        <translation>Ich denke, dass …</translation>
+        <translation>Ich denke, dass …</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <extracomment>Put the survey away</extracomment>
+        <translation>Schließen</translation>
     </message>
 </context>
 </TS>

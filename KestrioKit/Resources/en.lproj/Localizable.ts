@@ -23,5 +23,10 @@
         <extracomment>Unfinished thought on what I think</extracomment>
         <translation>I think that...</translation>
     </message>
+    <message>
+        <source>Close</source>
+        <extracomment>Put the survey away</extracomment>
+        <translation>Close</translation>
+    </message>
 </context>
 </TS>

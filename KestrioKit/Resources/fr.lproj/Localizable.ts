@@ -23,5 +23,10 @@
         <extracomment>Unfinished thought on what I think</extracomment>
         <translation>Je pense que…</translation>
     </message>
+    <message>
+        <source>Close</source>
+        <extracomment>Put the survey away</extracomment>
+        <translation>Fermer</translation>
+    </message>
 </context>
 </TS>

@@ -23,5 +23,10 @@
         <extracomment>Unfinished thought on what I think</extracomment>
         <translation>私が思うのは…</translation>
     </message>
+    <message>
+        <source>Close</source>
+        <extracomment>Put the survey away</extracomment>
+        <translation>閉じる</translation>
+    </message>
 </context>
 </TS>

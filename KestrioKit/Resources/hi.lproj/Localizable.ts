@@ -1,0 +1,32 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="hi" sourcelanguage="en">
+<context>
+    <name>Localizable</name>
+    <message>
+        <source>Next</source>
+        <extracomment>Go to the next step</extracomment>
+        <translation>आगे बढ़ें</translation>
+    </message>
+    <message>
+        <source>Finish</source>
+        <extracomment>Completed the steps</extracomment>
+        <translation>पूरा करें</translation>
+    </message>
+    <message>
+        <source>Thanks!</source>
+        <extracomment>Thank you for taking the survey</extracomment>
+        <translation>धन्यवाद!</translation>
+    </message>
+    <message>
+        <source>I think that...</source>
+        <extracomment>Unfinished thought on what I think</extracomment>
+        <translation>मुझे लगता है कि…</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <extracomment>Put the survey away</extracomment>
+        <translation>बंद करें</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,32 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ko" sourcelanguage="en">
+<context>
+    <name>Localizable</name>
+    <message>
+        <source>Next</source>
+        <extracomment>Go to the next step</extracomment>
+        <translation>다음</translation>
+    </message>
+    <message>
+        <source>Finish</source>
+        <extracomment>Completed the steps</extracomment>
+        <translation>완료</translation>
+    </message>
+    <message>
+        <source>Thanks!</source>
+        <extracomment>Thank you for taking the survey</extracomment>
+        <translation>감사합니다!</translation>
+    </message>
+    <message>
+        <source>I think that...</source>
+        <extracomment>Unfinished thought on what I think</extracomment>
+        <translation>제 생각에는…</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <extracomment>Put the survey away</extracomment>
+        <translation>닫기</translation>
+    </message>
+</context>
+</TS>
