@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QThread>
+#include <QWidget>
 
 using KestrioKit::KestrioCore;
 
@@ -68,6 +69,19 @@ void Kestrio::removeVisitorAttributes(const QStringList &keys) {
 
 void Kestrio::track(const QString &eventName, const TrackHandler &handler) {
     m_core->track(eventName, handler);
+}
+
+void Kestrio::presentSurvey(QWidget *from) {
+    m_core->presentSurvey(from);
+}
+
+void Kestrio::presentSurvey(qint64 surveyId, QWidget *from,
+                            const FetchCompletion &fetchCompletion) {
+    m_core->presentSurvey(surveyId, from, fetchCompletion);
+}
+
+void Kestrio::presentDebugSurvey(QWidget *from) {
+    m_core->presentDebugSurvey(from);
 }
 
 void Kestrio::logout() {

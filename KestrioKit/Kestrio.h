@@ -13,20 +13,27 @@
 #include <memory>
 #include <optional>
 
+class QWidget;
+
 namespace KestrioKit {
 class KestrioCore;
 }
 
 /// In-app surveys for a Qt application: tells the survey service who the visitor is and what
-/// happens, and receives the surveys that the service answers with.
+/// happens, and shows the surveys that the service answers with.
 ///
 ///     auto &kestrio = Kestrio::shared();
 ///     kestrio.configure("environment-id");
 ///     kestrio.setUserIdentifier("user-7");
-///     kestrio.track("Checkout Finished");
+///     kestrio.track("Checkout Finished", [window](SurveyState state) {
+///         if (state == SurveyState::surveyReady)
+///             Kestrio::shared().presentSurvey(window);
+///     });
 ///
-/// Every operation may be called from any thread, returns at once and never throws. What cannot be
-/// done is logged to standard output and reported to the service; nothing comes back as an error.
+/// Every operation may be called from any thread, returns at once and never throws. Errors are
+/// logged to standard output and reported to the service; none comes back. Calls that are dropped,
+/// and requests that the service refuses, are neither.
+///
 /// Calls made before `configure()` are dropped, but for `setLocale` and `setDisableNetworkAccess`.
 /// Calls made while it is under way are held and run on the main thread, in their order, once there
 /// is a visitor.
@@ -39,10 +46,13 @@ class KESTRIOKIT_EXPORT Kestrio final : public QObject {
     Q_DISABLE_COPY_MOVE(Kestrio)
 
 public:
-    /// Called once, on the main thread, with what became of an event. Never called for what is not
-    /// sent at all: while starting does not come to an end, right after `logout()`, and when the
-    /// application quits. It is destroyed on the main thread, too.
+    /// Called once, on the main thread, with what became of an event: `disabled` for one that was
+    /// dropped. Never called while starting does not come to an end, right after `logout()`, and
+    /// when the application quits. It is destroyed on the main thread, too.
     using TrackHandler = std::function<void(SurveyState)>;
+
+    /// Called, and destroyed, on the main thread.
+    using FetchCompletion = std::function<void()>;
 
     /// The one object there is, made on first use. It lives for the whole process.
     static Kestrio &shared();
@@ -60,9 +70,11 @@ public:
     /// Starts: reads the stored identity, fetches the environment's configuration and a visitor.
     /// Called before the application object exists, it starts once the event loop runs.
     ///
-    /// A second call is ignored, unless the service has refused a visitor or a user, or did not
-    /// answer: then it starts over. Where not even the configuration could be had, the library
-    /// stays disabled as long as the process lives.
+    /// A second call is ignored, unless a visitor could not be had, or an answer about one could
+    /// not be read: then it starts over. Where not even the configuration could be had, the library
+    /// stays disabled, or holds its calls, as long as the process lives.
+    ///
+    /// An environment named "." or "..", which no path can hold, is never asked for.
     Q_INVOKABLE void configure(const QString &environment);
 
     /// The language wanted from the service, as an "Accept-Language" value (RFC 9110, 12.5.4); by
@@ -70,13 +82,15 @@ public:
     Q_INVOKABLE void setLocale(const QString &locale);
 
     /// Says who the visitor is. Visits before are attached to that user where the service allows.
-    /// When the request fails, the library is disabled until `configure()` is called again.
+    /// While starting, the last call counts, and is done before those that are held. When no answer
+    /// can be had, the library is disabled until `configure()` is called again.
     Q_INVOKABLE void setUserIdentifier(const QString &userIdentifier);
 
     /// Sets the visitor's attribute "!email".
     Q_INVOKABLE void setEmailAddress(const QString &email);
 
-    /// Sets one attribute of the visitor. Queued, on disk too, and sent up to five times.
+    /// Sets one attribute of the visitor. Queued, on disk too, and sent up to five times. Keys "."
+    /// and "..", which no path can hold, are dropped.
     Q_INVOKABLE void setVisitorAttribute(const QString &key, const QString &value);
     /// Sets several attributes in one request. Queued in memory only; nothing when empty.
     Q_INVOKABLE void setVisitorAttributes(const QMap<QString, QString> &attributes);
@@ -90,8 +104,34 @@ public:
     /// handler it is sent at once and once only, and the service may answer it with a survey.
     Q_INVOKABLE void track(const QString &eventName, const TrackHandler &handler = {});
 
+    /// Shows the survey that an event was answered with over the window of `from`, until the
+    /// visitor has finished or closed it; then it is held no more. Logs "No survey found." when
+    /// none is held.
+    ///
+    /// While a survey is up, the window under it gets no input and no actions of assistive
+    /// technology, and the focus goes back where it was when it ends. What was answered is
+    /// reported once, however it ends: also when the window is closed or destroyed, or the
+    /// application quits.
+    ///
+    /// Nothing is shown, and the survey stays held, when `from` is null or has been destroyed, its
+    /// window is not shown, another survey is up, or the survey has no questions; that is logged
+    /// and reported as an error. Meant for the main thread; from another one the survey is shown a
+    /// little later, and `from` must still exist when this returns. Needs a `QApplication`.
+    Q_INVOKABLE void presentSurvey(QWidget *from);
+
+    /// Fetches that survey and shows it like `presentSurvey(QWidget *)`. `fetchCompletion` is
+    /// called when it has come, just before it is shown: never where it cannot be had, nor for
+    /// calls that are held while the library starts. When it ends, the survey held from an event,
+    /// if any, is held no more either.
+    Q_INVOKABLE void presentSurvey(qint64 surveyId, QWidget *from,
+                                   const FetchCompletion &fetchCompletion = {});
+
+    /// Shows a built-in survey of four questions, to see how surveys look in the host. Its answers
+    /// go to the service as those of survey 123. Not held while the library starts.
+    Q_INVOKABLE void presentDebugSurvey(QWidget *from);
+
     /// Forgets the visitor, and with it what is still queued, and starts afresh as an anonymous
-    /// one.
+    /// one. When that cannot be had, the library is disabled until `configure()` is called again.
     Q_INVOKABLE void logout();
 
     /// Calls an operation by its selector, for callers that know it only at run time: "shared",
@@ -99,8 +139,10 @@ public:
     /// "configureWithEnvironment:", "setLocale:", "setUserIdentifier:", "setEmailAddress:",
     /// "setVisitorAttributeWithKey:value:", "setVisitorAttributes:", "removeVisitorAttributes:",
     /// "trackWithEventName:handler:" (the handler a `TrackHandler`, or a null variant for none),
-    /// "logout". Returns the operation's result (null where it has none), or nothing for an
-    /// unknown selector or arguments that do not fit, in which case nothing was called.
+    /// "presentSurveyFrom:", "presentSurveyWithId:from:fetchCompletion:" (a `FetchCompletion`, or a
+    /// null variant), "presentDebugSurveyFrom:", "logout". Returns the operation's result (null
+    /// where it has none), or nothing for an unknown selector or arguments that do not fit, in
+    /// which case nothing was called.
     Q_INVOKABLE std::optional<QVariant> perform(const QString &selector,
                                                 const QVariantList &arguments = {});
 

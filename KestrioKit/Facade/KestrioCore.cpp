@@ -1,10 +1,16 @@
 #include "KestrioKit/Facade/KestrioCore.h"
 
+#include "KestrioKit/Facade/DebugSurvey.h"
 #include "KestrioKit/Facade/FacadeLog.h"
-#include "KestrioKit/Platform/LanguageBundle.h"
+#include "KestrioKit/Facade/SurveyPresentation.h"
 #include "KestrioKit/Platform/LibraryThread.h"
 #include "KestrioKit/Platform/NetworkTransport.h"
 #include "KestrioKit/Platform/Storage.h"
+#include "KestrioKit/UI/KestrioUI.h"
+
+#include <QCoreApplication>
+#include <QThread>
+#include <QWidget>
 
 namespace KestrioKit {
 
@@ -14,7 +20,6 @@ namespace {
 
 constexpr QLatin1StringView launchEvent("iOS Launch");
 constexpr QLatin1StringView emailAttribute("!email");
-constexpr QLatin1StringView defaultLocale("en");
 
 using Action = Bootstrap::Action;
 using Sequence = Bootstrap::Sequence;
@@ -25,12 +30,18 @@ const DisabledError &localError() {
 }
 
 // What a handler holds may belong to the main thread: it is destroyed there, too.
-KestrioCore::SharedHandler keptForMain(const KestrioCore::TrackHandler &handler) {
+template <typename Handler>
+std::shared_ptr<const Handler> keptForMain(const Handler &handler) {
     if (!handler)
         return nullptr;
-    return {new KestrioCore::TrackHandler(handler), [](const KestrioCore::TrackHandler *kept) {
+    return {new Handler(handler), [](const Handler *kept) {
                 DispatchQueue::main().async([kept] { delete kept; });
             }};
+}
+
+bool isOnMainThread() {
+    const QCoreApplication *const application = QCoreApplication::instance();
+    return application && application->thread() == QThread::currentThread();
 }
 
 void callOnMain(const KestrioCore::SharedHandler &handler, SurveyState state) {
@@ -69,7 +80,8 @@ std::shared_ptr<KestrioCore> KestrioCore::make(const LibraryContext &context) {
 }
 
 KestrioCore::KestrioCore(const LibraryContext &context)
-    : m_api(std::make_shared<KestrioService>(
+    : m_clock(context.clock),
+      m_api(std::make_shared<KestrioService>(
           std::make_shared<KestrioServiceRequests>(context.clock), context)),
       m_identity(m_api) {}
 
@@ -319,13 +331,63 @@ SurveyState KestrioCore::surveyReceived(const Survey &survey) {
     logLine(u"Received %1 questions"_s.arg(survey.questions.size()), LogCategory::info);
     if (survey.questions.isEmpty() || !survey.preflight())
         return SurveyState::noSurvey;
-    AnyLanguageBundle::framework().setLanguage(survey.locale.value_or(defaultLocale));
+    speakLanguage(survey);
     // A survey that was not shown yet comes first.
     m_survey.mutate([&survey](std::optional<Survey> &held) {
         if (!held)
             held = survey;
     });
     return SurveyState::surveyReady;
+}
+
+// Surveys on screen
+
+void KestrioCore::presentSurvey(const QPointer<QWidget> &from) {
+    whenReady(
+        [&] {
+            if (const std::optional<Survey> held = survey())
+                presentSpecifiedSurvey(*held, from);
+            else
+                logLine(u"No survey found."_s, LogCategory::info);
+        },
+        [from](KestrioCore &core) { core.presentSurvey(from); });
+}
+
+void KestrioCore::presentSurvey(qint64 surveyId, const QPointer<QWidget> &from,
+                                const FetchCompletion &fetchCompletion) {
+    whenReady(
+        [&] {
+            m_api->fetchSurvey(
+                surveyId, [self = shared_from_this(), from, kept = keptForMain(fetchCompletion)](
+                              const auto &survey, const auto &, const auto &) {
+                    if (!survey)
+                        return;
+                    DispatchQueue::main().async([self, from, kept, survey = *survey] {
+                        if (kept)
+                            (*kept)();
+                        self->presentSpecifiedSurvey(survey, from);
+                    });
+                });
+        },
+        [surveyId, from](KestrioCore &core) { core.presentSurvey(surveyId, from, {}); });
+}
+
+void KestrioCore::presentDebugSurvey(const QPointer<QWidget> &from) {
+    if (readyState() != Action::skip)
+        presentSpecifiedSurvey(debugSurvey(), from);
+}
+
+void KestrioCore::presentSpecifiedSurvey(const Survey &survey, const QPointer<QWidget> &from) {
+    const auto present = [self = shared_from_this(), survey, from] {
+        const std::optional<ResponseConfig> config = self->config();
+        const QColor themeColor = config ? config->themeColor() : KestrioUI::Color::defaultTheme();
+        self->handleError(KestrioKit::presentSpecifiedSurvey(
+            survey, from, {self->m_clock, self->m_api, themeColor, self}));
+    };
+    if (isOnMainThread())
+        present();
+    else
+        DispatchQueue::main().async(present);
 }
 
 void KestrioCore::handleError(const std::optional<Error> &error) {

@@ -9,8 +9,10 @@
 #include "KestrioKit/Service/KestrioService.h"
 #include "KestrioKit/Survey/Survey.h"
 #include "KestrioKit/SurveyState.h"
+#include "KestrioKit/UI/SurveyViewController.h"
 
 #include <QMap>
+#include <QPointer>
 #include <QStringList>
 
 #include <functional>
@@ -22,11 +24,13 @@ namespace KestrioKit {
 
 /// What `Kestrio` does. Each public operation asks whether calls may run now, forwards to the
 /// network service, and keeps the identity in step with what the service answers. Thread-safe.
-class KestrioCore final : public std::enable_shared_from_this<KestrioCore> {
+class KestrioCore final : public SurveyViewControllerDelegate,
+                          public std::enable_shared_from_this<KestrioCore> {
 public:
     using TrackHandler = std::function<void(SurveyState)>;
     /// A handler on its way through the threads; null when there is none.
     using SharedHandler = std::shared_ptr<const TrackHandler>;
+    using FetchCompletion = std::function<void()>;
 
     /// The one that `Kestrio::shared()` faces, on the machine's own clock, network and files.
     static const std::shared_ptr<KestrioCore> &shared();
@@ -36,8 +40,8 @@ public:
     const std::shared_ptr<KestrioService> &api() const { return m_api; }
 
     /// The survey that an event was answered with, until it has been shown.
-    std::optional<Survey> survey() const { return m_survey.value(); }
-    void setSurvey(std::optional<Survey> survey) { m_survey.setValue(std::move(survey)); }
+    std::optional<Survey> survey() const override { return m_survey.value(); }
+    void setSurvey(std::optional<Survey> survey) override { m_survey.setValue(std::move(survey)); }
 
     /// The configuration from the last fetch that succeeded.
     std::optional<ResponseConfig> config() const { return m_config.value(); }
@@ -53,6 +57,10 @@ public:
     void setVisitorAttributes(const QMap<QString, QString> &attributes);
     void removeVisitorAttributes(const QStringList &keys);
     void track(const QString &eventName, const TrackHandler &handler);
+    void presentSurvey(const QPointer<QWidget> &from);
+    void presentSurvey(qint64 surveyId, const QPointer<QWidget> &from,
+                       const FetchCompletion &fetchCompletion);
+    void presentDebugSurvey(const QPointer<QWidget> &from);
     void logout();
 
 private:
@@ -76,9 +84,11 @@ private:
     void trackEvent(const QString &eventName, const SharedHandler &handler);
     void trackForSurvey(const QString &name, const SharedHandler &handler);
     SurveyState surveyReceived(const Survey &survey);
+    void presentSpecifiedSurvey(const Survey &survey, const QPointer<QWidget> &from);
     SimpleCompletion handlingErrors();
     void handleError(const std::optional<Error> &error);
 
+    const Clock &m_clock;
     std::shared_ptr<KestrioService> m_api;
     Identity m_identity;
     std::mutex m_configureLock;

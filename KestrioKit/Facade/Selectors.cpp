@@ -1,5 +1,7 @@
 #include "KestrioKit/Facade/Selectors.h"
 
+#include <QWidget>
+
 #include <algorithm>
 #include <array>
 
@@ -80,6 +82,23 @@ const std::array selectors{
                                arguments[1].value<Kestrio::TrackHandler>());
                  return QVariant();
              }},
+    Selector{"presentSurveyFrom:"_L1, types<QWidget *>,
+             [](Kestrio &kestrio, const Arguments &arguments) {
+                 kestrio.presentSurvey(arguments[0].value<QWidget *>());
+                 return QVariant();
+             }},
+    Selector{"presentSurveyWithId:from:fetchCompletion:"_L1,
+             types<qint64, QWidget *, Kestrio::FetchCompletion>,
+             [](Kestrio &kestrio, const Arguments &arguments) {
+                 kestrio.presentSurvey(arguments[0].toLongLong(), arguments[1].value<QWidget *>(),
+                                       arguments[2].value<Kestrio::FetchCompletion>());
+                 return QVariant();
+             }},
+    Selector{"presentDebugSurveyFrom:"_L1, types<QWidget *>,
+             [](Kestrio &kestrio, const Arguments &arguments) {
+                 kestrio.presentDebugSurvey(arguments[0].value<QWidget *>());
+                 return QVariant();
+             }},
     Selector{"logout"_L1, types<>,
              [](Kestrio &kestrio, const Arguments &) {
                  kestrio.logout();
@@ -91,10 +110,14 @@ bool isText(const QVariant &value) {
     return value.canConvert<QString>();
 }
 
-// Only a handler may be left out; lists and maps are of texts.
+// Only a handler may be left out; a null widget is told like any other; lists and maps are of
+// texts.
 bool fits(const QVariant &argument, QMetaType type) {
+    if (type == QMetaType::fromType<QWidget *>())
+        return argument.canConvert<QWidget *>();
     if (argument.isNull())
-        return type == QMetaType::fromType<Kestrio::TrackHandler>();
+        return type == QMetaType::fromType<Kestrio::TrackHandler>() ||
+               type == QMetaType::fromType<Kestrio::FetchCompletion>();
     if (argument.metaType() != type && !QMetaType::canConvert(argument.metaType(), type))
         return false;
     if (type == QMetaType::fromType<QVariantMap>())

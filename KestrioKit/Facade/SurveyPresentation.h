@@ -1,0 +1,38 @@
+#pragma once
+
+#include "KestrioKit/Service/KestrioService.h"
+#include "KestrioKit/Survey/Survey.h"
+#include "KestrioKit/UI/SurveyViewController.h"
+
+#include <QColor>
+
+#include <memory>
+#include <optional>
+
+namespace KestrioKit {
+
+/// A survey that could not be shown; the code is a `PresentationObstacle`.
+inline constexpr QLatin1StringView presentationErrorDomain("KestrioKit.PresentationError");
+
+/// Why a survey cannot be shown.
+enum class PresentationObstacle { noPresenter, windowNotShown, alreadyPresenting, noQuestions };
+
+/// What a survey on screen works with.
+struct PresentationContext {
+    /// Outlives the survey.
+    const Clock &clock;
+    std::shared_ptr<KestrioService> api;
+    QColor themeColor;
+    /// Holds no survey any more once this one has gone.
+    std::weak_ptr<SurveyViewControllerDelegate> delegate;
+};
+
+/// Has the library's texts speak the survey's language, English when it names none.
+void speakLanguage(const Survey &survey);
+
+/// Shows `survey` over the window of `from`, in its own language. What comes back is why that
+/// cannot be; then nothing has been shown or reported. For the main thread.
+std::optional<Error> presentSpecifiedSurvey(const Survey &survey, QWidget *from,
+                                            const PresentationContext &context);
+
+} // namespace KestrioKit
