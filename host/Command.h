@@ -1,16 +1,23 @@
 #pragma once
 
 #include <QLatin1StringView>
+#include <QPoint>
 #include <QStringList>
+#include <QWidget>
 
 #include <functional>
 #include <limits>
+#include <memory>
 #include <optional>
 
 /// What the commands of one script share.
 struct HostState {
     /// The handlers given to the library that it has not called yet.
     int openQuestions = 0;
+    /// The host's window, once a command has asked for it.
+    std::unique_ptr<QWidget> window;
+    /// Where on the window the mouse button is held down.
+    std::optional<QPoint> pressedAt;
 };
 
 /// Ends a command that went on after its call: without an error, it has succeeded.
@@ -35,6 +42,10 @@ struct Outcome {
     static Outcome done() { return {}; }
     static Outcome later() { return {Kind::later}; }
     static Outcome failed(QString error) { return {Kind::failed, std::move(error)}; }
+    /// Of a command that needs the window before there is one.
+    static Outcome noWindow() {
+        return failed(QStringLiteral("there is no window; say window W H first"));
+    }
 };
 
 /// How many arguments a command takes.

@@ -3,6 +3,7 @@
 
 #include "KestrioKit/Kestrio.h"
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -88,8 +89,12 @@ Outcome reportVisitor(const CommandCall &) {
     return Outcome::done();
 }
 
+/// The word that stands for the host's window.
+constexpr auto windowWord = "window"_L1;
+
 /// The words as what the selector takes; absent when they cannot be that.
-std::optional<QVariantList> argumentsFor(const QString &selector, const QStringList &words) {
+std::optional<QVariantList> argumentsFor(const QString &selector, const QStringList &words,
+                                         QWidget *window) {
     if (selector == "setVisitorAttributes:"_L1) {
         const auto attributes = pairs<QVariant>(words);
         return attributes ? std::optional(QVariantList{*attributes}) : std::nullopt;
@@ -104,12 +109,17 @@ std::optional<QVariantList> argumentsFor(const QString &selector, const QStringL
             return std::nullopt;
         arguments = {words[0] == "true"_L1};
     }
+    if (selector.startsWith("present"_L1)) {
+        std::ranges::replace(arguments, QVariant(windowWord), QVariant::fromValue(window));
+        if (selector == "presentSurveyWithId:from:fetchCompletion:"_L1 && words.size() == 2)
+            arguments.append(QVariant());
+    }
     return arguments;
 }
 
 Outcome perform(const CommandCall &call) {
     const QString &selector = call.arguments[0];
-    const auto arguments = argumentsFor(selector, call.arguments.mid(1));
+    const auto arguments = argumentsFor(selector, call.arguments.mid(1), call.state.window.get());
     if (!arguments)
         return Outcome::failed(u"these are no arguments for %1"_s.arg(selector));
     const bool performed = Kestrio::shared().perform(selector, *arguments).has_value();

@@ -1,6 +1,7 @@
 #include "host/CommandTable.h"
 #include "host/ConditionWait.h"
 #include "host/PrivateAccess.h"
+#include "host/SurveyWindow.h"
 
 #include "KestrioKit/Kestrio.h"
 
@@ -63,23 +64,44 @@ ConditionWait::Condition libraryIsIdle(const HostState &) {
     return askWhetherIdle;
 }
 
+ConditionWait::Condition surveyIsShown(const HostState &) {
+    return [](const ConditionWait::Answer &answer) {
+        answer(surveyIsStill());
+    };
+}
+
+ConditionWait::Condition surveyIsGone(const HostState &) {
+    return [](const ConditionWait::Answer &answer) {
+        answer(!surveyOnScreen());
+    };
+}
+
+/// Whether a view can be seen, and lay there already when it was asked for before.
+ConditionWait::Condition viewIsShown(const HostState &state, const QString &identifier) {
+    return [&state, identifier, before = QRect()](const ConditionWait::Answer &answer) mutable {
+        const QWidget *const view = state.window ? visibleView(*state.window, identifier) : nullptr;
+        const QRect frame =
+            view ? QRect(view->mapTo(view->window(), QPoint()), view->size()) : QRect();
+        const bool isStill = view && frame == std::exchange(before, frame);
+        answer(isStill && (!surveyOnScreen() || surveyIsStill()));
+    };
+}
+
 constexpr std::array awaitable{
-    Awaited{"visitor"_L1, visitorIsKnown},
-    Awaited{"asked"_L1, everythingIsAnswered},
-    Awaited{"idle"_L1, libraryIsIdle},
+    Awaited{"visitor"_L1, visitorIsKnown}, Awaited{"asked"_L1, everythingIsAnswered},
+    Awaited{"idle"_L1, libraryIsIdle},     Awaited{"shown"_L1, surveyIsShown},
+    Awaited{"gone"_L1, surveyIsGone},
 };
 
 Outcome waitFor(const CommandCall &call) {
     const QString &name = call.arguments[0];
     const auto *const awaited = std::ranges::find(awaitable, name, &Awaited::name);
-    if (awaited == awaitable.end())
-        return Outcome::failed(u"\"%1\" cannot be waited for"_s.arg(name));
     const auto limit = parseMilliseconds(call.arguments[1]);
     if (!limit)
         return notMilliseconds(call.arguments[1]);
     ConditionWait::start(
-        awaited->condition(call.state), *limit,
-        [completion = call.completion, name, limit = *limit](bool holds) {
+        awaited == awaitable.end() ? viewIsShown(call.state, name) : awaited->condition(call.state),
+        *limit, [completion = call.completion, name, limit = *limit](bool holds) {
             completion(holds ? std::nullopt
                              : std::optional(u"waited for %1 for %2 milliseconds"_s.arg(name).arg(
                                    limit.count())));
@@ -102,7 +124,8 @@ Outcome quit(const CommandCall &call) {
 
 constexpr std::array commands{
     Command{"wait"_L1, "MS"_L1, Arity::exactly(1), wait},
-    Command{"wait-for"_L1, "visitor|asked|idle MS"_L1, Arity::exactly(2), waitFor},
+    Command{"wait-for"_L1, "visitor|asked|idle|shown|gone|IDENTIFIER MS"_L1, Arity::exactly(2),
+            waitFor},
     Command{"quit"_L1, "[CODE]"_L1, Arity{0, 1}, quit},
 };
 

@@ -4,9 +4,16 @@
 
 #include <QtNumeric>
 
-Report &Report::text(std::string_view key, const QString &value) {
+void writeTextOrNull(KestrioKit::JSONWriter &json, const std::optional<QString> &text) {
+    if (text)
+        json.string(*text);
+    else
+        json.number(qQNaN()); // which it writes as null
+}
+
+Report &Report::text(std::string_view key, const std::optional<QString> &value) {
     m_json.key(key);
-    m_json.string(value);
+    writeTextOrNull(m_json, value);
     return *this;
 }
 

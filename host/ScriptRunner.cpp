@@ -34,6 +34,8 @@ void ScriptRunner::advance() {
         if (!line)
             break;
         ++m_lineNumber;
+        // A command may let events be handled, the arrival of more lines among them.
+        m_isBusy = true;
         const Outcome outcome = runLine(*line);
         if (outcome.kind == Outcome::Kind::failed)
             fail(outcome.error);

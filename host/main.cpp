@@ -1,7 +1,9 @@
 #include "host/ScriptRunner.h"
+#include "host/window/DemoStyle.h"
+#include "host/window/DemoWindow.h"
 
+#include <QApplication>
 #include <QCommandLineParser>
-#include <QGuiApplication>
 #include <QTimer>
 
 #include <cstdio>
@@ -12,19 +14,19 @@ namespace {
 
 constexpr int wrongUsage = 2;
 
-const QCommandLineOption
-    scriptOption(u"script"_s, u"Obey the commands in FILE; \"-\" is standard input."_s, u"FILE"_s);
-
 int refuse(const QString &reason) {
     std::fprintf(stderr, "kestrio-host: %s\n", qPrintable(reason));
     return wrongUsage;
 }
 
-void useOffscreenWithoutDisplay() {
+/// Whether there is something to show windows on; where not, they are drawn offscreen.
+bool findDisplay() {
     const bool hasDisplay =
         !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-    if (!hasDisplay && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (hasDisplay || qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        return true;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return false;
 }
 
 int runScript(const QString &path) {
@@ -37,18 +39,28 @@ int runScript(const QString &path) {
     return QCoreApplication::exec();
 }
 
+int showWindow(bool hasDisplay) {
+    if (!hasDisplay)
+        return refuse(u"no display to open the window on; give it --script FILE (see --help)"_s);
+    DemoWindow window;
+    window.show();
+    return QCoreApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
-    useOffscreenWithoutDisplay();
-    const QGuiApplication application(argc, argv);
+    const bool hasDisplay = findDisplay();
+    const QApplication application(argc, argv);
+    applyDemoStyle();
     QCoreApplication::setApplicationName(u"kestrio-host"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRIO_HOST_VERSION));
 
     const QCommandLineOption scriptOption(
         u"script"_s, u"Obey the commands in FILE; \"-\" is standard input."_s, u"FILE"_s);
     QCommandLineParser parser;
-    parser.setApplicationDescription(u"A host application of KestrioKit that a script drives."_s);
+    parser.setApplicationDescription(
+        u"A host application of KestrioKit: a window to try everything in, or a script."_s);
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOption(scriptOption);
@@ -58,7 +70,9 @@ int main(int argc, char **argv) {
         parser.showHelp();
     if (parser.isSet(u"version"_s))
         parser.showVersion();
-    if (!parser.positionalArguments().isEmpty() || !parser.isSet(scriptOption))
-        return refuse(u"nothing to do; give it --script FILE (see --help)"_s);
-    return runScript(parser.value(scriptOption));
+    if (!parser.positionalArguments().isEmpty())
+        return refuse(
+            u"unexpected argument '%1' (see --help)"_s.arg(parser.positionalArguments().first()));
+    return parser.isSet(scriptOption) ? runScript(parser.value(scriptOption))
+                                      : showWindow(hasDisplay);
 }

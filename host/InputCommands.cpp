@@ -1,0 +1,130 @@
+#include "host/CommandTable.h"
+#include "host/SurveyWindow.h"
+
+#include <QKeySequence>
+#include <QTest>
+#include <QWindow>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+// The events go to the system's window, as the system's own do, and from there the way of those.
+
+namespace {
+
+constexpr Qt::MouseButton button = Qt::LeftButton;
+
+// QTest takes the corner for the middle, so what is to be there is one pixel beside it.
+QPoint placeFor(const QPoint &position) {
+    return position.isNull() ? QPoint(1, 1) : position;
+}
+
+/// Whether the point of the view is not scrolled out of what shows it.
+bool isInView(const QWidget &view, const QPoint &point) {
+    for (const QWidget *area = &view; area;
+         area = area->isWindow() ? nullptr : area->parentWidget())
+        if (!area->rect().contains(view.mapTo(area, point)))
+            return false;
+    return true;
+}
+
+/// Calls `act` with where the middle of the control that the command names lies in the window.
+template <typename Act>
+Outcome atControl(const CommandCall &call, Act act) {
+    if (!call.state.window)
+        return Outcome::noWindow();
+    const QString &identifier = call.arguments[0];
+    const QWidget *const control = visibleView(*call.state.window, identifier);
+    if (!control)
+        return Outcome::failed(u"no \"%1\" can be seen"_s.arg(identifier));
+    const QPoint middle = control->rect().center();
+    if (!isInView(*control, middle))
+        return Outcome::failed(u"\"%1\" is scrolled out of view"_s.arg(identifier));
+    act(control->mapTo(call.state.window.get(), middle));
+    return Outcome::done();
+}
+
+void pressAt(const CommandCall &call, const QPoint &position) {
+    QWindow *const window = call.state.window->windowHandle();
+    QTest::mouseMove(window, placeFor(position));
+    QTest::mousePress(window, button, {}, placeFor(position));
+    call.state.pressedAt = position;
+}
+
+void releaseAt(const CommandCall &call, const QPoint &position) {
+    call.state.pressedAt.reset();
+    QTest::mouseRelease(call.state.window->windowHandle(), button, {}, placeFor(position));
+}
+
+Outcome click(const CommandCall &call) {
+    return atControl(call, [&call](const QPoint &position) {
+        pressAt(call, position);
+        releaseAt(call, position);
+    });
+}
+
+Outcome clickAt(const CommandCall &call) {
+    bool isX = false;
+    bool isY = false;
+    const QPoint position(call.arguments[0].toInt(&isX), call.arguments[1].toInt(&isY));
+    if (!isX || !isY)
+        return Outcome::failed(u"X and Y are whole numbers"_s);
+    if (!call.state.window)
+        return Outcome::noWindow();
+    if (!call.state.window->rect().contains(position))
+        return Outcome::failed(u"that is outside of the window"_s);
+    pressAt(call, position);
+    releaseAt(call, position);
+    return Outcome::done();
+}
+
+Outcome press(const CommandCall &call) {
+    return atControl(call, [&call](const QPoint &position) { pressAt(call, position); });
+}
+
+Outcome release(const CommandCall &call) {
+    if (!call.state.pressedAt)
+        return Outcome::failed(u"nothing is pressed"_s);
+    releaseAt(call, *call.state.pressedAt);
+    return Outcome::done();
+}
+
+Outcome type(const CommandCall &call) {
+    if (!call.state.window)
+        return Outcome::noWindow();
+    for (const char32_t character : call.arguments[0].toUcs4())
+        QTest::sendKeyEvent(QTest::Click, call.state.window->windowHandle(), Qt::Key_unknown,
+                            QString::fromUcs4(&character, 1), Qt::NoModifier);
+    return Outcome::done();
+}
+
+Outcome pressKey(const CommandCall &call) {
+    const QString &name = call.arguments[0];
+    const auto sequence = QKeySequence::fromString(name, QKeySequence::PortableText);
+    if (sequence.count() != 1 || sequence[0].key() == Qt::Key_unknown)
+        return Outcome::failed(u"\"%1\" is no key"_s.arg(name));
+    if (!call.state.window)
+        return Outcome::noWindow();
+    Qt::Key key = sequence[0].key();
+    // What keyboards send for it.
+    if (key == Qt::Key_Tab && sequence[0].keyboardModifiers().testFlag(Qt::ShiftModifier))
+        key = Qt::Key_Backtab;
+    QTest::keyClick(call.state.window->windowHandle(), key, sequence[0].keyboardModifiers());
+    return Outcome::done();
+}
+
+constexpr std::array commands{
+    Command{"click"_L1, "IDENTIFIER"_L1, Arity::exactly(1), click},
+    Command{"click-at"_L1, "X Y"_L1, Arity::exactly(2), clickAt},
+    Command{"press"_L1, "IDENTIFIER"_L1, Arity::exactly(1), press},
+    Command{"release"_L1, {}, Arity::exactly(0), release},
+    Command{"type"_L1, "TEXT"_L1, Arity::wholeLine(), type},
+    Command{"key"_L1, "NAME"_L1, Arity::exactly(1), pressKey},
+};
+
+} // namespace
+
+std::span<const Command> inputCommands() {
+    return commands;
+}

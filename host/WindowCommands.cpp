@@ -1,0 +1,126 @@
+#include "host/CommandTable.h"
+#include "host/ConditionWait.h"
+#include "host/Report.h"
+#include "host/ScreenReader.h"
+#include "host/window/DemoWindow.h"
+
+#include "KestrioKit/Kestrio.h"
+
+#include <QWindow>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// In pixels; a picture of such a window still fits into memory.
+constexpr int longestSide = 8192;
+constexpr auto patience = 5s;
+
+std::optional<QSize> parseSize(const QStringList &words) {
+    bool isWidth = false;
+    bool isHeight = false;
+    const QSize size(words[0].toInt(&isWidth), words[1].toInt(&isHeight));
+    if (!isWidth || !isHeight || size.isEmpty() || size.width() > longestSide ||
+        size.height() > longestSide)
+        return std::nullopt;
+    return size;
+}
+
+Outcome noSize() {
+    return Outcome::failed(u"width and height are whole numbers from 1 to %1"_s.arg(longestSide));
+}
+
+/// Goes on when the system has shown the window, active and at that size. What is on it is laid out
+/// in the turn of the event loop after that, so it must hold twice.
+Outcome waitForWindow(const CommandCall &call, const QSize &size) {
+    ConditionWait::start(
+        [&window = *call.state.window, size,
+         before = false](const ConditionWait::Answer &answer) mutable {
+            const bool isUp = window.windowHandle()->isExposed() && window.isActiveWindow() &&
+                              window.size() == size;
+            answer(std::exchange(before, isUp) && isUp);
+        },
+        patience,
+        [completion = call.completion](bool holds) {
+            completion(holds ? std::nullopt
+                             : std::optional(u"the system does not show such a window"_s));
+        });
+    return Outcome::later();
+}
+
+Outcome showWindow(const CommandCall &call) {
+    const auto size = parseSize(call.arguments);
+    if (!size)
+        return noSize();
+    if (!call.state.window) {
+        startScreenReader();
+        call.state.window = std::make_unique<DemoWindow>();
+    }
+    call.state.window->resize(*size);
+    call.state.window->show();
+    call.state.window->activateWindow();
+    return waitForWindow(call, *size);
+}
+
+Outcome resizeWindow(const CommandCall &call) {
+    const auto size = parseSize(call.arguments);
+    if (!size)
+        return noSize();
+    if (!call.state.window)
+        return Outcome::noWindow();
+    call.state.window->resize(*size);
+    return waitForWindow(call, *size);
+}
+
+Outcome present(const CommandCall &call) {
+    if (!call.state.window)
+        return Outcome::noWindow();
+    Kestrio::shared().presentSurvey(call.state.window.get());
+    return Outcome::done();
+}
+
+Outcome presentById(const CommandCall &call) {
+    bool isNumber = false;
+    const qint64 id = call.arguments[0].toLongLong(&isNumber);
+    if (!isNumber)
+        return Outcome::failed(u"\"%1\" is no survey's number"_s.arg(call.arguments[0]));
+    if (!call.state.window)
+        return Outcome::noWindow();
+    Kestrio::shared().presentSurvey(id, call.state.window.get(),
+                                    [id] { Report().number("fetched", id).print(); });
+    return Outcome::done();
+}
+
+Outcome presentDebugSurvey(const CommandCall &call) {
+    if (!call.state.window)
+        return Outcome::noWindow();
+    Kestrio::shared().presentDebugSurvey(call.state.window.get());
+    return Outcome::done();
+}
+
+Outcome takeScreenshot(const CommandCall &call) {
+    if (!call.state.window)
+        return Outcome::noWindow();
+    const QString &file = call.arguments[0];
+    return call.state.window->grab().save(file, "PNG")
+               ? Outcome::done()
+               : Outcome::failed(u"cannot write \"%1\""_s.arg(file));
+}
+
+constexpr std::array commands{
+    Command{"window"_L1, "W H"_L1, Arity::exactly(2), showWindow},
+    Command{"resize"_L1, "W H"_L1, Arity::exactly(2), resizeWindow},
+    Command{"present"_L1, {}, Arity::exactly(0), present},
+    Command{"present-id"_L1, "ID"_L1, Arity::exactly(1), presentById},
+    Command{"debug-survey"_L1, {}, Arity::exactly(0), presentDebugSurvey},
+    Command{"screenshot"_L1, "FILE"_L1, Arity::exactly(1), takeScreenshot},
+};
+
+} // namespace
+
+std::span<const Command> windowCommands() {
+    return commands;
+}
