@@ -99,7 +99,8 @@ TEST_F(Wire, carriesEveryOperationAsTheServiceExpectsIt) {
 
 TEST_F(Wire, carriesTheSessionsHeadersInTheirOrder) {
     host.send("configure env\nwait-for visitor 10000\nwait-for idle 10000\nlocale fr-CH\n"
-              "perform trackWithEventName:handler: Localised\nwait-for idle 10000");
+              "perform trackWithEventName:handler: Localised\nwait-for idle 10000\nlocale \"\"\n"
+              "track Unlocalised\nwait-for idle 10000");
     ASSERT_EQ(host.finish(), 0);
     const QByteArray os = QSysInfo::productVersion().toUtf8();
     const QByteArray version = "0.1.0";
@@ -126,9 +127,10 @@ TEST_F(Wire, carriesTheSessionsHeadersInTheirOrder) {
     EXPECT_FALSE(config.header("Cookie"));
 
     const QList<RecordedRequest> batches = requestsTo(server, "/1/visitors/42/events/batch");
-    ASSERT_EQ(batches.size(), 2);
+    ASSERT_EQ(batches.size(), 3);
     EXPECT_EQ(batches[0].header("Authorization"), "Bearer secret");
     EXPECT_EQ(batches[1].header("Accept-Language"), "fr-CH");
+    EXPECT_EQ(batches[2].header("Accept-Language"), "");
 }
 
 } // namespace

@@ -49,6 +49,7 @@ TEST_F(KestrioServiceRequestsTests, takesTheHostFromTheEnvironment) {
         {{}, "::1", "https://[::1]/"},
         // No host names.
         {{}, "service.test/path", ""},
+        {{}, "localhost:3000", ""},
         {{}, "", ""},
     };
     for (const auto &[environment, host, expected] : cases) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
@@ -115,6 +116,23 @@ TEST_F(Host, obeysEachLineAsItArrives) {
     EXPECT_EQ(host.reports().size(), 6);
 }
 
+// The corner of the window is the background of the survey, which closes it.
+TEST_F(Host, obeysWhatIsDoneAtItsWindow) {
+    const QString picture = data.filePath(u"window.png"_s);
+    host.send("window 1280 800\ntree\nclick Environment\nkey Ctrl+A\ntype shop \xf0\x9f\x98\x80\n"
+              "key Backspace\nkey Backspace\nkey Tab\nspeak\nkey Shift+Tab\nfocus\n"
+              "click Configure\nwait-for visitor 10000\npress \"Place order\"\nrelease\n"
+              "wait-for shown 10000\nclick-at 0 0\nwait-for gone 5000\nfocus\nresize 390 844\n"
+              "screenshot " +
+              picture.toUtf8() + "\nperform presentSurveyFrom: window");
+    expectReports(R"({"tree":null}, {"spoken":["Coffee, whole beans, spinbox",
+        "Environment, editabletext, Environment","Configure, button"]},
+        {"focus":"Environment"}, {"focus":"Place order"}, {"performed":true})");
+    finish();
+    EXPECT_EQ(QImage(picture).size(), QSize(390, 844));
+    EXPECT_EQ(recorded(u"{\"action\":\"closed\",\"eid\":\"shop\""_s), 1);
+}
+
 TEST_F(Host, endsAtTheFirstLineThatFailsAndSaysWhich) {
     const std::pair<QByteArray, int> scripts[] = {
         {"# first\n\nno-such-command", 3},
@@ -129,6 +147,16 @@ TEST_F(Host, endsAtTheFirstLineThatFailsAndSaysWhich) {
         {"wait-for sun 10", 1},
         {"wait 1\nwait-for visitor 20\nvisitor", 2},
         {"quit 256", 1},
+        {"present", 1},
+        {"window 0 5", 1},
+        {"window 400 400\nclick Nothing", 2},
+        {"window 400 400\nclick \"Place order\"", 2},
+        {"window 400 400\nclick-at 400 1", 2},
+        {"window 400 400\nrelease", 2},
+        {"window 400 400\nkey Nothing", 2},
+        {"window 400 400\nscreenshot /nowhere/window.png", 2},
+        // More than is read at a time: the rest arrives while the click is handled.
+        {"window 400 400\nclick-at 1 1" + QByteArray(5000, '\n') + "wait-for visitor 50", 5002},
         {visit + askForSurvey + "answer [9, \"\", {\"1\": \"friend\"}, 5]", 5},
         {visit + askForSurvey + "answer [true]", 5},
         {visit + askForSurvey + "answer [1", 5},
@@ -146,9 +174,14 @@ TEST_F(Host, endsAtTheFirstLineThatFailsAndSaysWhich) {
 }
 
 TEST(HostScript, thatCannotBeReadIsRefusedInOneLine) {
-    for (const QStringList &arguments :
-         {QStringList{}, {u"--script"_s}, {u"--script"_s, QDir::tempPath()}, {u"--sript"_s}}) {
-        RunningProgram host(hostProgramFile(), arguments);
+    const Environment withoutDisplay{
+        {u"DISPLAY"_s, {}}, {u"WAYLAND_DISPLAY"_s, {}}, {u"QT_QPA_PLATFORM"_s, {}}};
+    for (const QStringList &arguments : {QStringList{u"order"_s},
+                                         {u"--script"_s},
+                                         {u"--script"_s, QDir::tempPath()},
+                                         {u"--sript"_s},
+                                         {u"extra"_s}}) {
+        RunningProgram host(hostProgramFile(), arguments, withoutDisplay);
         EXPECT_EQ(host.waitForEnd(), 2) << qPrintable(arguments.join(u' '));
         EXPECT_TRUE(host.output().isEmpty());
         EXPECT_EQ(host.errors().count("kestrio-host: "), 1) << host.errors().toStdString();

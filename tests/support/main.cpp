@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
@@ -19,7 +19,7 @@ int main(int argc, char **argv) {
     ::testing::InitGoogleTest(&argc, argv);
     const QTemporaryDir data;
     qputenv("XDG_DATA_HOME", QFile::encodeName(data.path()));
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("kestrio-tests"));
     qInstallMessageHandler(failOnWarning);
     return RUN_ALL_TESTS();

@@ -1,0 +1,240 @@
+#include "KestrioKit/UI/ActionButton.h"
+#include "KestrioKit/UI/Label.h"
+#include "KestrioKit/UI/LikertQuestionContentView.h"
+#include "KestrioKit/UI/MultipleChoiceQuestionContentView.h"
+#include "KestrioKit/UI/MultiSelectQuestionContentView.h"
+#include "KestrioKit/UI/NpsQuestionContentView.h"
+#include "KestrioKit/UI/OpenQuestionContentView.h"
+#include "tests/UI/ViewTest.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QTextEdit>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int width = 358;
+
+struct Answers : QObject, QuestionContentViewDelegate {
+    void questionDidFinish(const std::optional<CodableDynamicType> &response) override {
+        list.append(*response);
+    }
+
+    QList<CodableDynamicType> list;
+};
+
+Details details() {
+    Details details;
+    details.labels = Labels{u"Never"_s, u"Always, and "_s + u"more of it "_s.repeated(9)};
+    details.options = QList<Option>{{12, u"Yes"_s, u"yes"_s},
+                                    {{}, u"Nameless"_s, u"none"_s},
+                                    {14, u"long "_s.repeated(60), u"long"_s},
+                                    {15, QString(), u"empty"_s}};
+    return details;
+}
+
+} // namespace
+
+class ContentViews : public ViewTest {
+protected:
+    template <typename View>
+    View *make(const Details &questionDetails = details()) {
+        auto *const view = new View(questionDetails, theme, false);
+        view->setDelegate(&answers);
+        show(view, width);
+        view->firstControl()->setFocus(Qt::TabFocusReason);
+        return view;
+    }
+
+    QWidget *control(const QString &identifier) const {
+        return window.findChild<QWidget *>(identifier);
+    }
+    void click(const QString &identifier) {
+        QWidget *const view = control(identifier);
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
+                          view->mapTo(&window, view->rect().center()));
+    }
+    void keys(const QList<Qt::Key> &list) {
+        for (const Qt::Key key : list)
+            QTest::keyClick(window.windowHandle(), key);
+    }
+    QString focused() const { return window.focusWidget()->objectName(); }
+    QRect frame(const QWidget *view) const {
+        return {view->mapTo(&window, QPoint()), view->size()};
+    }
+
+    Answers answers;
+};
+
+TEST_F(ContentViews, ScalesAnswerWithTheirNumbers) {
+    make<LikertQuestionContentView>();
+    click(u"Option 1"_s);
+    click(u"Option 5"_s);
+    keys({Qt::Key_Home, Qt::Key_Left, Qt::Key_Right, Qt::Key_Down, Qt::Key_Up, Qt::Key_Space});
+    delete window.findChild<LikertQuestionContentView *>();
+    make<NpsQuestionContentView>();
+    click(u"Option 0"_s);
+    keys({Qt::Key_End, Qt::Key_Right, Qt::Key_Return});
+    QList<CodableDynamicType> expected;
+    for (const int number : {1, 5, 2, 0, 10})
+        expected.append(CodableDynamicType::intValue(number));
+    EXPECT_EQ(answers.list, expected);
+}
+
+TEST_F(ContentViews, ChoicesAnswerWithIdAndValue) {
+    make<MultipleChoiceQuestionContentView>();
+    click(u"Multi-choice option: Nameless"_s);
+    click(u"Multi-choice option: Yes"_s);
+    keys({Qt::Key_End, Qt::Key_Enter});
+    EXPECT_EQ(answers.list, QList({CodableDynamicType::dictStringValue({{u"12"_s, u"yes"_s}}),
+                                   CodableDynamicType::dictStringValue({{u"15"_s, u"empty"_s}})}));
+}
+
+TEST_F(ContentViews, CheckBoxesAnswerWithTheSelectedIds) {
+    make<MultiSelectQuestionContentView>();
+    click(u"Multi-select submit button"_s);
+    click(u"Multi-select option: Yes"_s);
+    click(u"Multi-select option: Nameless"_s);
+    keys({Qt::Key_Tab, Qt::Key_Space, Qt::Key_Up, Qt::Key_Up});
+    EXPECT_EQ(focused(), u"Multi-select option: Yes-selected"_s);
+    keys({Qt::Key_Tab, Qt::Key_Return, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Tab,
+          Qt::Key_Return});
+    EXPECT_EQ(answers.list,
+              QList({CodableDynamicType::dictBoolValue({}),
+                     CodableDynamicType::dictBoolValue({{u"12"_s, true}, {u"14"_s, true}})}));
+}
+
+TEST_F(ContentViews, TextIsAnsweredAsTyped) {
+    make<OpenQuestionContentView>();
+    auto *const field = window.findChild<QTextEdit *>(u"Open question prompt"_s);
+    const auto *const placeholder = field->findChild<Label *>();
+    click(u"Open question button"_s);
+    EXPECT_EQ(window.focusWidget(), control(u"Open question button"_s));
+    EXPECT_TRUE(placeholder->isVisible());
+    click(u"Open question prompt"_s);
+    QInputMethodEvent composing(u"ni"_s, {});
+    QCoreApplication::sendEvent(field, &composing);
+    EXPECT_FALSE(placeholder->isVisible());
+    QInputMethodEvent composed;
+    QCoreApplication::sendEvent(field, &composed);
+    EXPECT_TRUE(placeholder->isVisible());
+    composed.setCommitString(u"你"_s);
+    QCoreApplication::sendEvent(field, &composed);
+    QGuiApplication::clipboard()->setText(u"\u00A0b"_s);
+    field->paste();
+    keys({Qt::Key_Return, Qt::Key_X, Qt::Key_Tab, Qt::Key_Space});
+    field->selectAll();
+    field->cut();
+    EXPECT_TRUE(placeholder->isVisible());
+    EXPECT_EQ(answers.list, QList({CodableDynamicType::stringValue(QString()),
+                                   CodableDynamicType::stringValue(u"你\u00A0b\nx"_s)}));
+    field->setFocus();
+    QTest::keyClicks(field, u"WWWWWWWW"_s);
+    EXPECT_EQ(colorAt(frame(field->viewport()).x() + field->cursorRect().x(), 25), theme);
+    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(colorAt(14, 13), theme);
+}
+
+TEST_F(ContentViews, AScaleIsOneStopForTab) {
+    make<LikertQuestionContentView>();
+    auto *const after = new ActionButton(u"After"_s, theme);
+    after->setObjectName(u"after"_s);
+    after->setParent(&window);
+    after->show();
+    keys({Qt::Key_Right, Qt::Key_Right, Qt::Key_Tab});
+    EXPECT_EQ(focused(), u"after"_s);
+    QTest::keyClick(&window, Qt::Key_Backtab);
+    EXPECT_EQ(focused(), u"Option 3"_s);
+    keys({Qt::Key_Home, Qt::Key_Left, Qt::Key_End, Qt::Key_Right});
+    EXPECT_EQ(focused(), u"Option 5"_s);
+    EXPECT_EQ(answers.list.size(), 0);
+    EXPECT_EQ(control(u"Option 1"_s)->accessibleDescription(), u"Never"_s);
+}
+
+TEST_F(ContentViews, ScalesShareTheRowEquallyAtEachWidth) {
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        window.setLayoutDirection(direction);
+        auto *const view = make<NpsQuestionContentView>();
+        for (const int row : {288, 358, 467}) {
+            show(view, row);
+            int left = 0;
+            for (int place = 0; place < 11; ++place) {
+                const int position = direction == Qt::LeftToRight ? place : 10 - place;
+                const QRect button = frame(control(u"Option %1"_s.arg(position)));
+                EXPECT_EQ(button.x(), left);
+                EXPECT_NEAR(button.width(), (row - 10) / 11.0, 1);
+                EXPECT_EQ(button.height(), 50);
+                left = button.right() + 2;
+                EXPECT_TRUE(place == 10 || colorAt(left - 0.5, 25) == theme);
+            }
+            EXPECT_EQ(left, row + 1);
+            const auto labels = view->findChildren<Label *>();
+            EXPECT_EQ(frame(labels[0]).y(), 58);
+            EXPECT_FALSE(frame(labels[0]).intersects(frame(labels[1])));
+            EXPECT_EQ(labels[0]->width(), labels[0]->naturalWidth());
+            EXPECT_EQ(labels[1]->height(), labels[1]->heightForWidth(labels[1]->width()));
+            EXPECT_EQ(view->height(), 58 + labels[1]->height());
+        }
+        delete view;
+    }
+}
+
+TEST_F(ContentViews, StackTheirControlsAtTheLeadingEdge) {
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        window.setLayoutDirection(direction);
+        for (const bool isMultiSelect : {false, true}) {
+            QuestionContentContainer *const view = isMultiSelect
+                                                       ? static_cast<QuestionContentContainer *>(
+                                                             make<MultiSelectQuestionContentView>())
+                                                       : make<MultipleChoiceQuestionContentView>();
+            int bottom = -8;
+            for (const auto *const button : view->findChildren<QAbstractButton *>()) {
+                const bool isAction = qobject_cast<const ActionButton *>(button);
+                const QRect place = frame(button);
+                EXPECT_EQ(place.y(), bottom + (isAction ? 16 : 8));
+                EXPECT_EQ(place.height(), button->heightForWidth(place.width()));
+                EXPECT_EQ(direction == Qt::LeftToRight ? place.x() : width - place.right() - 1, 0);
+                EXPECT_EQ(place.width(), isAction ? button->sizeHint().width() : width);
+                bottom = place.bottom() + 1;
+            }
+            EXPECT_EQ(view->height(), bottom);
+            delete view;
+        }
+    }
+}
+
+// The survey lies in the host's window, where the host's rules hold.
+TEST_F(ContentViews, LookTheSameUnderAnyStyleSheet) {
+    const auto picturesUnder = [this](const QString &styleSheet) {
+        window.setStyleSheet(styleSheet);
+        make<LikertQuestionContentView>();
+        QList<QImage> pictures;
+        for (QuestionContentContainer *const view :
+             std::initializer_list<QuestionContentContainer *>{
+                 new LikertQuestionContentView(details(), theme, true),
+                 new MultipleChoiceQuestionContentView(details(), theme, true),
+                 new MultiSelectQuestionContentView(details(), theme, true),
+                 new OpenQuestionContentView(details(), theme, true)}) {
+            qDeleteAll(window.findChildren<QuestionContentContainer *>());
+            show(view, width);
+            QImage picture(view->size(), QImage::Format_RGB32);
+            picture.fill(Qt::white);
+            view->render(&picture, {}, {}, QWidget::DrawChildren);
+            pictures.append(picture);
+        }
+        return pictures;
+    };
+    const auto plain = picturesUnder({});
+    EXPECT_EQ(
+        picturesUnder(u"QWidget { background: #333; color: red; border: 2px solid; padding: 5px;"
+                      " font: bold 30px; } QLabel { background: yellow; min-height: 90px; }"
+                      "QTextEdit { min-height: 200px; } QTextEdit:focus { color: blue; }"
+                      "QScrollBar { width: 40px; }"_s),
+        plain);
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,181 @@
+#include "KestrioKit/UI/ActionButton.h"
+#include "KestrioKit/UI/CheckboxButton.h"
+#include "KestrioKit/UI/CloseButton.h"
+#include "KestrioKit/UI/Fonts.h"
+#include "KestrioKit/UI/KestrioUI.h"
+#include "KestrioKit/UI/Label.h"
+#include "KestrioKit/UI/PageControl.h"
+#include "KestrioKit/UI/ThemedButton.h"
+#include "tests/UI/ViewTest.h"
+
+#include <QAccessible>
+#include <QSignalSpy>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+using Controls = ViewTest;
+
+static int inkedRows(const QString &text) {
+    const QImage picture =
+        Label(text, preferredFont(TextStyle::title2), Qt::black).grab().toImage();
+    int rows = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        int x = 1;
+        while (x < picture.width() && picture.pixel(x, y) == picture.pixel(0, 0))
+            ++x;
+        rows += x < picture.width();
+    }
+    return rows;
+}
+
+TEST_F(Controls, CheckboxShowsWhetherItIsSelected) {
+    auto *const button = show(new CheckboxButton(u"R&D"_s, theme), 200);
+    const QPointF box(14, (button->height() - 16) / 2);
+    struct {
+        double x, y;
+        QColor unchecked, checked;
+    } const points[] = {
+        {10, 4, Qt::white, theme}, {17, 16, Qt::white, theme}, {-5, 10, Qt::white, Qt::white}};
+    for (const bool isChecked : {false, true, false}) {
+        button->setChecked(isChecked);
+        EXPECT_EQ(button->objectName(), isChecked ? u"Multi-select option: R&D-selected"_s
+                                                  : u"Multi-select option: R&D"_s);
+        for (const auto &point : points)
+            EXPECT_TRUE(isNear(colorAt(box.x() + point.x * 0.8, box.y() + point.y * 0.8),
+                               isChecked ? point.checked : point.unchecked))
+                << point.x;
+        const int tick = colorAt(box.x() + 12 * 0.8, box.y() + 10.5 * 0.8).lightness();
+        EXPECT_GT(tick, isChecked ? theme.lightness() + 30 : 250);
+    }
+    EXPECT_EQ(colorAt(0.4, 20), theme);
+    QTest::mousePress(button, Qt::LeftButton);
+    EXPECT_TRUE(isNear(colorAt(0.4, 20), onWhite(theme, 0.5)));
+    QTest::mouseRelease(button, Qt::LeftButton);
+    EXPECT_FALSE(button->isChecked());
+    button->toggleAnimated();
+    button->toggleAnimated();
+    QTest::qWait(150);
+    EXPECT_TRUE(isNear(colorAt(box.x() + 8, box.y() + 3), Qt::white));
+}
+
+TEST_F(Controls, CloseButtonIsACircleWithACross) {
+    auto *const button = show(new CloseButton, 26);
+    EXPECT_EQ(button->size(), QSize(26, 26));
+    const QColor inactive = KestrioUI::Color::inactive();
+    window.setStyleSheet(u"QWidget { background: black; }"_s);
+    EXPECT_TRUE(isNear(colorAt(13, 13), inactive));
+    EXPECT_TRUE(isNear(colorAt(13, 5), Qt::white));
+    EXPECT_TRUE(isNear(colorAt(13, 0.4), inactive, 40));
+    EXPECT_TRUE(isNear(colorAt(1, 1), Qt::black));
+    QTest::mousePress(button, Qt::LeftButton);
+    EXPECT_TRUE(isNear(colorAt(13, 5), onWhite(Qt::black, 0.7)));
+}
+
+TEST_F(Controls, BordersAreSharpAtEachScale) {
+    auto *const button = show(new ThemedButton(QString(), {.borderWidth = 1}), 50);
+    button->setThemeColor(theme);
+    button->move(1, 1);
+    window.resize(52, button->height() + 2);
+    const QImage picture = window.grab().toImage();
+    int inBorder = 0;
+    for (int x = 0; x < picture.width(); ++x) {
+        const QColor color = picture.pixelColor(x, picture.height() / 2);
+        EXPECT_TRUE(color == theme || color == Qt::white);
+        inBorder += color == theme;
+    }
+    EXPECT_EQ(inBorder, 2 * qRound(picture.devicePixelRatio()));
+}
+
+TEST_F(Controls, ThemedButtonTakesTheStateThatWasSetLast) {
+    auto *const button =
+        show(new ThemedButton(u"&Title"_s, {.cornerRadius = 3, .borderWidth = 1}), 100);
+    const auto background = [this] {
+        return colorAt(6, 6);
+    };
+    button->setSelected(true);
+    EXPECT_EQ(background(), Qt::white);
+    button->setThemeColor(theme);
+    EXPECT_TRUE(isNear(background(), onWhite(theme, 0.3)));
+    QTest::mousePress(button, Qt::LeftButton);
+    button->setSelected(false);
+    EXPECT_EQ(background(), Qt::white);
+    button->setSelected(true);
+    QTest::mouseRelease(button, Qt::LeftButton);
+    EXPECT_EQ(background(), Qt::white);
+}
+
+TEST_F(Controls, ButtonsArePressedByKeyAndShowTheFocusToWhoUsesKeys) {
+    auto *const button = show(new ActionButton(u"N&ext"_s, theme), 100);
+    const QSignalSpy clicks(button, &QAbstractButton::clicked);
+    const auto ring = [this, button] {
+        return colorAt(50, button->height() - 4);
+    };
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, button->geometry().center());
+    EXPECT_EQ(ring(), theme);
+    button->clearFocus();
+    button->setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(ring(), Qt::white);
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Right})
+        QTest::keyClick(window.windowHandle(), key);
+    QTest::keyClick(window.windowHandle(), Qt::Key_E, Qt::AltModifier);
+    EXPECT_EQ(clicks.count(), 4);
+    EXPECT_FALSE(button->isHighlighted());
+    const QSize title = Label(u"N&ext"_s, preferredFont(TextStyle::body), theme).sizeHint();
+    EXPECT_EQ(button->sizeHint(), title.grownBy({16, 8, 16, 8}));
+}
+
+TEST_F(Controls, PageControlMarksTheCurrentPage) {
+    struct {
+        int pages, current, width, dot, page;
+        double edge;
+    } const cases[] = {{3, 1, 48, 1, 2, 3}, {3, 9, 48, 2, 3, 3}, {40, 12, 80, 2, 13, 1.5}};
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        for (const auto &known : cases) {
+            auto *const pages = new PageControl(known.pages, Qt::gray, theme);
+            pages->setLayoutDirection(direction);
+            pages->setCurrentPage(known.current);
+            show(pages, known.width);
+            const int dots = known.width / 16;
+            for (int dot = 0; dot < dots; ++dot) {
+                const int place = direction == Qt::LeftToRight ? dot : dots - 1 - dot;
+                EXPECT_EQ(colorAt(place * 16 + 8, 13), dot == known.dot ? theme : QColor(Qt::gray));
+                EXPECT_TRUE(isNear(colorAt(place * 16 + 13, 13), Qt::white));
+            }
+            EXPECT_FALSE(isNear(colorAt(8 + known.edge - 0.5, 13), Qt::white, 40));
+            EXPECT_TRUE(isNear(colorAt(8 + known.edge + 1.5, 13), Qt::white));
+            auto *const interface = QAccessible::queryAccessibleInterface(pages);
+            EXPECT_EQ(interface->role(), QAccessible::ProgressBar);
+            EXPECT_EQ(interface->valueInterface()->currentValue(), known.page);
+            EXPECT_EQ(interface->valueInterface()->maximumValue(), known.pages);
+            delete pages;
+        }
+    }
+}
+
+TEST_F(Controls, LabelsShowTheirTextWhole) {
+    const QFont font = preferredFont(TextStyle::body);
+    const int line = QFontMetrics(font).height();
+    for (const QString &text : {u"word "_s.repeated(400), u"Donaudampfschifffahrt"_s.repeated(90),
+                                u"長い文章"_s.repeated(500), u"مرحبا بالعالم "_s.repeated(150)}) {
+        Label label(text, font, Qt::black);
+        for (const int width : {60, 288, 468}) {
+            const int lines = label.heightForWidth(width) / line;
+            EXPECT_GE(lines * width, label.naturalWidth() * 0.9);
+            label.resize(width, label.heightForWidth(width) + line);
+            const QImage picture = label.grab().toImage();
+            const QColor empty = picture.pixelColor(0, picture.height() - 1);
+            for (int x = 0; x < picture.width(); ++x)
+                EXPECT_EQ(picture.pixelColor(x, picture.height() - line / 2), empty);
+        }
+    }
+    EXPECT_EQ(Label(QString(), font, Qt::black).sizeHint(), QSize(0, 0));
+    EXPECT_EQ(inkedRows(u"ẪẶǕ"_s), inkedRows(u"\nẪẶǕ\n"_s));
+    const QString arabic = u"مرحبا (بالعالم)!"_s;
+    const QString marked = arabic + QChar(0x200F);
+    EXPECT_EQ(Label(arabic, font, Qt::black).grab().toImage(),
+              Label(marked, font, Qt::black).grab().toImage());
+}
+
+} // namespace KestrioKit

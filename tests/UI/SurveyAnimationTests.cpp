@@ -1,0 +1,111 @@
+#include "tests/UI/SurveyScreenTest.h"
+
+#include "KestrioKit/UI/Animation.h"
+#include "KestrioKit/UI/BackgroundView.h"
+#include "KestrioKit/UI/ScrollView.h"
+#include "KestrioKit/UI/SurveyView.h"
+#include "KestrioKit/UI/ViewEffect.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+/// The same with everything moving; time passes as the test says.
+class SurveyAnimation : public SurveyScreenTest {
+protected:
+    SurveyAnimation() { QApplication::setStyle(QStyleFactory::create(u"fusion"_s)); }
+
+    /// From now on only `pass()` moves what is moving.
+    void hold() {
+        if (!survey())
+            return;
+        for (Animation *const animation : survey()->findChildren<Animation *>()) {
+            if (animation->state() == QAbstractAnimation::Running)
+                animation->pause();
+        }
+    }
+    void pass(int milliseconds) {
+        for (const QPointer<Animation> animation : survey()->findChildren<Animation *>()) {
+            if (animation)
+                animation->setCurrentTime(animation->currentTime() + milliseconds);
+        }
+        hold();
+    }
+    int cardTop() const { return frame(view<SurveyView>()).top(); }
+
+    static constexpr auto twoScales = R"([
+        {"name":11,"type":"likert","props":{"message":"How was it?"}},
+        {"name":12,"type":"likert","props":{"message":"And how was that, in more words?"}}])";
+};
+
+TEST_F(SurveyAnimation, SpringsInAndSlidesOut) {
+    present(twoScales);
+    hold();
+    const int height = window.height();
+    const int place = height - view<SurveyView>()->height();
+    EXPECT_GT(cardTop(), place + (height - place) / 2);
+    int highest = height;
+    for (int time = 0; time < 600 && !survey()->findChildren<Animation *>().isEmpty(); time += 10) {
+        highest = std::min(highest, cardTop());
+        pass(10);
+    }
+    EXPECT_NEAR(highest, place - (height - place) * 0.046, 3);
+    EXPECT_EQ(cardTop(), place);
+    EXPECT_EQ(view<BackgroundView>()->alpha(), 1);
+    key(Qt::Key_Escape);
+    hold();
+    pass(70);
+    EXPECT_GT(cardTop(), place);
+    EXPECT_LT(cardTop(), height);
+    pass(200);
+    EXPECT_EQ(cardTop(), height);
+    EXPECT_EQ(core->survey().has_value(), true);
+    pass(250);
+    EXPECT_EQ(survey(), nullptr);
+    EXPECT_EQ(core->survey(), std::nullopt);
+}
+
+TEST_F(SurveyAnimation, ClosingEarlyDoesNotBringTheCardBack) {
+    present(twoScales);
+    hold();
+    pass(60);
+    key(Qt::Key_Escape);
+    for (int before = cardTop(); survey(); pass(20)) {
+        EXPECT_GE(cardTop(), before);
+        before = cardTop();
+    }
+}
+
+TEST_F(SurveyAnimation, APageIsAnsweredOnceItIsSeen) {
+    present(twoScales);
+    hold();
+    pass(600);
+    const QPoint option = frame(u"Option 3"_s).center();
+    click(option);
+    hold();
+    click(option);
+    pass(70);
+    EXPECT_LT(ViewEffect::alpha(view<QuestionView>()), 0.9);
+    pass(200);
+    EXPECT_EQ(ViewEffect::alpha(view<ScrollView>()), 0);
+    const int growing = view<SurveyView>()->height();
+    click(option);
+    key(Qt::Key_Space);
+    pass(250);
+    EXPECT_GT(view<SurveyView>()->height(), growing);
+    EXPECT_EQ(view<SurveyView>()->questionIndex(), 1);
+    EXPECT_EQ(focused(), u"Option 1"_s);
+    pass(250);
+    click(u"Option 5"_s);
+    pass(60);
+    key(Qt::Key_Escape);
+    while (survey())
+        pass(50);
+    EXPECT_EQ(history(), QStringList({u"closed"_s, u"seen"_s, u"seen 11"_s, u"seen 12"_s}));
+    EXPECT_EQ(responses(), QList<QStringList>({{u"11=3"_s, u"11=3"_s, u"12=5"_s}}));
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,205 @@
+#include "tests/UI/SurveyScreenTest.h"
+
+#include "KestrioKit/UI/BackgroundView.h"
+#include "KestrioKit/UI/CloseButton.h"
+#include "KestrioKit/UI/Label.h"
+#include "KestrioKit/UI/PageControl.h"
+#include "KestrioKit/UI/QuestionView.h"
+#include "KestrioKit/UI/ScrollView.h"
+#include "KestrioKit/UI/SurveyView.h"
+
+#include <QApplication>
+#include <QPointingDevice>
+#include <QScroller>
+#include <QWindow>
+
+#include <private/qinputmethod_p.h>
+#include <qpa/qplatforminputcontext.h>
+#include <qpa/qwindowsysteminterface.h>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto shortQuestion = R"([{"name":11,"type":"likert","props":{"message":"How?"}}])";
+
+/// A question of that many lines and more, and sixty options.
+QByteArray longQuestion() {
+    QByteArray options;
+    for (int id = 1; id <= 60; ++id)
+        options += (id > 1 ? "," : "") + QByteArray(R"({"id":%,"label":"Option %","value":"v"})")
+                                             .replace('%', QByteArray::number(id));
+    return R"([{"name":11,"type":"multiplechoice","props":{"message":")" +
+           QByteArray("words and more ").repeated(130) + R"(","options":[)" + options + "]}}]";
+}
+
+/// An on-screen keyboard at the bottom of the window.
+class Keyboard final : public QPlatformInputContext {
+public:
+    explicit Keyboard(const QRectF &frame) : m_frame(frame) {
+        QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = this;
+        emitKeyboardRectChanged();
+        emitInputPanelVisibleChanged();
+    }
+    ~Keyboard() override {
+        QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = nullptr;
+    }
+
+    bool isInputPanelVisible() const override { return m_isVisible; }
+    QRectF keyboardRect() const override { return m_isVisible ? m_frame : QRectF(); }
+    void hideInputPanel() override {
+        m_isVisible = false;
+        emitInputPanelVisibleChanged();
+    }
+
+private:
+    QRectF m_frame;
+    bool m_isVisible = true;
+};
+
+} // namespace
+
+using SurveyLayout = SurveyScreenTest;
+
+TEST_F(SurveyLayout, SizesTheCardByTheWindow) {
+    present(shortQuestion);
+    struct {
+        QSize window;
+        int x, width, below;
+    } const cases[] = {
+        {{320, 480}, 0, 320, 0},       {{390, 844}, 0, 390, 0},   {{599, 900}, 49, 500, 0},
+        {{900, 599}, 200, 500, 0},     {{600, 600}, 50, 500, 14}, {{1280, 800}, 390, 500, 14},
+        {{3840, 2160}, 1670, 500, 14},
+    };
+    for (const auto &known : cases) {
+        window.resize(known.window);
+        const QRect card = frame(u"Kestrio Survey"_s);
+        EXPECT_EQ(card.x(), known.x) << known.window.width();
+        EXPECT_EQ(card.width(), known.width);
+        EXPECT_EQ(known.window.height() - card.y() - card.height(), known.below);
+        EXPECT_EQ(frame(view<BackgroundView>()), QRect(QPoint(), known.window));
+        const QRect page = frame(view<QuestionView>());
+        EXPECT_EQ(page.topLeft() - card.topLeft(), QPoint(16, 32));
+        EXPECT_EQ(page.width(), card.width() - 32);
+        EXPECT_EQ(frame(view<CloseButton>()),
+                  QRect(card.right() + 1 - 16 - 26, card.y() + 16, 26, 26));
+        const QRect dots = frame(view<PageControl>());
+        EXPECT_EQ(dots.y() - page.y() - page.height(), 16);
+        EXPECT_EQ(card.bottom() - dots.bottom(), 8);
+        EXPECT_EQ(frame(u"Option 1"_s).height(), 50);
+    }
+    const QImage picture = window.grab().toImage();
+    EXPECT_NEAR(picture.pixelColor(0, 0).red(), window.palette().window().color().red() * 0.4, 1);
+}
+
+TEST_F(SurveyLayout, ScrollsWhatIsTooHighAndFollowsTheFocus) {
+    present(longQuestion());
+    auto *const scroll = view<ScrollView>();
+    EXPECT_EQ(frame(u"Kestrio Survey"_s), window.rect());
+    ASSERT_GT(scroll->maximumOffset(), 2000);
+    EXPECT_EQ(scroll->offset(), 0);
+    key(Qt::Key_PageDown);
+    EXPECT_EQ(scroll->offset(), scroll->height());
+    const QPoint middle = frame(scroll).center();
+    QWindowSystemInterface::handleWheelEvent(window.windowHandle(), middle,
+                                             window.mapToGlobal(middle), {}, {0, 120});
+    finish();
+    EXPECT_LT(scroll->offset(), scroll->height());
+    key(Qt::Key_End);
+    EXPECT_EQ(focused(), u"Multi-choice option: Option 60"_s);
+    EXPECT_TRUE(frame(scroll).contains(frame(u"Multi-choice option: Option 60"_s)));
+    key(Qt::Key_Home);
+    EXPECT_TRUE(frame(scroll).contains(frame(u"Multi-choice option: Option 1"_s)));
+}
+
+TEST_F(SurveyLayout, ScrollsWithAFingerWithoutPressing) {
+    present(longQuestion());
+    auto *const scroll = view<ScrollView>();
+    scroll->setOffset(1000);
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    const QPoint start = frame(scroll).center();
+    QTest::touchEvent(window.windowHandle(), screen.get()).press(0, start);
+    for (int step = 1; step <= 20; ++step) {
+        QTest::qWait(5);
+        QTest::touchEvent(window.windowHandle(), screen.get())
+            .move(0, start - QPoint(0, step * 10));
+    }
+    QTest::touchEvent(window.windowHandle(), screen.get()).release(0, start - QPoint(0, 200));
+    EXPECT_GT(scroll->offset(), 1100);
+    QScroller::scroller(scroll)->stop();
+    finish();
+    EXPECT_EQ(history(), QStringList({u"seen"_s, u"seen 11"_s}));
+    EXPECT_EQ(view<SurveyView>()->questionIndex(), 0);
+
+    QTest::touchEvent(window.windowHandle(), screen.get()).press(0, start);
+    QWindowSystemInterface::handleTouchCancelEvent(window.windowHandle(), screen.get());
+    finish();
+
+    QTest::touchEvent(window.windowHandle(), screen.get()).press(0, QPoint(5, 5));
+    scroll->setOffset(scroll->maximumOffset());
+    const QPoint option = frame(u"Multi-choice option: Option 60"_s).center();
+    QTest::touchEvent(window.windowHandle(), screen.get()).release(0, QPoint(5, 5));
+    QTest::touchEvent(window.windowHandle(), screen.get()).press(1, option);
+    QTest::touchEvent(window.windowHandle(), screen.get()).release(1, option);
+    EXPECT_EQ(responses(), QList<QStringList>());
+    EXPECT_EQ(view<SurveyView>()->questionIndex(), 1);
+}
+
+TEST_F(SurveyLayout, LooksTheSameUnderAHostsStyleSheet) {
+    const auto picture = [this](const QByteArray &questions) {
+        present(questions);
+        if (questions.contains("likert"))
+            click(u"Option 3"_s);
+        window.setFocus();
+        // Within the corners, around which the host shows.
+        const QRect card = frame(u"Kestrio Survey"_s).adjusted(14, 14, -14, -14);
+        const QImage image = window.grab(card).toImage();
+        delete survey();
+        core->setSurvey(std::nullopt);
+        return image;
+    };
+    const QByteArray options = R"("options":[{"id":1,"label":"One","value":"1"}])";
+    for (const QByteArray &questions :
+         {QByteArray(R"([{"name":1,"type":"nps","props":{"message":"How?"}}])"),
+          QByteArray(R"([{"name":1,"type":"open","props":{"message":"How?"}}])"),
+          R"([{"name":1,"type":"multiplechoice","props":{"message":"How?",)" + options + "}}]",
+          R"([{"name":1,"type":"multipleselect","props":{"message":"How?",)" + options + "}}]",
+          QByteArray(shortQuestion)}) {
+        const QImage plain = picture(questions);
+        qApp->setStyleSheet(
+            u"QWidget QWidget { min-width: 120px; min-height: 60px; padding: 9px; color: red;"
+            " background: yellow; border: 3px solid red; font: 40px serif }"_s);
+        EXPECT_EQ(picture(questions), plain) << questions.constData();
+        qApp->setStyleSheet({});
+    }
+}
+
+TEST_F(SurveyLayout, RisesJustAboveTheKeyboard) {
+    present(R"([{"name":11,"type":"open","props":{"message":"Why?"}},
+                {"name":12,"type":"likert","props":{"message":"How?"}}])");
+    const int page = frame(view<QuestionView>()).bottom();
+    const int top = frame(u"Kestrio Survey"_s).top();
+    Keyboard keyboard(QRectF(0, 400, window.width(), 300));
+    EXPECT_EQ(frame(view<QuestionView>()).bottom() + 1, 400 - 8);
+    EXPECT_EQ(top - frame(u"Kestrio Survey"_s).top(), page + 1 - 400 + 8);
+    click(u"Open question button"_s);
+    EXPECT_EQ(window.height() - 1, frame(u"Kestrio Survey"_s).bottom());
+}
+
+TEST_F(SurveyLayout, MirrorsForLanguagesWrittenFromTheRight) {
+    for (const QByteArray locale : {"ar", "he-IL", "fa", "ur_PK", "en"}) {
+        present(shortQuestion, locale);
+        const bool mirrored = locale != "en";
+        const QRect card = frame(u"Kestrio Survey"_s);
+        EXPECT_EQ(frame(view<CloseButton>()).center().x() < card.center().x(), mirrored);
+        EXPECT_EQ(frame(u"Option 1"_s).x() > frame(u"Option 5"_s).x(), mirrored);
+        key(mirrored ? Qt::Key_Left : Qt::Key_Right);
+        EXPECT_EQ(focused(), u"Option 2"_s);
+        EXPECT_EQ(frame(view<Label>()).left() - card.left(), mirrored ? 16 + 32 : 16);
+        key(Qt::Key_Escape);
+    }
+}
+
+} // namespace KestrioKit

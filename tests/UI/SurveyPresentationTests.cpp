@@ -1,0 +1,168 @@
+#include "tests/UI/SurveyScreenTest.h"
+
+#include "KestrioKit/Facade/DebugSurvey.h"
+#include "KestrioKit/UI/KeyboardObserver.h"
+
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+#include <QApplication>
+#include <QPointingDevice>
+#include <QShortcut>
+#include <QWheelEvent>
+#include <QWindow>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto scaleAndText = R"([
+    {"name":11,"type":"likert","props":{"message":"How was it?"}},
+    {"name":12,"type":"open","props":{"message":"Why?"}}])";
+
+} // namespace
+
+using SurveyPresentation = SurveyScreenTest;
+
+TEST_F(SurveyPresentation, KeepsInputFromTheHostAndGivesTheFocusBack) {
+    int shortcuts = 0;
+    QShortcut shortcut(QKeySequence(u"Ctrl+S"_s), &window);
+    QObject::connect(&shortcut, &QShortcut::activated, &window, [&shortcuts] { ++shortcuts; });
+    present(scaleAndText);
+    EXPECT_EQ(focused(), u"Option 1"_s);
+    key(Qt::Key_S, Qt::ControlModifier);
+    type(u"typed"_s);
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, frame(&button).center());
+    button.setFocus();
+    EXPECT_EQ(focused(), u"Option 1"_s);
+    for (int times = 0; times < 4; ++times) {
+        key(Qt::Key_Tab);
+        EXPECT_TRUE(survey()->isAncestorOf(window.focusWidget()));
+    }
+    EXPECT_EQ(shortcuts, 0);
+    EXPECT_EQ(field.text(), QString());
+    EXPECT_EQ(presses, 0);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(survey(), nullptr);
+    EXPECT_EQ(window.focusWidget(), &button);
+    key(Qt::Key_S, Qt::ControlModifier);
+    click(frame(&button).center());
+    EXPECT_EQ(shortcuts, 1);
+    EXPECT_EQ(presses, 1);
+}
+
+TEST_F(SurveyPresentation, HidesTheHostFromAssistiveTechnologyMeanwhile) {
+    const auto press = [](QAccessibleInterface *interface) {
+        if (auto *const actions = interface ? interface->actionInterface() : nullptr)
+            actions->doAction(QAccessibleActionInterface::pressAction());
+    };
+    QAccessibleInterface *const before = QAccessible::queryAccessibleInterface(&button);
+    const QAccessible::Id id = QAccessible::uniqueId(before);
+    present(scaleAndText);
+    EXPECT_EQ(QAccessible::accessibleInterface(id), nullptr);
+    QAccessibleInterface *const covered = QAccessible::queryAccessibleInterface(&button);
+    press(covered);
+    EXPECT_TRUE(covered->state().invisible);
+    EXPECT_EQ(presses, 0);
+    press(QAccessible::queryAccessibleInterface(control(u"Option 3"_s)));
+    EXPECT_TRUE(waitFor([this] { return focused() == u"Open question prompt"_s; }));
+    key(Qt::Key_Escape);
+    press(QAccessible::queryAccessibleInterface(&button));
+    EXPECT_TRUE(waitFor([this] { return presses == 1; }));
+}
+
+TEST_F(SurveyPresentation, ReportsWhatWasSeenAnsweredAndClosed) {
+    present(scaleAndText);
+    click(u"Option 4"_s);
+    type(u"Fast"_s);
+    click(u"Open question button"_s);
+    click(QPoint(5, 5));
+    EXPECT_EQ(survey(), nullptr);
+    EXPECT_EQ(history(), QStringList({u"closed"_s, u"seen"_s, u"seen 11"_s, u"seen 12"_s}));
+    EXPECT_EQ(responses(), QList<QStringList>({{u"11=4"_s, u"12=\"Fast\""_s}}));
+    EXPECT_EQ(core->survey(), std::nullopt);
+}
+
+TEST_F(SurveyPresentation, ThanksForASecondAndGoes) {
+    present(R"([{"name":11,"type":"likert","props":{"message":"How was it?"}}])");
+    click(u"Option 5"_s);
+    ASSERT_NE(survey(), nullptr);
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(waitFor([this] { return !survey(); }));
+    EXPECT_EQ(history(), QStringList({u"seen"_s, u"seen 11"_s}));
+    EXPECT_EQ(responses(), QList<QStringList>({{u"11=5"_s}}));
+}
+
+TEST_F(SurveyPresentation, SubmitsOnceHoweverItEnds) {
+    // Under the part that a finger taps.
+    button.setGeometry(0, 0, 50, 50);
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    const std::function<void()> endings[] = {
+        [this, &screen] {
+            QTest::touchEvent(window.windowHandle(), screen.get()).press(0, QPoint(5, 5));
+            QTest::touchEvent(window.windowHandle(), screen.get()).release(0, QPoint(5, 5));
+        },
+        [this] { window.close(); },
+        [this] { delete survey(); },
+        [this] { click(u"Close button"_s); },
+        [this] { click(QPoint(5, 5)); },
+        [this] {
+            Q_EMIT qApp->aboutToQuit({});
+            key(Qt::Key_Escape);
+        },
+    };
+    for (qsizetype count = 1; const auto &end : endings) {
+        window.show();
+        present(scaleAndText);
+        click(u"Option 2"_s);
+        end();
+        EXPECT_EQ(survey(), nullptr);
+        EXPECT_EQ(responses().size(), count++);
+        EXPECT_EQ(core->survey(), std::nullopt);
+    }
+    EXPECT_EQ(presses, 0);
+}
+
+TEST_F(SurveyPresentation, SaysWhyItCannotShowASurvey) {
+    QWidget hidden;
+    auto *const gone = new QWidget(&window);
+    const QPointer<QWidget> guard(gone);
+    delete gone;
+    testing::internal::CaptureStdout();
+    core->presentSurvey(&window);
+    core->presentDebugSurvey(nullptr);
+    core->presentDebugSurvey(guard);
+    core->presentDebugSurvey(&hidden);
+    EXPECT_EQ(survey(), nullptr);
+    core->presentDebugSurvey(&field);
+    core->presentDebugSurvey(&window);
+    const QPointer<SurveyViewController> first = survey();
+    EXPECT_EQ(first->parentWidget(), &window);
+    const QString printed = QString::fromStdString(testing::internal::GetCapturedStdout());
+    EXPECT_EQ(printed.count(u"No survey found."_s), 1);
+    EXPECT_EQ(printed.count(u"There is no widget"_s), 2);
+    EXPECT_EQ(printed.count(u"is not shown itself"_s), 1);
+    EXPECT_EQ(printed.count(u"Another survey"_s), 1);
+}
+
+TEST_F(SurveyPresentation, FetchesASurveyByItsNumber) {
+    answer("GET surveyid=9&vid=0", {404, "{}"});
+    answer("GET surveyid=8&vid=0",
+           {200, QByteArray(R"({"vid":1,"questions":)") + scaleAndText + "}"});
+    int fetched = 0;
+    core->presentSurvey(9, &window, [&fetched] { ++fetched; });
+    finish();
+    EXPECT_EQ(fetched, 0);
+    core->presentSurvey(8, &window, [&] {
+        EXPECT_EQ(survey(), nullptr);
+        ++fetched;
+    });
+    finish();
+    EXPECT_EQ(fetched, 1);
+    ASSERT_NE(survey(), nullptr);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(history(), QStringList());
+}
+
+} // namespace KestrioKit

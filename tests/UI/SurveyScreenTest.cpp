@@ -1,0 +1,137 @@
+#include "tests/UI/SurveyScreenTest.h"
+
+#include "KestrioKit/Platform/Storage.h"
+
+#include <QApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProxyStyle>
+#include <QStyleFactory>
+#include <QWindow>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize windowSize(390, 700);
+
+class StillStyle final : public QProxyStyle {
+public:
+    StillStyle() : QProxyStyle(u"fusion"_s) {}
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override {
+        if (hint == SH_Widget_Animation_Duration)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+QString compact(const QJsonValue &value) {
+    return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact))
+        .chopped(1)
+        .sliced(1);
+}
+
+} // namespace
+
+SurveyScreenTest::SurveyScreenTest() {
+    QApplication::setStyle(new StillStyle);
+    Storage::setUp();
+    answer("POST /1/environments/env/visitors", {200, R"({"vid":1,"token":"t1"})"});
+    core = KestrioCore::make(context());
+    core->configure(u"env"_s);
+    finish();
+    field.setGeometry(0, 0, 100, 30);
+    button.setGeometry(0, windowSize.height() - 100, windowSize.width(), 100);
+    QObject::connect(&button, &QPushButton::clicked, &window, [this] { ++presses; });
+    window.resize(windowSize);
+    window.show();
+    window.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    field.setFocus();
+}
+
+void SurveyScreenTest::TearDown() {
+    delete survey();
+    OnlineFixture::TearDown();
+}
+
+void SurveyScreenTest::present(const QByteArray &questions, const QByteArray &locale) {
+    answer("POST /events", {200, R"({"vid":1,"surveyId":7,"responseGroupUid":"g","locale":")" +
+                                     locale + R"(","questions":)" + questions + "}"});
+    core->track(u"Event"_s, [this](SurveyState state) {
+        if (state == SurveyState::surveyReady)
+            core->presentSurvey(&window);
+    });
+    finish();
+}
+
+QWidget *SurveyScreenTest::control(const QString &identifier) const {
+    for (auto *const view : window.findChildren<QWidget *>(identifier)) {
+        if (view->isVisible())
+            return view;
+    }
+    ADD_FAILURE() << "there is no " << qPrintable(identifier);
+    return nullptr;
+}
+
+QRect SurveyScreenTest::frame(const QWidget *view) const {
+    return view ? QRect(view->mapTo(&window, QPoint()), view->size()) : QRect();
+}
+
+QRect SurveyScreenTest::frame(const QString &identifier) const {
+    return frame(control(identifier));
+}
+
+void SurveyScreenTest::click(const QPoint &position) {
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, position);
+    finish();
+}
+
+void SurveyScreenTest::click(const QString &identifier) {
+    click(frame(identifier).center());
+}
+
+void SurveyScreenTest::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(window.windowHandle(), key, modifiers);
+    finish();
+}
+
+void SurveyScreenTest::type(const QString &text) {
+    for (const QChar character : text)
+        QTest::sendKeyEvent(QTest::Click, window.windowHandle(), Qt::Key_unknown, character,
+                            Qt::NoModifier);
+}
+
+QString SurveyScreenTest::focused() const {
+    return window.focusWidget() ? window.focusWidget()->objectName() : QString();
+}
+
+QStringList SurveyScreenTest::history() {
+    finish();
+    QStringList history;
+    for (const QJsonObject &body : bodies("POST /1/visitors/1/surveys/7/history")) {
+        const QJsonValue question = body["qid"_L1];
+        history.append(body["action"_L1].toString() +
+                       (question.isUndefined() ? QString() : u' ' + compact(question)));
+    }
+    history.sort();
+    return history;
+}
+
+QList<QStringList> SurveyScreenTest::responses() {
+    finish();
+    QList<QStringList> responses;
+    for (const QJsonObject &body : bodies("POST /2/environments/env/visitors/1/responses/submit")) {
+        QStringList answers;
+        for (const QJsonValue answer : body["responses"_L1].toArray())
+            answers.append(compact(answer["questionId"_L1]) + u'=' + compact(answer["value"_L1]));
+        responses.append(answers);
+    }
+    return responses;
+}
+
+} // namespace KestrioKit

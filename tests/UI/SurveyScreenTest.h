@@ -1,0 +1,56 @@
+#pragma once
+
+#include "KestrioKit/Facade/KestrioCore.h"
+#include "KestrioKit/UI/SurveyViewController.h"
+#include "tests/support/OnlineFixture.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+namespace KestrioKit {
+
+/// A host's window with a field and a button, and surveys over it that the service sends and is
+/// told about. Nothing moves: each state is there at once, but for `finishDelay`.
+class SurveyScreenTest : public OnlineFixture {
+protected:
+    SurveyScreenTest();
+    /// Lets the survey that is still up end, and what it submits go out.
+    void TearDown() override;
+
+    /// Has the service answer an event with a survey of these questions, and presents it.
+    void present(const QByteArray &questions, const QByteArray &locale = "en");
+    /// The survey on screen; null when none is.
+    SurveyViewController *survey() const { return SurveyViewController::presented(); }
+
+    /// The visible control with that accessibility identifier.
+    QWidget *control(const QString &identifier) const;
+    /// Its frame in the window.
+    QRect frame(const QString &identifier) const;
+    QRect frame(const QWidget *view) const;
+    template <typename View>
+    View *view() const {
+        return survey() ? survey()->findChild<View *>() : nullptr;
+    }
+
+    /// Through the window, as the system delivers them.
+    void click(const QPoint &position);
+    void click(const QString &identifier);
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void type(const QString &text);
+    QString focused() const;
+
+    /// What the service was told: "seen", "seen 11", "closed 12". Sorted, since two that are sent
+    /// at once may overtake one another.
+    QStringList history();
+    /// The responses, each a list of answers as "11=9".
+    QList<QStringList> responses();
+
+    QWidget window;
+    QLineEdit field{&window};
+    QPushButton button{&window};
+    int presses = 0;
+    std::shared_ptr<KestrioCore> core;
+};
+
+} // namespace KestrioKit
