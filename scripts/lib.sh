@@ -6,10 +6,15 @@ cd "$top"
 # Debian 12's names of everything that building, running and testing takes.
 packages=(
     g++ cmake ninja-build ccache pkg-config
-    qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev
+    qt6-base-dev qt6-base-private-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev
     rapidjson-dev libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev libgtest-dev
+    libbenchmark-dev
     clang-format clang-tidy fonts-dejavu-core iproute2 curl jq openssl
 )
+# Fonts of many scripts, for pictures.
+picture_packages=(fonts-inter fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji)
+# An X server, a message bus, and a client for what Qt tells assistive technology.
+accessibility_packages=(xvfb xauth dbus at-spi2-core gir1.2-atspi-2.0 python3-gi)
 
 # say TEXT...: one line about what happens now.
 say() {
@@ -20,10 +25,10 @@ as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
-# Installs the packages that are missing, if any are.
+# install_packages [PACKAGE...]: installs what is missing of these packages and of `packages`.
 install_packages() {
     local missing=() package
-    for package in "${packages[@]}"; do
+    for package in "${packages[@]}" "$@"; do
         dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' ||
             missing+=("$package")
     done
@@ -47,4 +52,16 @@ build_preset() {
     say "building the $1 preset"
     quietly "$1-configure" cmake --preset "$1"
     quietly "$1-build" cmake --build --preset "$1"
+}
+
+# start_service PORT SURVEYS FOLDER: runs kestrio-service until the script ends, with its log and its
+# records in FOLDER, which is removed then. Returns once it listens.
+start_service() {
+    build/dev/service/kestrio-service --port "$1" --surveys "$2" \
+        --database "$3/records.sqlite" 2>"$3/service.log" &
+    trap "kill $! 2>/dev/null; wait 2>/dev/null; rm -rf '$3'" EXIT
+    until grep -q listening "$3/service.log"; do
+        kill -0 $! 2>/dev/null || { cat "$3/service.log"; exit 1; }
+        sleep 0.1
+    done
 }
