@@ -28,9 +28,8 @@ DecodingError notJSON(const QString &reason) {
 
 } // namespace
 
-bool reportTypeMismatch(DecodingError &error, const char *expected) {
-    error = {
-        DecodingError::Reason::typeMismatch, {}, u"expected %1"_s.arg(QLatin1StringView(expected))};
+bool reportTypeMismatch(DecodingError &error, const QString &description) {
+    error = {DecodingError::Reason::typeMismatch, {}, description};
     return false;
 }
 
@@ -50,14 +49,14 @@ std::optional<qint64> exactInteger(const QJsonValue &value) {
 
 bool JSONCoding<QString>::decode(const QJsonValue &value, QString &result, DecodingError &error) {
     if (!value.isString())
-        return reportTypeMismatch(error, "a text");
+        return reportTypeMismatch(error, u"expected a text"_s);
     result = value.toString();
     return true;
 }
 
 bool JSONCoding<bool>::decode(const QJsonValue &value, bool &result, DecodingError &error) {
     if (!value.isBool())
-        return reportTypeMismatch(error, "true or false");
+        return reportTypeMismatch(error, u"expected true or false"_s);
     result = value.toBool();
     return true;
 }
@@ -65,7 +64,7 @@ bool JSONCoding<bool>::decode(const QJsonValue &value, bool &result, DecodingErr
 bool JSONCoding<qint64>::decode(const QJsonValue &value, qint64 &result, DecodingError &error) {
     const std::optional<qint64> number = exactInteger(value);
     if (!number)
-        return reportTypeMismatch(error, "an integer");
+        return reportTypeMismatch(error, u"expected an integer"_s);
     result = *number;
     return true;
 }
@@ -73,14 +72,14 @@ bool JSONCoding<qint64>::decode(const QJsonValue &value, qint64 &result, Decodin
 bool JSONCoding<quint64>::decode(const QJsonValue &value, quint64 &result, DecodingError &error) {
     const std::optional<qint64> number = exactInteger(value);
     if (!number || *number < 0)
-        return reportTypeMismatch(error, "an integer of 0 or more");
+        return reportTypeMismatch(error, u"expected an integer of 0 or more"_s);
     result = quint64(*number);
     return true;
 }
 
 bool JSONCoding<double>::decode(const QJsonValue &value, double &result, DecodingError &error) {
     if (!value.isDouble())
-        return reportTypeMismatch(error, "a number");
+        return reportTypeMismatch(error, u"expected a number"_s);
     result = value.toDouble();
     return true;
 }
@@ -90,7 +89,7 @@ bool JSONCoding<float>::decode(const QJsonValue &value, float &result, DecodingE
     if (!JSONCoding<double>::decode(value, number, error))
         return false;
     if (std::abs(number) > double(std::numeric_limits<float>::max()))
-        return reportTypeMismatch(error, "a number of single precision");
+        return reportTypeMismatch(error, u"expected a number of single precision"_s);
     result = float(number);
     return true;
 }

@@ -17,8 +17,9 @@
 
 namespace KestrioKit {
 
-/// Fills `error` with "expected …" and returns false, for `JSONCoding::decode`.
-bool reportTypeMismatch(DecodingError &error, const char *expected);
+/// Fills `error` with that description and returns false, for `JSONCoding::decode`. A literal: it
+/// happens in good documents too, where a field may be of several types or is lenient.
+bool reportTypeMismatch(DecodingError &error, const QString &description);
 /// Likewise for a key that must be there.
 bool reportMissingKey(DecodingError &error, QLatin1StringView key);
 
@@ -42,7 +43,7 @@ struct KeyTableCoding {
 
     static bool decode(const QJsonValue &value, Record &result, DecodingError &error) {
         if (!value.isObject())
-            return reportTypeMismatch(error, "an object");
+            return reportTypeMismatch(error, QStringLiteral("expected an object"));
         const QJsonObject object = value.toObject();
         return std::apply(
             [&](const auto &...row) { return (decodeField(object, result, row, error) && ...); },
@@ -123,7 +124,7 @@ struct JSONCoding<QList<Element>> {
 
     static bool decode(const QJsonValue &value, QList<Element> &result, DecodingError &error) {
         if (!value.isArray())
-            return reportTypeMismatch(error, "an array");
+            return reportTypeMismatch(error, QStringLiteral("expected an array"));
         const QJsonArray array = value.toArray();
         result.clear();
         result.reserve(array.size());
@@ -151,7 +152,7 @@ struct JSONCoding<QMap<QString, Value>> {
     static bool decode(const QJsonValue &value, QMap<QString, Value> &result,
                        DecodingError &error) {
         if (!value.isObject())
-            return reportTypeMismatch(error, "an object");
+            return reportTypeMismatch(error, QStringLiteral("expected an object"));
         const QJsonObject object = value.toObject();
         result.clear();
         for (auto entry = object.begin(); entry != object.end(); ++entry) {

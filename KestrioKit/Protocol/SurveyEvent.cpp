@@ -20,7 +20,7 @@ bool JSONCoding<SurveyEventType>::decode(const QJsonValue &value, SurveyEventTyp
                                          DecodingError &error) {
     const QString text = value.toString();
     if (text != seenText && text != closedText)
-        return reportTypeMismatch(error, "\"seen\" or \"closed\"");
+        return reportTypeMismatch(error, u"expected \"seen\" or \"closed\""_s);
     result = text == seenText ? SurveyEventType::seen : SurveyEventType::closed;
     return true;
 }

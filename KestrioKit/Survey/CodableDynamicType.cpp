@@ -30,8 +30,7 @@ bool JSONCoding<CodableDynamicType>::decode(const QJsonValue &value, CodableDyna
         decodeForm<CodableDynamicType::DictBoolValue>(value, result) ||
         decodeForm<CodableDynamicType::DictStringValue>(value, result))
         return true;
-    error = {DecodingError::Reason::typeMismatch, {}, u"Type is not supported"_s};
-    return false;
+    return reportTypeMismatch(error, u"Type is not supported"_s);
 }
 
 } // namespace KestrioKit
