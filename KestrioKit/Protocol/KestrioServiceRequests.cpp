@@ -30,6 +30,11 @@ bool leadsElsewhere(const QString &path) {
     return segments.contains(u"."_s) || segments.contains(u".."_s);
 }
 
+// QUrl takes anything for the zone of an IPv6 address, and then writes what nobody can read.
+bool isReadable(const QUrl &url) {
+    return url.isValid() && QUrl::fromEncoded(url.toEncoded(), QUrl::StrictMode) == url;
+}
+
 QString hostFromEnvironment() {
     constexpr auto environmentVariable = "KESTRIO_ENVIRONMENT";
     constexpr auto hostVariable = "KESTRIO_HOSTNAME";
@@ -76,7 +81,7 @@ std::optional<QUrl> KestrioServiceRequests::url(const QString &path) const {
     if (local)
         url.setPort(localPort);
     url.setPath(escapedPath(path), QUrl::StrictMode);
-    return url.isValid() ? std::optional(url) : std::nullopt;
+    return isReadable(url) ? std::optional(url) : std::nullopt;
 }
 
 std::optional<QUrl> KestrioServiceRequests::versionedUrl(const QString &relativePath) const {

@@ -23,7 +23,8 @@ bool isLeftEmpty(const SurveyQuestionResponse &response) {
 // A time grows with every start of a program that never gets to send it. Infinity has no form in
 // JSON, and the null in its place would make the whole state file unreadable.
 double milliseconds(double seconds) {
-    return std::min(seconds * 1000.0, std::numeric_limits<double>::max());
+    constexpr double largest = std::numeric_limits<double>::max();
+    return std::clamp(seconds * 1000.0, -largest, largest);
 }
 
 } // namespace
