@@ -8,8 +8,8 @@ namespace KestrioKit {
 
 namespace {
 
-QList<const AccessibilityShield *> &shields() {
-    static auto *const list = new QList<const AccessibilityShield *>;
+QList<AccessibilityShield *> &shields() {
+    static auto *const list = new QList<AccessibilityShield *>;
     return *list;
 }
 
@@ -62,32 +62,41 @@ AccessibilityShield::AccessibilityShield(QWidget *window, QWidget *exception)
     if (shields().isEmpty())
         QAccessible::installFactory(makeInterface);
     shields().append(this);
-    forgetInterfaces();
+    QAccessible::installActivationObserver(this);
+    accessibilityActiveChanged(QAccessible::isActive());
 }
 
 AccessibilityShield::~AccessibilityShield() {
+    QAccessible::removeActivationObserver(this);
     shields().removeOne(this);
     if (shields().isEmpty())
         QAccessible::removeFactory(makeInterface);
     if (m_window)
-        forgetInterfaces();
+        forgetInterfaces([this](QWidget *view) { return m_disguised.contains(view); });
 }
 
 bool AccessibilityShield::covers(const QWidget *view) const {
     return view->window() == m_window && view != m_exception && !m_exception->isAncestorOf(view);
 }
 
+// Before that nobody holds any. Forgetting them each time would cost: Qt never takes back the
+// connection to the widget that it makes with each interface.
+void AccessibilityShield::accessibilityActiveChanged(bool active) {
+    if (active && m_window)
+        forgetInterfaces([this](QWidget *view) { return covers(view); });
+}
+
 // They are made anew when asked for, by whichever factory is in charge then.
-void AccessibilityShield::forgetInterfaces() const {
+void AccessibilityShield::forgetInterfaces(const std::function<bool(QWidget *)> &which) const {
     const QList<QWidget *> views = m_window->findChildren<QWidget *>() << m_window;
     for (QWidget *const view : views) {
-        if (!covers(view))
+        if (!which(view))
             continue;
         if (QAccessibleInterface *const known = QAccessible::queryAccessibleInterface(view))
             QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(known));
     }
     // Not while the window is being destroyed.
-    if (m_window->isVisible()) {
+    if (QAccessible::isActive() && m_window->isVisible()) {
         QAccessibleEvent reordered(m_window, QAccessible::ObjectReorder);
         QAccessible::updateAccessibility(&reordered);
     }
@@ -97,11 +106,13 @@ QAccessibleInterface *AccessibilityShield::makeInterface(const QString &, QObjec
     auto *const view = qobject_cast<QWidget *>(object);
     if (!view)
         return nullptr;
-    for (const AccessibilityShield *const shield : shields()) {
+    for (AccessibilityShield *const shield : shields()) {
+        if (!shield->covers(view))
+            continue;
+        shield->m_disguised.insert(view);
         if (view == shield->m_window)
             return new WindowInterface(view, shield->m_exception);
-        if (shield->covers(view))
-            return new CoveredInterface(view);
+        return new CoveredInterface(view);
     }
     return nullptr;
 }

@@ -60,6 +60,9 @@ TEST_F(SurveyPresentation, HidesTheHostFromAssistiveTechnologyMeanwhile) {
     QAccessibleInterface *const before = QAccessible::queryAccessibleInterface(&button);
     const QAccessible::Id id = QAccessible::uniqueId(before);
     present(scaleAndText);
+    EXPECT_EQ(QAccessible::accessibleInterface(id), before);
+    // A screen reader is started.
+    QAccessible::setActive(true);
     EXPECT_EQ(QAccessible::accessibleInterface(id), nullptr);
     QAccessibleInterface *const covered = QAccessible::queryAccessibleInterface(&button);
     press(covered);
@@ -70,6 +73,9 @@ TEST_F(SurveyPresentation, HidesTheHostFromAssistiveTechnologyMeanwhile) {
     key(Qt::Key_Escape);
     press(QAccessible::queryAccessibleInterface(&button));
     EXPECT_TRUE(waitFor([this] { return presses == 1; }));
+    present(scaleAndText);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&window)->childCount(), 1);
+    QAccessible::setActive(false);
 }
 
 TEST_F(SurveyPresentation, ReportsWhatWasSeenAnsweredAndClosed) {
