@@ -6,6 +6,7 @@
 #include "KestrioKit/Platform/LibraryThread.h"
 #include "KestrioKit/Platform/NetworkTransport.h"
 #include "KestrioKit/Platform/Storage.h"
+#include "KestrioKit/Platform/TransientThread.h"
 #include "KestrioKit/UI/KestrioUI.h"
 
 #include <QCoreApplication>
@@ -52,12 +53,14 @@ void callOnMain(const KestrioCore::SharedHandler &handler, SurveyState state) {
 } // namespace
 
 const std::shared_ptr<KestrioCore> &KestrioCore::shared() {
-    // Neither is ever destroyed: hosts may call while the process ends.
+    // None is ever destroyed: hosts may call while the process ends. What is made last ends first.
+    static auto *const fileThread = new TransientThread;
     static auto *const thread = new LibraryThread(Clock::system());
     static auto *const core = new std::shared_ptr(
         make({.clock = Clock::system(),
               .executor = *thread,
-              .transport = std::make_shared<NetworkTransport>(*thread),
+              .fileExecutor = *fileThread,
+              .transport = std::make_shared<NetworkTransport>(*thread, Clock::system()),
               .makeFlagsSource = [](const QString &host) {
                   return ReachabilityFlagsSource::system(*thread, Clock::system(), host);
               }}));

@@ -86,20 +86,6 @@ bool isSameLanguage(const QString &left, const QString &right) {
     return locale.language() != QLocale::C && locale == QLocale(right);
 }
 
-// After each of the user's languages Qt lists other spellings of it: en-GB, en-Latn-GB, fr,
-// fr-Latn-FR, fr-FR. Only the first counts. "C" stands for no language, or for one unknown to Qt.
-QStringList preferredLanguages() {
-    QStringList languages;
-    for (const QString &language : QLocale::system().uiLanguages()) {
-        const auto isKnown = [&](const QString &known) {
-            return isSameLanguage(known, language);
-        };
-        if (language != posixLanguage && std::ranges::none_of(languages, isKnown))
-            languages.append(language);
-    }
-    return languages.isEmpty() ? QStringList(posixLanguageCode) : languages;
-}
-
 QString osVersion() {
     const QString version = QSysInfo::productVersion();
     return version == "unknown"_L1 ? unknown : version;
@@ -119,8 +105,21 @@ QString machine() {
 DeviceFacts DeviceFacts::current() {
     static const QString version = ::KestrioKit::osVersion();
     static const QString hardware = ::KestrioKit::machine();
-    return {ScreenSize::shared().value(), ::KestrioKit::languageCode(),
-            ::KestrioKit::preferredLanguages(), version, hardware};
+    return {ScreenSize::shared().value(), ::KestrioKit::languageCode(), version, hardware};
+}
+
+// After each of the user's languages Qt lists other spellings of it: en-GB, en-Latn-GB, fr,
+// fr-Latn-FR, fr-FR. Only the first counts. "C" stands for no language, or for one unknown to Qt.
+QStringList preferredLanguages() {
+    QStringList languages;
+    for (const QString &language : QLocale::system().uiLanguages()) {
+        const auto isKnown = [&](const QString &known) {
+            return isSameLanguage(known, language);
+        };
+        if (language != posixLanguage && std::ranges::none_of(languages, isKnown))
+            languages.append(language);
+    }
+    return languages.isEmpty() ? QStringList(posixLanguageCode) : languages;
 }
 
 } // namespace KestrioKit

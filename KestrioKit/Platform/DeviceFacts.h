@@ -14,8 +14,6 @@ struct DeviceFacts {
     std::optional<QSize> screenSize;
     /// The language of `QLocale()`, as ISO 639 has it: "en".
     QString languageCode;
-    /// The user's languages, best first, as BCP 47 has them: "en-GB", "fr".
-    QStringList preferredLanguages;
     /// The version of the operating system, "Unknown" where Qt does not know it.
     QString osVersion;
     /// The machine's hardware name: "x86_64".
@@ -26,5 +24,9 @@ struct DeviceFacts {
 
     friend bool operator==(const DeviceFacts &, const DeviceFacts &) = default;
 };
+
+/// The user's languages, best first, as BCP 47 has them: "en-GB", "fr". Thread-safe. Asking costs
+/// some microseconds, so that it is none of the facts that go with every event.
+QStringList preferredLanguages();
 
 } // namespace KestrioKit

@@ -9,12 +9,17 @@ namespace KestrioKit {
 using Block = std::function<void()>;
 
 /// A thread that runs blocks one after another, in the order in which they were posted.
-class Executor {
+class SerialExecutor {
 public:
-    virtual ~Executor() = default;
+    virtual ~SerialExecutor() = default;
 
     /// Has `block` run later, never within this call. Thread-safe.
     virtual void post(Block block) = 0;
+};
+
+/// One that can also wait.
+class Executor : public SerialExecutor {
+public:
     /// Has `block` run as soon as the clock has reached `deadline`. Thread-safe.
     virtual void postAt(DispatchTime deadline, Block block) = 0;
 };

@@ -16,6 +16,7 @@ public:
     ~JSONWriter();
 
     void beginObject();
+    /// A name of ours, with nothing in it that JSON escapes.
     void key(std::string_view name);
     void key(const QString &name);
     void endObject();

@@ -89,7 +89,7 @@ QStringList AnyLanguageBundle::languages() {
 }
 
 void AnyLanguageBundle::setLanguage(const QString &language) {
-    const QStringList users = DeviceFacts::current().preferredLanguages;
+    const QStringList users = preferredLanguages();
     m_table.setValue(firstTable(QStringList(language) + users + QStringList(lastResort)));
 }
 

@@ -14,12 +14,14 @@ namespace KestrioKit {
 using ReachabilityFlagsSourceFactory =
     std::function<ReachabilityFlagsSource::Creation(const QString &host)>;
 
-/// What the library takes from the world around it. Clock and executor outlive everything that is
+/// What the library takes from the world around it. Clock and executors outlive everything that is
 /// made with this.
 struct LibraryContext {
     const Clock &clock;
     /// Runs the blocks of every dispatch queue.
     Executor &executor;
+    /// Writes the state file: the other one also serves the network, which must not wait for disks.
+    SerialExecutor &fileExecutor;
     std::shared_ptr<URLTransport> transport;
     ReachabilityFlagsSourceFactory makeFlagsSource;
 };

@@ -105,6 +105,11 @@ void NetworkTask::start() {
     connect(m_reply, &QNetworkReply::finished, this, &NetworkTask::replyFinished);
 }
 
+void NetworkTask::giveUp() {
+    m_gaveUp = true;
+    m_reply->abort();
+}
+
 void NetworkTask::readBody() {
     const QByteArray bytes = m_reply->readAll();
     m_received += bytes.size();
@@ -174,7 +179,8 @@ std::optional<Error> NetworkTask::failure() const {
         return statusFailure();
     case QNetworkReply::OperationCanceledError:
         return error(QNetworkReply::TimeoutError,
-                     u"nothing arrived for %1 seconds"_s.arg(m_request.timeout.count()));
+                     m_gaveUp ? u"its answer took too long"_s
+                              : u"nothing arrived for %1 seconds"_s.arg(m_request.timeout.count()));
     case QNetworkReply::ContentReSendError:
     case QNetworkReply::RemoteHostClosedError:
         return error(QNetworkReply::RemoteHostClosedError,

@@ -20,6 +20,8 @@ public:
 
     /// Sends the request. Fails at once, with a completion, when its URL is none to send to.
     void start();
+    /// Ends it for having taken too long.
+    void giveUp();
 
     /// How many redirections one request follows.
     static constexpr int maximumRedirections = 5;
@@ -44,6 +46,7 @@ private:
     QByteArray m_data;
     qint64 m_received = 0;
     int m_redirections = 0;
+    bool m_gaveUp = false;
 };
 
 } // namespace KestrioKit

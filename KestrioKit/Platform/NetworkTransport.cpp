@@ -17,7 +17,7 @@ class NetworkTransport::Manager final : public QNetworkAccessManager {
 public:
     bool retired() const { return m_retired; }
 
-    void send(URLRequest request, Body body, URLCompletion completion) {
+    QPointer<NetworkTask> send(URLRequest request, Body body, URLCompletion completion) {
         ++m_tasks;
         auto done = [this, completion = std::move(completion)](const URLResult &result) {
             m_retired = m_retired || result.error;
@@ -27,6 +27,7 @@ public:
         };
         auto *const task = new NetworkTask(*this, std::move(request), body, std::move(done));
         task->start();
+        return task;
     }
 
 private:
@@ -40,18 +41,18 @@ struct NetworkTransport::State {
     /// Used on the executor's thread alone.
     QPointer<Manager> manager;
 
-    void send(URLRequest request, Body body, URLCompletion completion) {
+    QPointer<NetworkTask> send(URLRequest request, Body body, URLCompletion completion) {
         if (!manager || manager->retired()) {
             manager = new Manager;
             QObject::connect(QThread::currentThread(), &QThread::finished, manager,
                              &QObject::deleteLater);
         }
-        manager->send(std::move(request), body, std::move(completion));
+        return manager->send(std::move(request), body, std::move(completion));
     }
 };
 
-NetworkTransport::NetworkTransport(Executor &executor)
-    : m_executor(executor), m_state(std::make_shared<State>()) {}
+NetworkTransport::NetworkTransport(Executor &executor, const Clock &clock)
+    : m_executor(executor), m_clock(clock), m_state(std::make_shared<State>()) {}
 
 NetworkTransport::~NetworkTransport() {
     m_executor.post([state = m_state] { delete state->manager; });
@@ -63,10 +64,14 @@ void NetworkTransport::send(URLRequest request, Body body, URLCompletion complet
         completion(result);
         --state->tasksInFlight;
     };
-    m_executor.post(
-        [state = m_state, request = std::move(request), body, done = std::move(done)]() mutable {
-            state->send(std::move(request), body, std::move(done));
+    m_executor.post([state = m_state, request = std::move(request), body, done = std::move(done),
+                     &executor = m_executor, deadline = m_clock.now() + answerLimit]() mutable {
+        const auto task = state->send(std::move(request), body, std::move(done));
+        executor.postAt(deadline, [task] {
+            if (task)
+                task->giveUp();
         });
+    });
 }
 
 int NetworkTransport::tasksInFlight() const {

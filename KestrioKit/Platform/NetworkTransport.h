@@ -13,19 +13,24 @@ namespace KestrioKit {
 class NetworkTransport final : public URLTransport {
 public:
     /// Requests are sent and completed on the thread of `executor`, a Qt thread with an event loop.
-    /// It must outlive this object. What is out when that thread ends is dropped.
-    explicit NetworkTransport(Executor &executor);
+    /// It must outlive this object, as must `clock`. What is out when that thread ends is dropped.
+    NetworkTransport(Executor &executor, const Clock &clock);
     /// Drops what is still out.
     ~NetworkTransport() override;
 
     void send(URLRequest request, Body body, URLCompletion completion) override;
     int tasksInFlight() const override;
 
+    /// How many seconds an answer may take in all. A request's time-out is one of silence, which a
+    /// server that sends a byte now and then never reaches.
+    static constexpr double answerLimit = 300;
+
 private:
     class Manager;
     struct State;
 
     Executor &m_executor;
+    const Clock &m_clock;
     std::shared_ptr<State> m_state;
 };
 

@@ -1,5 +1,6 @@
 #include "KestrioKit/Platform/Storage.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -13,6 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+constexpr qint64 leftoverAge = 3600; // seconds
 
 } // namespace
 
@@ -34,6 +36,21 @@ void Storage::setUp() {
     if (qEnvironmentVariableIsSet("KESTRIO_HARD_RESET"))
         resetLibraryFolder();
     createLibraryFolder();
+    removeLeftovers();
+}
+
+// A write that a crash cut off leaves its file "<name>.json.<six letters>" behind. One that is not
+// old may be of another process that is writing now.
+void Storage::removeLeftovers() {
+    const std::optional<QString> folder = libraryFolder();
+    if (!folder)
+        return;
+    const QDateTime latest = QDateTime::currentDateTimeUtc().addSecs(-leftoverAge);
+    const QStringList unfinished{u"*.json.*"_s};
+    for (const QFileInfo &file : QDir(*folder).entryInfoList(unfinished, QDir::Files)) {
+        if (file.lastModified() < latest)
+            QFile::remove(file.filePath());
+    }
 }
 
 void Storage::createLibraryFolder() {
@@ -56,12 +73,17 @@ void Storage::remove(QLatin1StringView filename) {
 
 void Storage::write(const QString &url, const QByteArray &text) {
     QSaveFile file(url);
-    if (!file.open(QIODevice::WriteOnly))
-        return;
+    if (!file.open(QIODevice::WriteOnly)) {
+        // Somebody may have tidied up under the running program.
+        createLibraryFolder();
+        if (!file.open(QIODevice::WriteOnly))
+            return;
+    }
     // Before the first byte: nobody else gets to read a token.
     file.setPermissions(ownerOnly);
-    file.write(text);
-    file.commit();
+    // Qt 6.4 commits a file whose last bytes a full disk did not take.
+    if (file.write(text) == text.size() && file.flush())
+        file.commit();
 }
 
 std::optional<QByteArray> Storage::read(const QString &url, qint64 maximumSize) {

@@ -16,8 +16,8 @@ class Storage {
 public:
     Storage() = delete;
 
-    /// Makes the folder. When the environment has "KESTRIO_HARD_RESET", with whatever value, the
-    /// folder is emptied first.
+    /// Makes the folder, and removes what an earlier process left unfinished there. When the
+    /// environment has "KESTRIO_HARD_RESET", with whatever value, the folder is emptied first.
     static void setUp();
 
     /// Where the file of that name lies; absent when the platform names no data folder.
@@ -49,6 +49,7 @@ private:
     static std::optional<QString> libraryFolder();
     static void createLibraryFolder();
     static void resetLibraryFolder();
+    static void removeLeftovers();
     static void write(const QString &url, const QByteArray &text);
     static std::optional<QByteArray> read(const QString &url, qint64 maximumSize);
 };

@@ -1,7 +1,6 @@
 #include "KestrioKit/Queue/SubmissionQueue.h"
 
 #include "KestrioKit/Platform/Logging.h"
-#include "KestrioKit/Platform/Storage.h"
 
 #include <algorithm>
 
@@ -10,11 +9,6 @@ namespace KestrioKit {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr QLatin1StringView filename("SubmissionQueue");
-
-// Far beyond what 125 records with long texts come to; a larger file is not one of ours.
-constexpr qint64 maximumStateFileSize = 256 * 1024 * 1024;
 
 // The payloads of one kind among a runner's records.
 template <typename Body>
@@ -51,6 +45,7 @@ SubmissionQueue::SubmissionQueue(std::weak_ptr<SubmissionSender> api, const Libr
       m_executor(context.executor),
       m_api(std::move(api)),
       m_queue(u"KestrioSubmissionQueue"_s, context.executor),
+      m_stateFile(context.fileExecutor),
       m_eventsQueue(std::make_shared<BatchRecordQueueRunner>(m_api, m_queue, m_clock, u"EVENTS"_s)),
       m_surveysQueue(
           std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"SURVEYS"_s)),
@@ -140,9 +135,12 @@ void SubmissionQueue::updateAuth(std::optional<qint64> visitorIdentifier,
 }
 
 void SubmissionQueue::save() {
+    ++m_savesWaiting;
     m_queue.async(
         [self = shared_from_this(), task = ApplicationLifecycle::shared().beginBackgroundTask()] {
-            Storage::store(std::optional(self->currentState()), Storage::localLibraryURL(filename));
+            // The last of several that wait finds what the others would have, and more.
+            if (--self->m_savesWaiting == 0)
+                self->m_stateFile.store(self->currentState(), task);
         });
 }
 
@@ -159,7 +157,7 @@ PersistentQueue SubmissionQueue::currentState() const {
 void SubmissionQueue::clear() {
     for (const auto &runner : m_allQueues)
         runner->clear();
-    Storage::remove(filename);
+    m_stateFile.remove();
 }
 
 void SubmissionQueue::reportIdle(std::function<void(bool idle)> report) {
@@ -184,8 +182,7 @@ void SubmissionQueue::enableRunners() {
 }
 
 void SubmissionQueue::loadState() {
-    const auto state =
-        Storage::load<PersistentQueue>(Storage::localLibraryURL(filename), maximumStateFileSize);
+    const std::optional<PersistentQueue> state = StateFile::load();
     if (state && state->version == PersistentQueue::currentVersion &&
         state->visitorIdentifier == m_visitorIdentifier)
         restore(*state);

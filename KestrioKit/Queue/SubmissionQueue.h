@@ -6,6 +6,7 @@
 #include "KestrioKit/Queue/PersistentQueue.h"
 #include "KestrioKit/Queue/Reachability.h"
 #include "KestrioKit/Queue/SingleRecordQueueRunner.h"
+#include "KestrioKit/Queue/StateFile.h"
 
 #include <array>
 #include <atomic>
@@ -19,7 +20,7 @@ namespace KestrioKit {
 /// The file holds what the runners did at the last save: after each finished send, when the
 /// application stops being active, and when it ends. Bulk changes of attributes are not in it.
 /// Runners are paused while the network cannot be reached. All operations may be called from any
-/// thread and return at once; lists and files are touched on the library's thread alone.
+/// thread and return at once; lists are touched on the library's thread alone.
 class SubmissionQueue final : public QueueRunnerDelegate,
                               public std::enable_shared_from_this<SubmissionQueue> {
 public:
@@ -40,7 +41,7 @@ public:
     /// Says whose records these are from now on. Another visitor empties the queue and its file.
     void updateAuth(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
 
-    /// Writes the state file, which the end of the application waits for.
+    /// Has the state file written, which the end of the application waits for.
     void save() override;
 
     /// Calls `report` on the library's thread: whether nothing is being sent and nothing is ready.
@@ -72,6 +73,8 @@ private:
     std::weak_ptr<SubmissionSender> m_api;
     std::atomic<bool> m_disableNetworkAccess = false;
     DispatchQueue m_queue;
+    StateFile m_stateFile;
+    std::atomic<int> m_savesWaiting = 0;
     /// Of the records that are queued; used on the queue alone.
     std::optional<qint64> m_visitorIdentifier;
     std::optional<QString> m_visitorToken;

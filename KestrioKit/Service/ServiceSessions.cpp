@@ -44,8 +44,7 @@ std::shared_ptr<const URLSession> ServiceSessions::anonymousSession() {
 std::shared_ptr<const URLSession>
 ServiceSessions::makeSession(const std::optional<QString> &token) const {
     return std::make_shared<const URLSession>(
-        m_transport, sessionHeaders(userAgent(), m_locale.value(),
-                                    DeviceFacts::current().preferredLanguages, token));
+        m_transport, sessionHeaders(userAgent(), m_locale.value(), preferredLanguages(), token));
 }
 
 } // namespace KestrioKit

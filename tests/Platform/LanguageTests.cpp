@@ -36,8 +36,7 @@ TEST(LanguageBundle, HasATableOfItsOwnWithEveryKeyForEachLanguage) {
 }
 
 TEST(LanguageBundle, FindsTheClosestTableAndElseTheUsersLanguage) {
-    EXPECT_EQ(DeviceFacts::current().preferredLanguages,
-              (QStringList{u"fr-CA"_s, u"xx"_s, u"en-GB"_s}));
+    EXPECT_EQ(preferredLanguages(), (QStringList{u"fr-CA"_s, u"xx"_s, u"en-GB"_s}));
     EXPECT_EQ(AnyLanguageBundle().localizedString(u"Next"_s), u"Suivant"_s);
     const std::pair<QString, QString> cases[] = {
         {u"pt-BR"_s, u"pt_BR PT-br"_s},

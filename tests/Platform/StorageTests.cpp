@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -35,6 +36,23 @@ TEST(StorageTest, KeepsWholeRecordsThatTheirOwnerAloneCanRead) {
     EXPECT_EQ(QFileInfo(folder).permissions(), QFile::Permissions(0x7700));
     ASSERT_TRUE(QFile::remove(path) && mkfifo(qPrintable(path), S_IRWXU) == 0);
     EXPECT_EQ(Storage::load<Record>(path, maximumSize), std::nullopt) << "waited for a writer";
+    QFile::remove(path);
+}
+
+TEST(StorageTest, TidiesUpAfterOthersAndGoesOnWhenTheyTidyUp) {
+    const QString path = Storage::localLibraryURL("Test"_L1).value();
+    for (const int hours : {0, 2}) {
+        QFile leftover(path + u".Abc%1"_s.arg(hours));
+        ASSERT_TRUE(leftover.open(QIODevice::WriteOnly));
+        leftover.setFileTime(QDateTime::currentDateTime().addSecs(-3600 * hours),
+                             QFileDevice::FileModificationTime);
+    }
+    Storage::setUp();
+    EXPECT_TRUE(QFile::exists(path + u".Abc0"_s)) << "perhaps it is being written";
+    EXPECT_FALSE(QFile::exists(path + u".Abc2"_s));
+    QDir(QFileInfo(path).path()).removeRecursively();
+    Storage::store<QString>(u"text"_s, path);
+    EXPECT_EQ(Storage::load<QString>(path, 100), u"text"_s);
     QFile::remove(path);
 }
 

@@ -32,7 +32,7 @@ TEST(RequestBody, eventsAreDatedInWholeSeconds) {
 
 TEST(Metadata, holdsExtraEntriesBesideItsFields) {
     using Request::Metadata;
-    const DeviceFacts phone{QSize(390, 844), u"de"_s, {}, {}, {}};
+    const DeviceFacts phone{QSize(390, 844), u"de"_s, {}, {}};
     const Metadata::Extra extra{{u"plan"_s, {u"pro"_s}}, {u"sw"_s, {u"wide"_s}}};
     const QByteArray json = encodeJSON(Request::makeMetadata(phone, u"home"_s, u"fr-CA"_s, extra));
     EXPECT_EQ(json, R"({"sh":844,"pg":"home","l":"fr-CA","plan":"pro","sw":"wide"})");

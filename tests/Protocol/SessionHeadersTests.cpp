@@ -16,7 +16,7 @@ TEST(SessionHeaders, cannotBeBrokenByForeignText) {
 }
 
 TEST(UserAgent, hidesTheVersionWithTheKillSwitch) {
-    const DeviceFacts device{{}, {}, {}, u"12"_s, u"x86_64"_s};
+    const DeviceFacts device{{}, {}, u"12"_s, u"x86_64"_s};
     EXPECT_NE(UserAgent::current(device).sdkVersion, u"0.0.1"_s);
     qputenv("KESTRIO_KILLSWITCH", "");
     const UserAgent hidden = UserAgent::current(device);

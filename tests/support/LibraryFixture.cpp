@@ -27,6 +27,7 @@ LibraryFixture::LibraryFixture() {
 LibraryContext LibraryFixture::context(std::shared_ptr<URLTransport> transport) {
     return {.clock = clock,
             .executor = thread,
+            .fileExecutor = thread,
             .transport = std::move(transport),
             .makeFlagsSource = [source = flagsSource](const QString &) {
                 return source;

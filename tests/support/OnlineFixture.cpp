@@ -1,7 +1,6 @@
 #include "tests/support/OnlineFixture.h"
 
 #include "KestrioKit/Platform/NetworkTransport.h"
-#include "tests/support/RoutedTransport.h"
 
 #include <QJsonDocument>
 
@@ -17,8 +16,9 @@ bool isLine(const RecordedRequest &request, const QByteArray &line) {
 } // namespace
 
 OnlineFixture::OnlineFixture()
-    : network(std::make_shared<HeldAnswers>(std::make_shared<RoutedTransport>(
-          std::make_shared<NetworkTransport>(thread), server.url()))) {
+    : route(std::make_shared<RoutedTransport>(std::make_shared<NetworkTransport>(thread, clock),
+                                              server.url())),
+      network(std::make_shared<HeldAnswers>(route)) {
     server.setScript([this](const RecordedRequest &request) {
         return m_answers.mutate([&request](const auto &answers) {
             for (auto entry = answers.begin(); entry != answers.end(); ++entry) {

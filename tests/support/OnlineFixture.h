@@ -3,6 +3,7 @@
 #include "tests/support/HeldAnswers.h"
 #include "tests/support/LibraryFixture.h"
 #include "tests/support/RecordingServer.h"
+#include "tests/support/RoutedTransport.h"
 
 #include <QJsonObject>
 
@@ -34,6 +35,7 @@ protected:
     QList<QJsonObject> bodies(const QByteArray &line) const;
 
     RecordingServer server;
+    std::shared_ptr<RoutedTransport> route;
     std::shared_ptr<HeldAnswers> network;
 };
 

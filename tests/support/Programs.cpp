@@ -33,6 +33,10 @@ Environment hostEnvironment(const QString &dataFolder, const Environment &enviro
     return all;
 }
 
+QStringList hostCommand(const QStringList &launcher) {
+    return launcher + QStringList{hostProgramFile(), u"--script"_s, u"-"_s};
+}
+
 /// The whole lines, without their ends.
 QByteArrayList wholeLines(const QByteArray &output) {
     QByteArrayList lines = output.split('\n');
@@ -83,8 +87,9 @@ std::optional<int> RunningProgram::waitForEnd(std::chrono::milliseconds limit) {
     return m_process.exitCode();
 }
 
-HostProgram::HostProgram(const QString &dataFolder, const Environment &environment)
-    : m_program(hostProgramFile(), {u"--script"_s, u"-"_s},
+HostProgram::HostProgram(const QString &dataFolder, const Environment &environment,
+                         const QStringList &launcher)
+    : m_program(hostCommand(launcher).first(), hostCommand(launcher).sliced(1),
                 hostEnvironment(dataFolder, environment)) {}
 
 QJsonObject HostProgram::nextReport() {

@@ -38,6 +38,7 @@ public:
     const QByteArray &output() const { return m_output; }
     const QByteArray &errors() const { return m_errors; }
 
+    qint64 processId() const { return m_process.processId(); }
     void signal(int number);
     /// The exit code; absent when it does not end in time, or ended by a signal.
     std::optional<int> waitForEnd(std::chrono::milliseconds limit = patience);
@@ -56,7 +57,9 @@ private:
 ///     EXPECT_EQ(host.finish(), 0);
 class HostProgram {
 public:
-    explicit HostProgram(const QString &dataFolder, const Environment &environment = {});
+    /// `launcher` is a command that runs the program with what it takes away or adds.
+    explicit HostProgram(const QString &dataFolder, const Environment &environment = {},
+                         const QStringList &launcher = {});
 
     /// Hands it one line or several.
     void send(const QByteArray &lines) { m_program.write(lines + '\n'); }

@@ -59,6 +59,16 @@ bool sendBytes(int socket, const QByteArray &bytes) {
     return true;
 }
 
+// The body's repetitions, after the first.
+bool sendOtherBodies(int socket, const ServerAnswer &answer) {
+    for (int number = 1; number < answer.bodies; ++number) {
+        std::this_thread::sleep_for(answer.pause);
+        if (!sendBytes(socket, answer.body))
+            return false;
+    }
+    return true;
+}
+
 // What has come; empty when the client is gone.
 QByteArray receiveBytes(int socket) {
     std::array<char, 4096> buffer;
@@ -206,7 +216,7 @@ bool RecordingServer::send(int socket, const ServerAnswer &answer) {
     const QByteArray whole = answer.head() + answer.body;
     switch (answer.manner) {
     case Manner::whole:
-        return sendBytes(socket, whole);
+        return sendBytes(socket, whole) && sendOtherBodies(socket, answer);
     case Manner::wholeThenClose:
         sendBytes(socket, whole);
         return false;
@@ -217,7 +227,8 @@ bool RecordingServer::send(int socket, const ServerAnswer &answer) {
         receiveBytes(socket);
         return false;
     case Manner::raw:
-        sendBytes(socket, answer.body);
+        if (sendBytes(socket, answer.body))
+            sendOtherBodies(socket, answer);
         return false;
     }
     return false;

@@ -10,7 +10,7 @@ QByteArray ServerAnswer::head() const {
         text += header.name + ": " + header.value + "\r\n";
     }
     if (!hasLength)
-        text += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
+        text += "Content-Length: " + QByteArray::number(body.size() * bodies) + "\r\n";
     return text + "\r\n";
 }
 

@@ -26,6 +26,10 @@ struct ServerAnswer {
     Manner manner = Manner::whole;
     /// Counted from the first byte of the status line.
     qsizetype cutAfter = 0;
+    /// How many times `body` comes, when it comes whole, and how long the server pauses before each
+    /// but the first.
+    int bodies = 1;
+    std::chrono::milliseconds pause{0};
 
     /// Status line and headers, with the empty line that ends them.
     QByteArray head() const;

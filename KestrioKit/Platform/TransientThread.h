@@ -1,0 +1,29 @@
+#pragma once
+
+#include "KestrioKit/Platform/ApplicationLifecycle.h"
+
+#include <QThreadPool>
+
+#include <chrono>
+
+namespace KestrioKit {
+
+/// A thread that is there while it has blocks to run, and a moment longer. It needs no application
+/// object, and ends with the one that there is.
+class TransientThread final : public SerialExecutor {
+public:
+    TransientThread();
+
+    void post(Block block) override;
+
+    /// How long the thread waits for another block.
+    static constexpr std::chrono::seconds idleLimit{1};
+    /// How long the end of the application waits for the blocks that are left.
+    static constexpr std::chrono::seconds stopLimit{5};
+
+private:
+    QThreadPool m_pool;
+    ApplicationLifecycle::Observation m_applicationTerminated;
+};
+
+} // namespace KestrioKit

@@ -1,0 +1,63 @@
+#include "KestrioKit/Queue/StateFile.h"
+
+#include "KestrioKit/Platform/Atomic.h"
+#include "KestrioKit/Platform/Storage.h"
+
+#include <utility>
+
+namespace KestrioKit {
+
+namespace {
+
+constexpr QLatin1StringView filename("SubmissionQueue");
+
+// Far beyond what 125 records with long texts come to; a larger file is not one of ours.
+constexpr qint64 maximumSize = 256 * 1024 * 1024;
+
+} // namespace
+
+struct StateFile::Change {
+    /// Absent when the file is to go.
+    std::optional<PersistentQueue> state;
+    std::shared_ptr<void> task;
+};
+
+/// What waits for the executor: one change, since the next one makes it void.
+struct StateFile::Changes {
+    Atomic<std::optional<Change>> next;
+
+    void makeNext() {
+        const std::optional<Change> change =
+            next.mutate([](auto &waiting) { return std::exchange(waiting, std::nullopt); });
+        if (!change)
+            return;
+        if (change->state)
+            Storage::store(change->state, Storage::localLibraryURL(filename));
+        else
+            Storage::remove(filename);
+    }
+};
+
+StateFile::StateFile(SerialExecutor &executor)
+    : m_executor(executor), m_changes(std::make_shared<Changes>()) {}
+
+std::optional<PersistentQueue> StateFile::load() {
+    return Storage::load<PersistentQueue>(Storage::localLibraryURL(filename), maximumSize);
+}
+
+void StateFile::store(PersistentQueue state, std::shared_ptr<void> task) {
+    make({std::move(state), std::move(task)});
+}
+
+void StateFile::remove() {
+    make({});
+}
+
+void StateFile::make(Change change) {
+    const std::optional<Change> voided = m_changes->next.mutate(
+        [&change](auto &waiting) { return std::exchange(waiting, std::move(change)); });
+    if (!voided)
+        m_executor.post([changes = m_changes] { changes->makeNext(); });
+}
+
+} // namespace KestrioKit
