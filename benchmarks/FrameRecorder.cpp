@@ -1,6 +1,5 @@
 #include "benchmarks/FrameRecorder.h"
 
-#include <algorithm>
 #include <utility>
 
 bool FrameRecorder::notify(QObject *receiver, QEvent *event) {
@@ -13,6 +12,5 @@ bool FrameRecorder::notify(QObject *receiver, QEvent *event) {
 }
 
 std::vector<FrameRecorder::Milliseconds> FrameRecorder::takeFrames() {
-    std::ranges::sort(m_frames);
     return std::exchange(m_frames, {});
 }

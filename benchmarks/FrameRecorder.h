@@ -17,7 +17,7 @@ public:
 
     bool notify(QObject *receiver, QEvent *event) override;
 
-    /// The frames since the last call, in the order of their cost.
+    /// The frames since the last call.
     std::vector<Milliseconds> takeFrames();
 
 private:

@@ -1,4 +1,5 @@
 #include "benchmarks/FrameRecorder.h"
+#include "host/window/DemoStyle.h"
 
 #include <benchmark/benchmark.h>
 
@@ -7,8 +8,11 @@
 int main(int argc, char **argv) {
     const QTemporaryDir data;
     qputenv("XDG_DATA_HOME", QFile::encodeName(data.path()));
+    // The service of the benchmarks stands where this makes the library look.
+    qputenv("KESTRIO_ENVIRONMENT", "local");
     FrameRecorder application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("kestrio-bench"));
+    applyDemoStyle();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

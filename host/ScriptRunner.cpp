@@ -1,28 +1,9 @@
 #include "host/ScriptRunner.h"
 
-#include "host/CommandTable.h"
 #include "host/Report.h"
-#include "host/WordSplitter.h"
+#include "host/ScriptLine.h"
 
 #include <QCoreApplication>
-#include <QStringDecoder>
-
-using namespace Qt::StringLiterals;
-
-namespace {
-
-QStringList takeArguments(const Command &command, WordSplitter &words) {
-    if (command.arity.restOfLine) {
-        const QString rest = words.rest();
-        return rest.isEmpty() ? QStringList() : QStringList(rest);
-    }
-    QStringList arguments;
-    while (const std::optional<QString> word = words.next())
-        arguments.append(*word);
-    return arguments;
-}
-
-} // namespace
 
 ScriptRunner::ScriptRunner(std::unique_ptr<LineSource> lines) : m_lines(std::move(lines)) {
     m_lines->setArrivalHandler([this] { advance(); });
@@ -46,33 +27,16 @@ void ScriptRunner::advance() {
         QCoreApplication::exit();
 }
 
-Outcome ScriptRunner::runLine(const QByteArray &line) {
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder(line);
-    if (decoder.hasError())
-        return Outcome::failed(u"the line is not UTF-8"_s);
-    WordSplitter words(text);
-    const std::optional<QString> name = words.next();
-    if (!words.error().isEmpty())
-        return Outcome::failed(words.error());
-    if (!name)
+Outcome ScriptRunner::runLine(const QByteArray &text) {
+    const std::variant<ScriptLine, QString> parsed = parseScriptLine(text);
+    if (const QString *const error = std::get_if<QString>(&parsed))
+        return Outcome::failed(*error);
+    const auto &line = std::get<ScriptLine>(parsed);
+    if (!line.command)
         return Outcome::done();
-    const Command *const command = findCommand(*name);
-    if (!command)
-        return Outcome::failed(u"unknown command \"%1\""_s.arg(*name));
-    const QStringList arguments = takeArguments(*command, words);
-    if (!words.error().isEmpty())
-        return Outcome::failed(words.error());
-    return runCommand(*command, arguments);
-}
-
-Outcome ScriptRunner::runCommand(const Command &command, const QStringList &arguments) {
-    const qsizetype count = arguments.size();
-    if (count < command.arity.least || count > command.arity.most)
-        return Outcome::failed(u"usage: %1 %2"_s.arg(command.name, command.usage).trimmed());
-    return command.run({arguments, m_state, [this](const std::optional<QString> &error) {
-                            completed(error);
-                        }});
+    return line.command->run({line.arguments, m_state, [this](const std::optional<QString> &error) {
+                                  completed(error);
+                              }});
 }
 
 void ScriptRunner::completed(const std::optional<QString> &error) {

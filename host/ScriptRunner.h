@@ -16,8 +16,7 @@ public:
     void advance();
 
 private:
-    Outcome runLine(const QByteArray &line);
-    Outcome runCommand(const Command &command, const QStringList &arguments);
+    Outcome runLine(const QByteArray &text);
     void completed(const std::optional<QString> &error);
     void fail(const QString &error);
 

@@ -1,0 +1,89 @@
+#include "benchmarks/Programs.h"
+
+#include "KestrioKit/Facade/KestrioCore.h"
+#include "KestrioKit/Kestrio.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QEventLoop>
+#include <QThread>
+#include <QTimer>
+
+#include <future>
+#include <thread>
+
+using namespace KestrioKit;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int calls = 1000;
+/// Short enough for the library's thread to be at work with the calls before, and long enough for
+/// it to fall asleep now and then: waking it is the dearest part of a call.
+constexpr auto pause = 100us;
+constexpr auto step = 10ms;
+constexpr int mostSteps = 1000;
+
+void runEventLoop(std::chrono::milliseconds time) {
+    QEventLoop loop;
+    QTimer::singleShot(time, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+template <typename Condition>
+bool waitFor(const Condition &condition) {
+    for (int steps = 0; steps < mostSteps && !condition(); ++steps)
+        runEventLoop(step);
+    return condition();
+}
+
+bool isIdle() {
+    std::promise<bool> idle;
+    KestrioCore::shared()->api()->reportIdle([&idle](bool is) { idle.set_value(is); });
+    return idle.get_future().get();
+}
+
+template <typename Call>
+void timeCalls(benchmark::State &state, const Call &call) {
+    std::vector<double> microseconds;
+    for ([[maybe_unused]] auto iteration : state) {
+        const auto start = std::chrono::steady_clock::now();
+        call();
+        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+        state.SetIterationTime(took.count());
+        microseconds.push_back(took.count() * 1e6);
+        std::this_thread::sleep_for(pause);
+    }
+    state.counters["median"] = quantile(microseconds, 0.5);
+    state.counters["p99"] = quantile(microseconds, 0.99);
+}
+
+void track(benchmark::State &state) {
+    if (!serviceRuns())
+        return state.SkipWithError("there is no service");
+    Kestrio &kestrio = Kestrio::shared();
+    kestrio.configure(u"answers"_s);
+    if (!waitFor([&kestrio] { return kestrio.visitorIdentifier().has_value(); }))
+        return state.SkipWithError("there is no visitor");
+    timeCalls(state, [&kestrio] { kestrio.track(u"Catalogue Opened"_s); });
+    if (!waitFor(isIdle))
+        state.SkipWithError("the events are not delivered");
+}
+BENCHMARK(track)->Iterations(calls)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+void postEmptyBlock(benchmark::State &state) {
+    QThread thread;
+    QObject receiver;
+    receiver.moveToThread(&thread);
+    thread.start();
+    timeCalls(state, [&receiver] {
+        QMetaObject::invokeMethod(
+            &receiver, [] {}, Qt::QueuedConnection);
+    });
+    thread.quit();
+    thread.wait();
+}
+BENCHMARK(postEmptyBlock)->Iterations(calls)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+} // namespace

@@ -1,0 +1,234 @@
+#include "benchmarks/FullState.h"
+#include "benchmarks/Programs.h"
+
+#include "KestrioKit/Platform/LibraryThread.h"
+#include "KestrioKit/Platform/NetworkTransport.h"
+#include "KestrioKit/Platform/Storage.h"
+#include "KestrioKit/Platform/TransientThread.h"
+#include "KestrioKit/Service/KestrioService.h"
+#include "tests/support/ManualFlagsSource.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QEventLoop>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSaveFile>
+
+#include <future>
+
+using namespace KestrioKit;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto stateFile = "SubmissionQueue"_L1;
+constexpr qint64 maximumSize = 1 << 20;
+constexpr int records = 125;
+/// The events go together.
+constexpr int requestsOfFullState = 101;
+constexpr int drains = 20;
+constexpr int saves = 200;
+
+using SteadyClock = std::chrono::steady_clock;
+
+double secondsSince(SteadyClock::time_point start) {
+    return std::chrono::duration<double>(SteadyClock::now() - start).count();
+}
+
+/// Passes requests on, remembers them, and tells when the answer to the last one was handled.
+class WatchedTransport final : public URLTransport {
+public:
+    explicit WatchedTransport(Executor &executor) : m_transport(executor, Clock::system()) {}
+
+    /// To be called, and calls `done`, on the library's thread.
+    void watch(Block done) {
+        m_requests.clear();
+        m_answers = m_successes = 0;
+        m_done = std::move(done);
+    }
+    const QList<URLRequest> &requests() const { return m_requests; }
+    bool allSucceeded() const { return m_successes == requestsOfFullState; }
+
+    void send(URLRequest request, Body body, URLCompletion completion) override {
+        m_requests.append(request);
+        m_transport.send(std::move(request), body,
+                         [this, completion = std::move(completion)](const URLResult &result) {
+                             completion(result);
+                             m_successes += result.response && result.response->statusCode == 200;
+                             if (++m_answers == requestsOfFullState)
+                                 m_done();
+                         });
+    }
+    int tasksInFlight() const override { return m_transport.tasksInFlight(); }
+
+private:
+    NetworkTransport m_transport;
+    QList<URLRequest> m_requests;
+    int m_answers = 0;
+    int m_successes = 0;
+    Block m_done;
+};
+
+/// A queue with a full state, as it is after a start without a network.
+class WaitingQueue {
+public:
+    WaitingQueue() {
+        m_builder->setVisitorIdentifier(visitorOfFullState);
+        refill();
+    }
+    /// Has the file filled, and loaded, again.
+    void refill() {
+        m_queue.reset();
+        runBehind([] {});
+        m_flagsSource->change({});
+        Storage::setUp();
+        Storage::store(std::optional(fullState()), Storage::localLibraryURL(stateFile));
+        m_queue = SubmissionQueue::make(m_service, m_context);
+        runBehind([] {});
+    }
+    /// Runs `block` on the library's thread, behind all that waits there, and waits for it and for
+    /// what is written then.
+    void runBehind(const Block &block) {
+        std::promise<void> done;
+        m_thread.post([&] {
+            block();
+            m_fileThread.post([&] { done.set_value(); });
+        });
+        done.get_future().wait();
+    }
+    /// Lets the network come, waits for the last answer, and returns how many seconds that took.
+    double drain() {
+        QEventLoop loop;
+        double seconds = 0;
+        SteadyClock::time_point start;
+        const auto handled = [&](bool) {
+            seconds = secondsSince(start);
+            QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+        };
+        runBehind([&] { m_transport->watch([&] { m_queue->reportIdle(handled); }); });
+        start = SteadyClock::now();
+        m_flagsSource->change(ReachabilityFlag::reachable);
+        loop.exec();
+        return seconds;
+    }
+
+    SubmissionQueue &queue() { return *m_queue; }
+    const WatchedTransport &transport() const { return *m_transport; }
+
+private:
+    LibraryThread m_thread{Clock::system()};
+    TransientThread m_fileThread;
+    std::shared_ptr<ManualFlagsSource> m_flagsSource = std::make_shared<ManualFlagsSource>();
+    std::shared_ptr<WatchedTransport> m_transport = std::make_shared<WatchedTransport>(m_thread);
+    LibraryContext m_context{.clock = Clock::system(),
+                             .executor = m_thread,
+                             .fileExecutor = m_fileThread,
+                             .transport = m_transport,
+                             .makeFlagsSource = [source = m_flagsSource](const QString &) {
+                                 return source;
+                             }};
+    std::shared_ptr<KestrioServiceRequests> m_builder =
+        std::make_shared<KestrioServiceRequests>(Clock::system());
+    std::shared_ptr<KestrioService> m_service =
+        std::make_shared<KestrioService>(m_builder, m_context);
+    std::shared_ptr<SubmissionQueue> m_queue;
+};
+
+void writeAtomically(benchmark::State &state, const QString &file, const QByteArray &text) {
+    QSaveFile target(file);
+    if (!target.open(QIODevice::WriteOnly) || target.write(text) != text.size() || !target.commit())
+        state.SkipWithError("the file cannot be written");
+}
+
+/// Until it is on disk; the part of the calling thread besides. The floor is measured in turn with
+/// it: how long a disk takes to sync changes from second to second.
+void save(benchmark::State &state) {
+    WaitingQueue waiting;
+    Storage::remove(stateFile);
+    const QString file = *Storage::localLibraryURL("Floor"_L1);
+    const QByteArray text = encodeJSON(fullState());
+    std::vector<double> caller;
+    std::vector<double> whole;
+    std::vector<double> floor;
+    for ([[maybe_unused]] auto iteration : state) {
+        const auto bareStart = SteadyClock::now();
+        writeAtomically(state, file, text);
+        floor.push_back(secondsSince(bareStart) * 1e6);
+        const auto start = SteadyClock::now();
+        waiting.queue().save();
+        caller.push_back(secondsSince(start) * 1e6);
+        waiting.runBehind([] {});
+        whole.push_back(secondsSince(start) * 1e6);
+        state.SetIterationTime(whole.back() / 1e6);
+    }
+    if (!Storage::load<PersistentQueue>(Storage::localLibraryURL(stateFile), maximumSize))
+        state.SkipWithError("the state was not saved");
+    state.counters["caller"] = quantile(caller, 0.5);
+    state.counters["whole"] = quantile(whole, 0.5);
+    state.counters["floor"] = quantile(floor, 0.5);
+}
+BENCHMARK(save)->Iterations(saves)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+void drain(benchmark::State &state) {
+    if (!serviceRuns())
+        return state.SkipWithError("there is no service");
+    WaitingQueue waiting;
+    waiting.drain();
+    std::vector<double> seconds;
+    for ([[maybe_unused]] auto iteration : state) {
+        waiting.refill();
+        seconds.push_back(waiting.drain());
+        state.SetIterationTime(seconds.back());
+        if (!waiting.transport().allSucceeded())
+            state.SkipWithError("not every record was taken");
+    }
+    state.counters["per_second"] = records / quantile(seconds, 0.5);
+}
+BENCHMARK(drain)->Iterations(drains)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void post(QNetworkAccessManager &manager, const URLRequest &request, const Block &done) {
+    QNetworkRequest bare(request.url);
+    for (const HTTPHeader &header : request.headers)
+        bare.setRawHeader(header.name, header.value);
+    QNetworkReply *const reply = manager.sendCustomRequest(bare, request.method, request.body);
+    QObject::connect(reply, &QNetworkReply::finished, reply, [reply, done] {
+        reply->readAll();
+        reply->deleteLater();
+        done();
+    });
+}
+
+double postAll(QNetworkAccessManager &manager, const QList<URLRequest> &requests) {
+    QEventLoop loop;
+    qsizetype left = requests.size();
+    const auto start = SteadyClock::now();
+    for (const URLRequest &request : requests) {
+        post(manager, request, [&] {
+            if (--left == 0)
+                loop.quit();
+        });
+    }
+    loop.exec();
+    return secondsSince(start);
+}
+
+/// The requests of `drain`, by a network manager alone.
+void postBare(benchmark::State &state) {
+    if (!serviceRuns())
+        return state.SkipWithError("there is no service");
+    WaitingQueue waiting;
+    waiting.drain();
+    const QList<URLRequest> requests = waiting.transport().requests();
+    QNetworkAccessManager manager;
+    postAll(manager, requests);
+    std::vector<double> seconds;
+    for ([[maybe_unused]] auto iteration : state) {
+        seconds.push_back(postAll(manager, requests));
+        state.SetIterationTime(seconds.back());
+    }
+    state.counters["per_second"] = records / quantile(seconds, 0.5);
+}
+BENCHMARK(postBare)->Iterations(drains)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+} // namespace

@@ -1,0 +1,67 @@
+#include <httplib.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+// The least service that the library can talk to, in a process of its own so that it takes no time
+// of the threads that are measured. How it treats a visitor's requests goes by the environment that
+// the visitor was asked for in: "answers", "refuses" or "silent". It ends with its standard input.
+
+namespace {
+
+constexpr int port = 8080;
+constexpr std::size_t threads = 64;
+constexpr std::size_t requestsPerConnection = 1'000'000;
+constexpr int forbidden = 403;
+/// Longer than any host may take to quit; without an end the threads would run out.
+constexpr std::chrono::seconds silence{3};
+
+bool has(const httplib::Request &request, const char *part) {
+    return request.path.find(part) != std::string::npos;
+}
+
+void answer(const httplib::Request &request, httplib::Response &response) {
+    const char *body = "{}";
+    if (has(request, "/answers/visitors"))
+        body = R"({"vid":1,"token":"T"})";
+    else if (has(request, "/refuses/visitors"))
+        body = R"({"vid":2,"token":"T"})";
+    else if (has(request, "/silent/visitors"))
+        body = R"({"vid":3,"token":"T"})";
+    else if (has(request, "/visitors/2/"))
+        response.status = forbidden;
+    else if (has(request, "/visitors/3/"))
+        std::this_thread::sleep_for(silence);
+    response.set_content(body, "application/json; charset=utf-8");
+}
+
+} // namespace
+
+int main() {
+    httplib::Server server;
+    server.new_task_queue = [] {
+        return new httplib::ThreadPool(threads);
+    };
+    server.set_keep_alive_max_count(requestsPerConnection);
+    server.set_keep_alive_timeout(std::chrono::seconds(std::chrono::minutes(10)).count());
+    server.set_tcp_nodelay(true);
+    // httplib's own choice fails for a minute after another program had the port.
+    server.set_socket_options([](socket_t socket) {
+        const int on = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    });
+    constexpr auto everyPath = ".*";
+    server.Get(everyPath, answer).Post(everyPath, answer).Put(everyPath, answer);
+    if (!server.bind_to_port("::", port) && !server.bind_to_port("0.0.0.0", port))
+        return 1;
+    std::thread([] {
+        while (std::getchar() != EOF)
+            continue;
+        std::_Exit(0);
+    }).detach();
+    std::puts("listening");
+    std::fflush(stdout);
+    return server.listen_after_bind() ? 0 : 1;
+}

@@ -1,0 +1,76 @@
+# The table of all rows, in Markdown, from Google Benchmark's JSON: $one and $two for the scales 1
+# and 2, and $library, the size of the stripped library in KiB.
+
+def found($results; $name):
+  [$results[0].benchmarks[] | select(.run_name | . == $name or startswith($name + "/"))]
+  | ([.[] | select(.aggregate_name == "median")] + [.[] | select(.run_type == "iteration")])[0]
+  | if . == null then error("no result for " + $name)
+    elif .error_occurred then error($name + ": " + .error_message)
+    else . end;
+def counter($name; $key): found($one; $name)[$key];
+# Of the processor alone: nothing is waited for in these.
+def time($name): found($one; $name).cpu_time;
+
+def number: if . >= 100 then round elif . >= 10 then . * 10 | round / 10 else . * 100 | round / 100 end
+  | tostring;
+def with($unit): number + " " + $unit;
+
+# upTo and most: limits of the measured figure; times and least: limits of its ratio to the floor.
+def row($what; $unit; $measured; $floor; $goal):
+  (if $floor then $measured / $floor else null end) as $ratio
+  | ([if $goal.upTo then "at most \($goal.upTo) \($unit)" else empty end,
+      if $goal.most then "under \($goal.most) \($unit)" else empty end,
+      if $goal.times then "at most \($goal.times) x" else empty end,
+      if $goal.least then "at least \($goal.least) x" else empty end] | join(", ")) as $text
+  | (($goal.upTo == null or $measured <= $goal.upTo) and
+     ($goal.most == null or $measured < $goal.most) and
+     ($goal.times == null or $ratio <= $goal.times) and
+     ($goal.least == null or $ratio >= $goal.least)) as $met
+  | [$what, ($measured | with($unit)), (if $floor then $floor | with($unit) else "" end),
+     (if $floor and ($goal.times or $goal.least) then $ratio | number else "" end),
+     $text, (if $met then "met" else "**missed**" end)];
+
+def frames($results; $scale):
+  (found($results; "surveyFrames")) as $frames
+  | (found($results; "fillWindowOnce").real_time) as $floor
+  | [["entry", "the entry"], ["page", "a page change"], ["finish", "the change to the finish page"],
+     ["dismiss", "the dismissal"]][]
+  | row("frames of \(.[1]), scale \($scale), median"; "ms"; $frames[.[0] + "_median"]; $floor; {most: 8}),
+    row("the same, 95th percentile"; "ms"; $frames[.[0] + "_p95"]; $floor; {most: 8});
+
+def present($results; $scale):
+  row("`presentSurvey` to the first frame, scale \($scale)"; "ms"; found($results; "present").median;
+      found($results; "presentDialog").median; {most: 30, times: 1.5});
+
+# What the library adds to a host; the floor is the host without it.
+def added($what; $suffix; $key; $unit; $goal):
+  counter("idle/configured" + $suffix; $key) as $with
+  | counter("idle/bare" + $suffix; $key) as $without
+  | row($what; $unit; $with - $without; $without; $goal);
+
+def rows:
+  row("`track` without a handler, median"; "µs"; counter("track"; "median");
+      counter("postEmptyBlock"; "median"); {most: 5, times: 4}),
+  row("the same, 99th percentile"; "µs"; counter("track"; "p99"); counter("postEmptyBlock"; "p99");
+      {most: 50, times: 4}),
+  row("`configure`, first call"; "µs"; counter("configure"; "median"); counter("readFile"; "median");
+      {most: 3000}),
+  row("decoding a survey of 3 KB"; "µs"; time("decodeSurvey"); time("parseSurvey"); {times: 1.5}),
+  row("encoding a full state"; "µs"; time("encodeState"); time("writeStateAsText"); {times: 2}),
+  row("saving a full state, calling thread"; "µs"; counter("save"; "caller"); null; {most: 20}),
+  row("saving a full state, whole"; "µs"; counter("save"; "whole"); counter("save"; "floor");
+      {times: 1.2}),
+  row("loading a full state"; "µs"; time("loadState"); time("readAndParseState"); {times: 2}),
+  row("draining a full state"; "records/s"; counter("drain"; "per_second");
+      counter("postBare"; "per_second"); {least: 0.8}),
+  present($one; 1), present($two; 2), frames($one; 1), frames($two; 2),
+  added("memory, host with a request of its own"; "_online"; "KiB"; "KiB"; {most: 3072}),
+  added("memory, host without"; ""; "KiB"; "KiB"; {most: 3072}),
+  added("threads"; ""; "threads"; "threads"; {upTo: 2}),
+  row("stripped shared library"; "KiB"; $library; null; {most: 700}),
+  (["answers", 300], ["refuses", 300], ["silent", 1000]
+   | row("quitting after 1,000 calls, service \(.[0])"; "ms"; counter("quit/" + .[0]; "max");
+         counter("quit/bare"; "max"); {most: .[1]}));
+
+["Row", "Measured", "Floor", "Ratio", "Goal", ""], ["---", "---", "---", "---", "---", "---"], rows
+| "| " + join(" | ") + " |"
