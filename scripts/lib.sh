@@ -9,12 +9,14 @@ packages=(
     qt6-base-dev qt6-base-private-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev
     rapidjson-dev libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev libgtest-dev
     libbenchmark-dev
-    clang-format clang-tidy fonts-dejavu-core iproute2 curl jq openssl
+    clang-format clang-tidy fonts-dejavu-core iproute2 curl jq openssl faketime
 )
 # Fonts of many scripts, for pictures.
 picture_packages=(fonts-inter fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji)
 # An X server, a message bus, and a client for what Qt tells assistive technology.
 accessibility_packages=(xvfb xauth dbus at-spi2-core gir1.2-atspi-2.0 python3-gi)
+# A compiler with fuzzers, their runtime, and names for their stack traces.
+fuzz_packages=(clang libclang-rt-14-dev llvm)
 
 # say TEXT...: one line about what happens now.
 say() {

@@ -88,27 +88,4 @@ TEST_F(Outage, deliversStoredAttributesInOneRequestEachOnce) {
     EXPECT_EQ(delivered, keys);
 }
 
-TEST_F(Outage, deliversWhatWasInFlightWhenTheProcessWasKilled) {
-    auto server = std::make_unique<RecordingServer>(servicePort);
-    answerAsService(*server);
-    HostProgram host(data.path());
-    host.send("configure env\nwait-for visitor 10000\nwait-for idle 10000\nvisitor");
-    host.nextReport();
-    // The answer to the attribute saves the event that is still out.
-    host.send("track Unanswered");
-    ASSERT_TRUE(server->waitForRequests(4));
-    host.send("attribute key value\nwait 300\nvisitor");
-    host.nextReport();
-    host.kill();
-    server.reset();
-
-    RecordingServer next(servicePort);
-    answerAsService(next);
-    HostProgram nextHost(data.path());
-    nextHost.send("configure env");
-    const QByteArray batch = "/1/visitors/42/events/batch";
-    ASSERT_TRUE(waitFor([&] { return !requestsTo(next, batch).isEmpty(); }));
-    EXPECT_TRUE(requestsTo(next, batch)[0].body.contains("\"Unanswered\""));
-}
-
 } // namespace

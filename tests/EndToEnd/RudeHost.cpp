@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <thread>
-#include <vector>
 
 // A host that uses the library when and where a well-behaved one would not. The scene is the first
 // argument; each ends with the exit code 0 unless something breaks.
@@ -14,9 +13,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int threads = 8;
-constexpr int callsPerThread = 1000;
 
 void callEverything() {
     Kestrio &kestrio = Kestrio::shared();
@@ -84,27 +80,6 @@ int fromAWorkerThread(int argc, char **argv) {
     return code;
 }
 
-int fromManyThreads(int argc, char **argv) {
-    QCoreApplication application(argc, argv);
-    Kestrio::shared().configure(u"env"_s);
-    std::vector<std::thread> workers;
-    for (int worker = 0; worker < threads; ++worker) {
-        workers.emplace_back([worker] {
-            for (int call = 0; call < callsPerThread; ++call) {
-                Kestrio::shared().track(u"Event"_s);
-                if (call % 100 == worker)
-                    callEverything();
-                if (call % 250 == worker)
-                    Kestrio::shared().configure(u"env"_s);
-            }
-        });
-    }
-    const int code = runUntilVisitor();
-    for (std::thread &worker : workers)
-        worker.join();
-    return code;
-}
-
 int withoutAnEventLoop(int argc, char **argv) {
     QCoreApplication application(argc, argv);
     Kestrio::shared().configure(u"env"_s);
@@ -127,13 +102,9 @@ struct Scene {
 };
 
 constexpr Scene scenes[] = {
-    {"before", beforeTheApplication},
-    {"after", afterTheApplication},
-    {"second", withASecondApplication},
-    {"worker", fromAWorkerThread},
-    {"threads", fromManyThreads},
-    {"no-loop", withoutAnEventLoop},
-    {"exit", leavingByExit},
+    {"before", beforeTheApplication},   {"after", afterTheApplication},
+    {"second", withASecondApplication}, {"worker", fromAWorkerThread},
+    {"no-loop", withoutAnEventLoop},    {"exit", leavingByExit},
 };
 
 } // namespace
