@@ -106,6 +106,9 @@ void NetworkTask::start() {
 }
 
 void NetworkTask::giveUp() {
+    // It may be over: the reply goes before the task does.
+    if (!m_completion)
+        return;
     m_gaveUp = true;
     m_reply->abort();
 }

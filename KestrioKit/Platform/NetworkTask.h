@@ -20,7 +20,7 @@ public:
 
     /// Sends the request. Fails at once, with a completion, when its URL is none to send to.
     void start();
-    /// Ends it for having taken too long.
+    /// Ends it for having taken too long, unless it is over.
     void giveUp();
 
     /// How many redirections one request follows.

@@ -7,6 +7,7 @@
 #include <QThread>
 
 #include <atomic>
+#include <utility>
 
 namespace KestrioKit {
 
@@ -36,26 +37,58 @@ private:
 };
 
 /// Shared with the blocks that wait on the executor, which may outlive the transport.
-struct NetworkTransport::State {
-    std::atomic<int> tasksInFlight = 0;
-    /// Used on the executor's thread alone.
-    QPointer<Manager> manager;
+struct NetworkTransport::State : std::enable_shared_from_this<State> {
+    State(Executor &itsExecutor, const Clock &itsClock) : executor(itsExecutor), clock(itsClock) {}
 
-    QPointer<NetworkTask> send(URLRequest request, Body body, URLCompletion completion) {
+    Executor &executor;
+    const Clock &clock;
+    std::atomic<int> tasksInFlight = 0;
+    // Used on the executor's thread alone.
+    QPointer<Manager> manager;
+    /// What is out, and when it is to be given up, the earliest first.
+    QList<std::pair<DispatchTime, QPointer<NetworkTask>>> deadlines;
+    bool watching = false;
+
+    void send(URLRequest request, Body body, URLCompletion completion) {
         if (!manager || manager->retired()) {
             manager = new Manager;
             QObject::connect(QThread::currentThread(), &QThread::finished, manager,
                              &QObject::deleteLater);
         }
-        return manager->send(std::move(request), body, std::move(completion));
+        deadlines.emplaceBack(clock.now() + answerLimit,
+                              manager->send(std::move(request), body, std::move(completion)));
+        watch();
+    }
+
+    /// One block waits for the earliest deadline, however many requests there are.
+    void watch() {
+        deadlines.removeIf([](const auto &deadline) { return !deadline.second; });
+        if (watching || deadlines.isEmpty())
+            return;
+        watching = true;
+        executor.postAt(deadlines.first().first, [state = shared_from_this()] {
+            state->watching = false;
+            state->giveUpLate();
+            state->watch();
+        });
+    }
+
+    void giveUpLate() {
+        const DispatchTime now = clock.now();
+        for (const auto &[deadline, task] : std::exchange(deadlines, {})) {
+            if (deadline > now)
+                deadlines.emplaceBack(deadline, task);
+            else if (task)
+                task->giveUp();
+        }
     }
 };
 
 NetworkTransport::NetworkTransport(Executor &executor, const Clock &clock)
-    : m_executor(executor), m_clock(clock), m_state(std::make_shared<State>()) {}
+    : m_state(std::make_shared<State>(executor, clock)) {}
 
 NetworkTransport::~NetworkTransport() {
-    m_executor.post([state = m_state] { delete state->manager; });
+    m_state->executor.post([state = m_state] { delete state->manager; });
 }
 
 void NetworkTransport::send(URLRequest request, Body body, URLCompletion completion) {
@@ -64,14 +97,10 @@ void NetworkTransport::send(URLRequest request, Body body, URLCompletion complet
         completion(result);
         --state->tasksInFlight;
     };
-    m_executor.post([state = m_state, request = std::move(request), body, done = std::move(done),
-                     &executor = m_executor, deadline = m_clock.now() + answerLimit]() mutable {
-        const auto task = state->send(std::move(request), body, std::move(done));
-        executor.postAt(deadline, [task] {
-            if (task)
-                task->giveUp();
+    m_state->executor.post(
+        [state = m_state, request = std::move(request), body, done = std::move(done)]() mutable {
+            state->send(std::move(request), body, std::move(done));
         });
-    });
 }
 
 int NetworkTransport::tasksInFlight() const {

@@ -29,8 +29,6 @@ private:
     class Manager;
     struct State;
 
-    Executor &m_executor;
-    const Clock &m_clock;
     std::shared_ptr<State> m_state;
 };
 
