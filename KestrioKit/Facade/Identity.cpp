@@ -24,7 +24,8 @@ void logLoaded(qint64 visitorIdentifier, const std::optional<QString> &token, QS
 
 } // namespace
 
-Identity::Identity(std::shared_ptr<KestrioService> api) : m_api(std::move(api)) {}
+Identity::Identity(std::shared_ptr<KestrioService> api, SerialExecutor &fileExecutor)
+    : m_api(std::move(api)), m_fileExecutor(fileExecutor) {}
 
 void Identity::loadAuthorizationInfo() {
     const std::lock_guard guard(m_lock);
@@ -46,8 +47,10 @@ void Identity::loadFromEnvironment() {
 }
 
 void Identity::loadFromFile() {
-    const auto record = Storage::load<LocalData>(Storage::localLibraryURL(identityFilename),
-                                                 maximumIdentityFileSize);
+    const auto record = *m_changesWaiting > 0
+                            ? m_localData.value()
+                            : Storage::load<LocalData>(Storage::localLibraryURL(identityFilename),
+                                                       maximumIdentityFileSize);
     if (!record)
         return;
     m_localData.setValue(*record);
@@ -61,8 +64,16 @@ void Identity::clearAuthorizationInfo() {
     const std::lock_guard guard(m_lock);
     voidEarlierRequests();
     m_api->clearAuthorization();
-    Storage::remove(identityFilename);
+    changeFile([] { Storage::remove(identityFilename); });
     m_localData.setValue({});
+}
+
+void Identity::changeFile(Block change) {
+    ++*m_changesWaiting;
+    m_fileExecutor.post([change = std::move(change), waiting = m_changesWaiting] {
+        change();
+        --*waiting;
+    });
 }
 
 Identity::RequestNumber Identity::beginRequest() {
@@ -82,7 +93,9 @@ std::optional<LocalData> Identity::saveAuthorizationInfo(RequestNumber request,
         return std::nullopt;
     const LocalData record = change(m_localData.value());
     m_api->authorize(record.token, record.visitorIdentifier);
-    Storage::store(std::optional(record), Storage::localLibraryURL(identityFilename));
+    changeFile([record] {
+        Storage::store(std::optional(record), Storage::localLibraryURL(identityFilename));
+    });
     m_localData.setValue(record);
     return record;
 }

@@ -4,6 +4,7 @@
 #include "KestrioKit/Platform/Atomic.h"
 #include "KestrioKit/Service/KestrioService.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -22,7 +23,8 @@ public:
     /// Makes the new record out of the one that holds until then.
     using Change = std::function<LocalData(const LocalData &known)>;
 
-    explicit Identity(std::shared_ptr<KestrioService> api);
+    /// `fileExecutor` writes and removes the file, and must outlive its blocks.
+    Identity(std::shared_ptr<KestrioService> api, SerialExecutor &fileExecutor);
     Q_DISABLE_COPY_MOVE(Identity)
 
     /// The last identity that was read, saved or cleared; at first nothing is known.
@@ -39,8 +41,8 @@ public:
     RequestNumber beginRequest();
     /// Says that the request was answered, or failed. False when that counts for nothing.
     bool settle(RequestNumber request);
-    /// The same, and when it counts: authorizes the service with the changed record, writes it to
-    /// the file, and returns it.
+    /// The same, and when it counts: authorizes the service with the changed record, has it written
+    /// to the file, and returns it.
     std::optional<LocalData> saveAuthorizationInfo(RequestNumber request, const Change &change);
 
 private:
@@ -48,11 +50,17 @@ private:
     void voidEarlierRequests();
     void loadFromEnvironment();
     void loadFromFile();
+    void changeFile(Block change);
 
     std::shared_ptr<KestrioService> m_api;
+    SerialExecutor &m_fileExecutor;
     Atomic<LocalData> m_localData;
-    /// Held while service, file and memory are brought in step, so that they stay so.
+    /// Held while service, file and memory are brought in step, so that they stay so. Never while a
+    /// disk is at work: the host's thread takes it, too.
     std::mutex m_lock;
+    /// How many changes of the file are still to be made: meanwhile memory knows better. Shared
+    /// with what makes them.
+    std::shared_ptr<std::atomic<int>> m_changesWaiting = std::make_shared<std::atomic<int>>(0);
     RequestNumber m_lastRequest = 0;
     /// The highest of the requests whose answer has counted, or which were made void.
     RequestNumber m_lastSettled = 0;

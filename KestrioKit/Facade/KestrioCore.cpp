@@ -86,7 +86,7 @@ KestrioCore::KestrioCore(const LibraryContext &context)
     : m_clock(context.clock),
       m_api(std::make_shared<KestrioService>(
           std::make_shared<KestrioServiceRequests>(context.clock), context)),
-      m_identity(m_api) {}
+      m_identity(m_api, context.fileExecutor) {}
 
 bool KestrioCore::disableNetworkAccess() const {
     return m_api->disableNetworkAccess();

@@ -20,7 +20,7 @@ struct LibraryContext {
     const Clock &clock;
     /// Runs the blocks of every dispatch queue.
     Executor &executor;
-    /// Writes the state file: the other one also serves the network, which must not wait for disks.
+    /// Writes the files: the other one also serves the network, which must not wait for disks.
     SerialExecutor &fileExecutor;
     std::shared_ptr<URLTransport> transport;
     ReachabilityFlagsSourceFactory makeFlagsSource;

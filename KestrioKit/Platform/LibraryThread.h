@@ -11,9 +11,9 @@ class QThread;
 
 namespace KestrioKit {
 
-/// The library's own thread: it runs the blocks of every dispatch queue, touches the files, and
-/// holds the network manager. It starts with the first block once there is an application object
-/// (Qt's event loops need one), and ends with the application.
+/// The library's own thread: it runs the blocks of every dispatch queue, and holds the network
+/// manager. It starts with the first block once there is an application object (Qt's event loops
+/// need one), and ends with the application.
 class LibraryThread final : public Executor {
 public:
     /// `clock` must outlive this object.

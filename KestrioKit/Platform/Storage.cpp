@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QStandardPaths>
 
@@ -39,16 +40,17 @@ void Storage::setUp() {
     removeLeftovers();
 }
 
-// A write that a crash cut off leaves its file "<name>.json.<six letters>" behind. One that is not
-// old may be of another process that is writing now.
+// A write that a crash cut off leaves a file behind, which QSaveFile calls "<name>.json." and six
+// letters. One that is not old may be of another process that is writing now.
 void Storage::removeLeftovers() {
     const std::optional<QString> folder = libraryFolder();
     if (!folder)
         return;
     const QDateTime latest = QDateTime::currentDateTimeUtc().addSecs(-leftoverAge);
-    const QStringList unfinished{u"*.json.*"_s};
-    for (const QFileInfo &file : QDir(*folder).entryInfoList(unfinished, QDir::Files)) {
-        if (file.lastModified() < latest)
+    static const QRegularExpression unfinished(
+        u"\\A(SubmissionQueue|VisitorData)\\.json\\.[A-Za-z]{6}\\z"_s);
+    for (const QFileInfo &file : QDir(*folder).entryInfoList(QDir::Files)) {
+        if (file.lastModified() < latest && unfinished.match(file.fileName()).hasMatch())
             QFile::remove(file.filePath());
     }
 }

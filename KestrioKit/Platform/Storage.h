@@ -16,8 +16,9 @@ class Storage {
 public:
     Storage() = delete;
 
-    /// Makes the folder, and removes what an earlier process left unfinished there. When the
-    /// environment has "KESTRIO_HARD_RESET", with whatever value, the folder is emptied first.
+    /// Makes the folder, and removes what a process left unfinished there an hour ago or earlier.
+    /// When the environment has "KESTRIO_HARD_RESET", with whatever value, the folder is emptied
+    /// first.
     static void setUp();
 
     /// Where the file of that name lies; absent when the platform names no data folder.

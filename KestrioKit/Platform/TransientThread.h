@@ -2,14 +2,13 @@
 
 #include "KestrioKit/Platform/ApplicationLifecycle.h"
 
-#include <QThreadPool>
-
 #include <chrono>
+#include <memory>
 
 namespace KestrioKit {
 
 /// A thread that is there while it has blocks to run, and a moment longer. It needs no application
-/// object, and ends with the one that there is.
+/// object, and what waits is done before the one that there is ends.
 class TransientThread final : public SerialExecutor {
 public:
     TransientThread();
@@ -22,7 +21,9 @@ public:
     static constexpr std::chrono::seconds stopLimit{5};
 
 private:
-    QThreadPool m_pool;
+    struct State;
+
+    std::shared_ptr<State> m_state;
     ApplicationLifecycle::Observation m_applicationTerminated;
 };
 

@@ -54,10 +54,8 @@ void StateFile::remove() {
 }
 
 void StateFile::make(Change change) {
-    const std::optional<Change> voided = m_changes->next.mutate(
-        [&change](auto &waiting) { return std::exchange(waiting, std::move(change)); });
-    if (!voided)
-        m_executor.post([changes = m_changes] { changes->makeNext(); });
+    m_changes->next.setValue(std::move(change));
+    m_executor.post([changes = m_changes] { changes->makeNext(); });
 }
 
 } // namespace KestrioKit

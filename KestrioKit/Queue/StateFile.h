@@ -18,7 +18,8 @@ public:
     /// What the file holds now, read on the calling thread; absent when it cannot be read.
     static std::optional<PersistentQueue> load();
 
-    /// Has the state stored in place of the one in the file. `task` is kept until then.
+    /// Has the state stored in place of the one in the file. `task` is kept until then, or until
+    /// the next change makes this one void.
     void store(PersistentQueue state, std::shared_ptr<void> task);
     /// Has the file removed.
     void remove();
