@@ -42,42 +42,20 @@ int runUntilVisitor() {
     return QCoreApplication::exec();
 }
 
-int beforeTheApplication(int argc, char **argv) {
+int aroundTheApplication(int argc, char **argv) {
     callEverything();
     Kestrio::shared().configure(u"env"_s);
     callEverything();
-    QCoreApplication application(argc, argv);
-    return runUntilVisitor();
-}
-
-int afterTheApplication(int argc, char **argv) {
     int code = 0;
     {
         QCoreApplication application(argc, argv);
-        Kestrio::shared().configure(u"env"_s);
         code = runUntilVisitor();
     }
     callEverything();
     std::thread(callEverything).join();
-    return code;
-}
-
-int withASecondApplication(int argc, char **argv) {
-    const int code = afterTheApplication(argc, argv);
     QCoreApplication application(argc, argv);
     callEverything();
     return code + runUntilVisitor();
-}
-
-int fromAWorkerThread(int argc, char **argv) {
-    QCoreApplication application(argc, argv);
-    std::thread worker([] {
-        Kestrio::shared().configure(u"env"_s);
-        callEverything();
-    });
-    const int code = runUntilVisitor();
-    worker.join();
-    return code;
 }
 
 int withoutAnEventLoop(int argc, char **argv) {
@@ -96,21 +74,19 @@ int leavingByExit(int argc, char **argv) {
     std::exit(code);
 }
 
-struct Scene {
+constexpr struct {
     const char *name;
     int (*play)(int argc, char **argv);
-};
-
-constexpr Scene scenes[] = {
-    {"before", beforeTheApplication},   {"after", afterTheApplication},
-    {"second", withASecondApplication}, {"worker", fromAWorkerThread},
-    {"no-loop", withoutAnEventLoop},    {"exit", leavingByExit},
+} scenes[] = {
+    {"around", aroundTheApplication},
+    {"no-loop", withoutAnEventLoop},
+    {"exit", leavingByExit},
 };
 
 } // namespace
 
 int main(int argc, char **argv) {
-    for (const Scene &scene : scenes) {
+    for (const auto &scene : scenes) {
         if (argc == 2 && std::strcmp(argv[1], scene.name) == 0)
             return scene.play(argc, argv);
     }

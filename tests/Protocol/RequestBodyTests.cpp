@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 using namespace KestrioKit;
 using namespace Qt::StringLiterals;
 
@@ -62,12 +60,4 @@ TEST(SurveyQuestionResponse, isReadAsItStands) {
     EXPECT_EQ(read<Response>(R"({"questionId":7,"seenAt":1})"), (Response{7, empty, 1, {}, {}}));
     for (const char *json : {R"({"value":4,"seenAt":1})", R"({"questionId":7,"value":4})"})
         EXPECT_TRUE(std::holds_alternative<DecodingError>(decodeJSON<Response>(json))) << json;
-}
-
-TEST(SurveyQuestionResponse, canBeReadHoweverOftenItWasStored) {
-    constexpr int farTooOften = 200;
-    Response response{7, empty, 1700000000, {}, {}};
-    for (int time = 0; time < farTooOften; ++time)
-        response = read<Response>(encodeJSON(response));
-    EXPECT_EQ(response.seenAt, std::numeric_limits<double>::max());
 }

@@ -10,19 +10,13 @@ protected:
 };
 
 TEST_F(QueueRunnerTest, RetriesServerErrorsAndFailuresUpToFiveSends) {
-    struct Answer {
-        int status;
-        std::optional<Error> error = std::nullopt;
-    };
     // The last one is final.
-    const QList<Answer> rows[] = {
-        {{400}},
-        {{400, failure}},
+    const QList<std::pair<int, std::optional<Error>>> rows[] = {
+        {{400, {}}},
         {{499, failure}},
-        {{600}},
-        {{503}, {503}, {200}},
-        {{503}, {503}, {503}, {503}, {503}},
-        {{500}, {599}, {200, failure}, {0, failure}, {200}},
+        {{600, {}}},
+        {{503, {}}, {503, {}}, {503, {}}, {503, {}}, {503, {}}},
+        {{500, {}}, {599, {}}, {200, failure}, {0, failure}, {200, {}}},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(&row - rows);
@@ -37,12 +31,12 @@ TEST_F(QueueRunnerTest, RetriesServerErrorsAndFailuresUpToFiveSends) {
             }
             ASSERT_EQ(sender->out(), QStringList(u"a"_s)) << number;
             clock.advance(3);
-            answer(row[number].status, row[number].error);
+            answer(row[number].first, row[number].second);
         }
         advance(1000);
         EXPECT_EQ(sender->out(), QStringList());
         EXPECT_EQ(file(), stateText({}));
-        const QString completion = u"a "_s + QString::number(row.last().status);
+        const QString completion = u"a "_s + QString::number(row.last().first);
         EXPECT_EQ(std::exchange(completions, {}), QStringList(completion));
     }
 }
@@ -77,12 +71,6 @@ TEST_F(QueueRunnerTest, SendsOtherRecordsEachInItsTime) {
     EXPECT_EQ(sender->out(), QStringList(u"a"_s));
     answer(503);
     EXPECT_EQ(sender->out(), QStringList(u"b"_s));
-}
-
-TEST(KestrioRetryStrategyTest, DefaultBackoffIsDefinedForEveryCount) {
-    const QList<double> seconds{0, 5, 10, 30, 60, 120, 300, 600, 600};
-    for (qsizetype attempts = 0; attempts < seconds.size(); ++attempts)
-        EXPECT_EQ(KestrioRetryStrategyDefaultBackoff(attempts), seconds[attempts]) << attempts;
 }
 
 TEST_F(QueueRunnerTest, FinishesWhatCannotBeSent) {

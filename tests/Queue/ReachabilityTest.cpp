@@ -69,19 +69,16 @@ TEST_F(ReachabilityTest, AnnouncesEachChangeOnceUntilItIsDropped) {
 TEST_F(ReachabilityTest, FailingStartsLeaveNothingBehind) {
     using Reason = ReachabilityError::Reason;
     constexpr int code = 13;
-    const struct {
-        ManualFlagsSource::Errors errors;
-        Reason reason;
-    } rows[] = {
+    const std::pair<ManualFlagsSource::Errors, Reason> rows[] = {
         {{.setCallback = code}, Reason::unableToSetCallback},
         {{.setDispatchQueue = code}, Reason::unableToSetDispatchQueue},
         {{.flags = code}, Reason::unableToGetFlags},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(int(row.reason));
+    for (const auto &[errors, reason] : rows) {
+        SCOPED_TRACE(int(reason));
         create();
-        flagsSource->fail(row.errors);
-        EXPECT_EQ(monitor->startNotifier(), (ReachabilityError{row.reason, code, {}}));
+        flagsSource->fail(errors);
+        EXPECT_EQ(monitor->startNotifier(), (ReachabilityError{reason, code, {}}));
         EXPECT_FALSE(monitor->notifierRunning() || flagsSource->isListenedTo());
         flagsSource->fail({});
         EXPECT_FALSE(monitor->startNotifier());

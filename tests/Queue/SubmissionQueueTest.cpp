@@ -3,7 +3,6 @@
 #include <QGuiApplication>
 
 #include <future>
-#include <thread>
 
 namespace KestrioKit {
 
@@ -51,6 +50,7 @@ TEST_F(SubmissionQueueTest, SendsWhatItsOwnFileHoldsBeforeWhatIsNew) {
         {R"("version":2,"vid":8,)", u"new"_s},
         {R"("version":3,"vid":7,)", u"new"_s},
         {R"("version":3,)", u"new"_s},
+        {R"("version":3,"vid":"8",)", u"new"_s},
     };
     for (const auto &[head, out] : rows) {
         QFile stored(fileName);
@@ -117,30 +117,6 @@ TEST_F(SubmissionQueueTest, KeepsRecordsWithoutAMonitor) {
     EXPECT_TRUE(sender->handledErrors().value(0).localizedDescription.contains(u"0.0.0.0"_s));
     EXPECT_EQ(sender->sends(), 0);
     EXPECT_EQ(file(), stateText({"a"}));
-}
-
-TEST_F(SubmissionQueueTest, TakesThousandsOfRequestsFromSeveralThreads) {
-    make();
-    sender->answerAtOnce(200);
-    std::vector<std::jthread> hosts;
-    for (int host = 0; host < 4; ++host) {
-        hosts.emplace_back([this, host] {
-            for (int number = 0; number < 1000; ++number) {
-                appendAttribute(u"plan"_s);
-                appendEvent(u"a"_s);
-                if (number % 100 == 0)
-                    queue->updateAuth(host, std::nullopt);
-                flagsSource->change(number % 100 == 0 ? isDirect : reachable);
-            }
-        });
-    }
-    hosts.clear();
-    queue->updateAuth(8, u"token"_s);
-    flagsSource->change(reachable);
-    appendEvent(u"last"_s);
-    settle();
-    EXPECT_TRUE(completions.contains(u"last 200"_s));
-    EXPECT_EQ(file(), stateText({}));
 }
 
 } // namespace KestrioKit

@@ -207,34 +207,4 @@ TEST_F(ContentViews, StackTheirControlsAtTheLeadingEdge) {
     }
 }
 
-// The survey lies in the host's window, where the host's rules hold.
-TEST_F(ContentViews, LookTheSameUnderAnyStyleSheet) {
-    const auto picturesUnder = [this](const QString &styleSheet) {
-        window.setStyleSheet(styleSheet);
-        make<LikertQuestionContentView>();
-        QList<QImage> pictures;
-        for (QuestionContentContainer *const view :
-             std::initializer_list<QuestionContentContainer *>{
-                 new LikertQuestionContentView(details(), theme, true),
-                 new MultipleChoiceQuestionContentView(details(), theme, true),
-                 new MultiSelectQuestionContentView(details(), theme, true),
-                 new OpenQuestionContentView(details(), theme, true)}) {
-            qDeleteAll(window.findChildren<QuestionContentContainer *>());
-            show(view, width);
-            QImage picture(view->size(), QImage::Format_RGB32);
-            picture.fill(Qt::white);
-            view->render(&picture, {}, {}, QWidget::DrawChildren);
-            pictures.append(picture);
-        }
-        return pictures;
-    };
-    const auto plain = picturesUnder({});
-    EXPECT_EQ(
-        picturesUnder(u"QWidget { background: #333; color: red; border: 2px solid; padding: 5px;"
-                      " font: bold 30px; } QLabel { background: yellow; min-height: 90px; }"
-                      "QTextEdit { min-height: 200px; } QTextEdit:focus { color: blue; }"
-                      "QScrollBar { width: 40px; }"_s),
-        plain);
-}
-
 } // namespace KestrioKit

@@ -148,9 +148,10 @@ TEST_F(SurveyLayout, ScrollsWithAFingerWithoutPressing) {
 }
 
 TEST_F(SurveyLayout, LooksTheSameUnderAHostsStyleSheet) {
-    const auto picture = [this](const QByteArray &questions) {
-        present(questions);
-        if (questions.contains("likert"))
+    const auto picture = [this](const QByteArray &type) {
+        present(R"([{"name":1,"type":")" + type + R"(","props":{"message":"How?",
+            "options":[{"id":1,"label":"One","value":"1"}]}}])");
+        if (type == "likert")
             click(u"Option 3"_s);
         window.setFocus();
         // Within the corners, around which the host shows.
@@ -160,18 +161,14 @@ TEST_F(SurveyLayout, LooksTheSameUnderAHostsStyleSheet) {
         core->setSurvey(std::nullopt);
         return image;
     };
-    const QByteArray options = R"("options":[{"id":1,"label":"One","value":"1"}])";
-    for (const QByteArray &questions :
-         {QByteArray(R"([{"name":1,"type":"nps","props":{"message":"How?"}}])"),
-          QByteArray(R"([{"name":1,"type":"open","props":{"message":"How?"}}])"),
-          R"([{"name":1,"type":"multiplechoice","props":{"message":"How?",)" + options + "}}]",
-          R"([{"name":1,"type":"multipleselect","props":{"message":"How?",)" + options + "}}]",
-          QByteArray(shortQuestion)}) {
-        const QImage plain = picture(questions);
+    for (const QByteArray type : {"nps", "open", "multiplechoice", "multipleselect", "likert"}) {
+        const QImage plain = picture(type);
         qApp->setStyleSheet(
             u"QWidget QWidget { min-width: 120px; min-height: 60px; padding: 9px; color: red;"
-            " background: yellow; border: 3px solid red; font: 40px serif }"_s);
-        EXPECT_EQ(picture(questions), plain) << questions.constData();
+            " background: yellow; border: 3px solid red; font: 40px serif }"
+            "QLabel { min-height: 90px } QTextEdit { min-height: 200px }"
+            "QTextEdit:focus { color: blue } QScrollBar { width: 40px }"_s);
+        EXPECT_EQ(picture(type), plain) << type.constData();
         qApp->setStyleSheet({});
     }
 }

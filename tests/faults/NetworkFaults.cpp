@@ -1,18 +1,11 @@
 #include "tests/faults/FaultRow.h"
 #include "tests/support/Programs.h"
 
-#include <gtest/gtest.h>
-
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
 
-#include <optional>
 #include <random>
 
 using namespace KestrioKit;
@@ -21,90 +14,63 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const auto hostName = u"kestrio.localhost.test"_s;
+/// Two hosts of the test's own, joined by one link: the service's, and the application's with a
+/// default route over it.
+const auto join = uR"(mkdir -p /etc/netns/ks-app &&
+    echo 10.203.0.1 kestrio.localhost.test >/etc/netns/ks-app/hosts &&
+    ip link add ks0 netns ks-service type veth peer name ks1 netns ks-app &&
+    ip -n ks-service addr add 10.203.0.1/24 dev ks0 &&
+    ip -n ks-service link set ks0 up && ip -n ks-service link set lo up &&
+    ip -n ks-app addr add 10.203.0.2/24 dev ks1 && ip -n ks-app link set ks1 up &&
+    ip -n ks-app route add default via 10.203.0.1 &&
+    # The kernel takes a while to call a new link a running one.
+    timeout 20 sh -c 'until ip -n ks-app link show ks1 | grep -q "state UP"; do sleep 0.1; done')"_s;
+const auto part = u"ip netns del ks-service; ip netns del ks-app; rm -rf /etc/netns/ks-app"_s;
 
-/// A way to take the network from the application, and to give it back. "S" stands for the
-/// service's namespace, "A" for the application's.
+/// A way to take the network from the application, and to give it back but for the route.
 struct Outage {
-    const char *away;
-    QByteArrayList back;
+    QString away;
+    QString back;
 };
 
 const Outage outages[] = {
-    {"-n A route del default", {}},
-    {"-n A link set ks1 down", {"-n A link set ks1 up"}},
-    {"-n A addr del 10.203.0.2/24 dev ks1", {"-n A addr add 10.203.0.2/24 dev ks1"}},
+    {u"ip -n ks-app route del default"_s, u"true"_s},
+    {u"ip -n ks-app link set ks1 down"_s, u"ip -n ks-app link set ks1 up"_s},
+    {u"ip -n ks-app addr del 10.203.0.2/24 dev ks1"_s,
+     u"ip -n ks-app addr add 10.203.0.2/24 dev ks1"_s},
     // The cable: nothing changes at the application but the link's state.
-    {"-n S link set ks0 down", {"-n S link set ks0 up"}},
+    {u"ip -n ks-service link set ks0 down"_s, u"ip -n ks-service link set ks0 up"_s},
 };
 
-/// Two hosts of the test's own, joined by one link: the service's, and the application's with a
-/// default route over it.
+const QStringList inService{u"netns"_s, u"exec"_s, u"ks-service"_s};
+
 class NetworkFaults : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (!ip("netns add S") || !ip("netns add A"))
+        if (!sh(u"ip netns add ks-service && ip netns add ks-app"_s))
             GTEST_SKIP() << "network namespaces cannot be made here";
-        QDir().mkpath(u"/etc/netns/"_s + application);
-        QFile hosts(u"/etc/netns/%1/hosts"_s.arg(application));
-        ASSERT_TRUE(hosts.open(QIODevice::WriteOnly));
-        hosts.write("10.203.0.1 " + hostName.toUtf8() + '\n');
-        hosts.close();
-        for (const char *const command :
-             {"link add ks0 netns S type veth peer name ks1 netns A",
-              "-n S addr add 10.203.0.1/24 dev ks0", "-n A addr add 10.203.0.2/24 dev ks1",
-              "-n S link set ks0 up", "-n S link set lo up", "-n A link set ks1 up", defaultRoute})
-            ASSERT_TRUE(ip(command)) << command;
-        // The kernel takes a while to call a new link a running one.
-        ASSERT_TRUE(waitFor([this] { return run("-n A link show ks1").contains("state UP"); }));
+        ASSERT_TRUE(sh(join));
     }
+    void TearDown() override { sh(part); }
 
-    void TearDown() override {
-        ip("netns del S");
-        ip("netns del A");
-        QDir(u"/etc/netns/"_s + application).removeRecursively();
-    }
-
-    QStringList words(const QByteArray &command) const {
-        QStringList words = QString::fromUtf8(command).split(u' ');
-        words.replaceInStrings(QRegularExpression(u"^S$"_s), service);
-        words.replaceInStrings(QRegularExpression(u"^A$"_s), application);
-        return words;
-    }
-    bool ip(const QByteArray &command) const {
-        return RunningProgram(u"ip"_s, words(command)).waitForEnd() == 0;
-    }
-    QByteArray run(const QByteArray &command) const {
-        RunningProgram program(u"ip"_s, words(command));
-        program.waitForEnd();
-        return program.output();
-    }
-
+    bool sh(const QString &commands) const { return shell(data.path(), commands); }
     /// What the service was told, each name as often as it came.
-    QStringList delivered() const {
-        const QByteArray all = run("netns exec S curl -s http://127.0.0.1:8080/records");
-        const QJsonObject records = QJsonDocument::fromJson(all).object();
-        QStringList names;
-        for (const QJsonValue batch : records["events"_L1].toArray()) {
-            for (const QJsonValue event : batch["body"_L1]["events"_L1].toArray())
-                names.append(event["event"_L1].toString());
-        }
-        for (const QJsonValue change : records["attributeChanges"_L1].toArray())
-            names.append(change["key"_L1].toString());
-        return names;
+    static QStringList delivered() {
+        RunningProgram client(u"ip"_s, inService + QStringList{u"curl"_s, u"-s"_s,
+                                                               u"http://127.0.0.1:8080/records"_s});
+        EXPECT_EQ(client.waitForEnd(), 0);
+        const QJsonObject all = QJsonDocument::fromJson(client.output()).object();
+        const QJsonArray told{all["events"_L1], all["attributeChanges"_L1]};
+        return testNames(QJsonDocument(told).toJson());
     }
-
     qsizetype said(const char *what) { return host->program().output().count(what); }
-    void pause(int longest) {
-        const std::chrono::milliseconds time(random() % unsigned(longest));
-        waitFor([] { return false; }, time);
-    }
-    /// An event and an attribute; their name.
+    void pauseUpTo(int longest) { pause((random() % unsigned(longest)) * 1ms); }
+    /// An event and an attribute; the event's name.
     QString make() {
-        const QByteArray number = QByteArray::number(made.size() / 2);
-        host->send("track Event" + number + "\nattribute Key" + number + " v");
-        const QString event = u"Event"_s + QString::fromUtf8(number);
-        made << event << u"Key"_s + QString::fromUtf8(number);
+        const QString event = u"test-e%1"_s.arg(made.size());
+        const QString attribute = u"test-a%1"_s.arg(made.size());
+        host->send(u"track %1\nattribute %2 v"_s.arg(event, attribute).toUtf8());
+        made << event << attribute;
         return event;
     }
 
@@ -112,56 +78,52 @@ protected:
     void live(const Outage &outage) {
         const qsizetype silences = said("Reachable = false");
         make();
-        pause(30);
-        ASSERT_TRUE(ip(outage.away)) << outage.away;
+        pauseUpTo(30);
+        ASSERT_TRUE(sh(outage.away));
         make();
         if (&outage == &outages[0]) {
             // The service is still on the same link, so only the library's judgement stops it.
             ASSERT_TRUE(waitFor([&] { return said("Reachable = false") > silences; }));
             const QString event = make();
-            pause(300);
+            pauseUpTo(300);
             EXPECT_FALSE(delivered().contains(event));
         }
-        pause(300);
-        for (const QByteArray &command : outage.back)
-            ASSERT_TRUE(ip(command)) << command.constData();
-        pause(30);
+        pauseUpTo(300);
+        ASSERT_TRUE(sh(outage.back));
+        pauseUpTo(30);
         make();
-        ASSERT_TRUE(ip(defaultRoute));
+        ASSERT_TRUE(sh(u"ip -n ks-app route replace default via 10.203.0.1"_s));
         host->send("wait-for idle 15000\nvisitor");
-        ASSERT_EQ(host->nextReport()[u"visitor"_s], 1) << host->program().output().toStdString();
+        ASSERT_EQ(host->nextReport()["visitor"_L1], 1) << host->program().output().toStdString();
     }
 
     /// The waits between five sends, and some.
     static constexpr auto longestRetry = 110s;
-    static constexpr auto defaultRoute = "-n A route replace default via 10.203.0.1";
-    const QString id = QString::number(QCoreApplication::applicationPid());
-    const QString service = u"ks-service-"_s + id;
-    const QString application = u"ks-app-"_s + id;
     QTemporaryDir data;
     std::mt19937 random;
-    std::optional<HostProgram> host;
+    std::unique_ptr<HostProgram> host;
     QSet<QString> made;
 };
 
 TEST_F(NetworkFaults, DeliversEachRecordThoughTheNetworkComesAndGoes) {
     FaultRow row("network taken away and given back", 400s);
-    const int rounds = FaultRow::times(100, 5);
+    const unsigned rounds = unsigned(FaultRow::times(100, 5));
     const auto seed = std::random_device()();
     SCOPED_TRACE(seed);
     random.seed(seed);
-    const RunningProgram server(u"ip"_s, words("netns exec S") +
-                                             QStringList{serviceProgramFile(), u"--database"_s,
-                                                         data.filePath(u"records.sqlite"_s)});
+    const RunningProgram server(u"ip"_s,
+                                inService + QStringList{serviceProgramFile(), u"--database"_s,
+                                                        data.filePath(u"records.sqlite"_s)});
     ASSERT_TRUE(waitFor([&] { return server.errors().contains("listening"); }));
-    host.emplace(data.path(),
-                 Environment{{u"KESTRIO_ENVIRONMENT"_s, {}},
-                             {u"KESTRIO_HOSTNAME"_s, hostName},
-                             {u"KESTRIO_LOG_LEVEL"_s, u"INFO"_s}},
-                 QStringList(u"ip"_s) + words("netns exec A"));
-    host->send("configure env\nwait-for visitor 10000\nwait-for idle 10000\nvisitor");
-    ASSERT_EQ(host->nextReport()[u"visitor"_s], 1);
-    for (unsigned round = 0; round < unsigned(rounds) && !HasFailure(); ++round) {
+    host = std::make_unique<HostProgram>(
+        data.path(),
+        Environment{{u"KESTRIO_ENVIRONMENT"_s, {}},
+                    {u"KESTRIO_HOSTNAME"_s, u"kestrio.localhost.test"_s},
+                    {u"KESTRIO_LOG_LEVEL"_s, u"INFO"_s}},
+        QStringList{u"ip"_s, u"netns"_s, u"exec"_s, u"ks-app"_s});
+    host->send(HostProgram::start + "visitor");
+    ASSERT_EQ(host->nextReport()["visitor"_L1], 1);
+    for (unsigned round = 0; round < rounds && !HasFailure(); ++round) {
         // Each way in turn first, then in any order.
         const unsigned way = round < std::size(outages) ? round : unsigned(random());
         live(outages[way % std::size(outages)]);
@@ -173,18 +135,15 @@ TEST_F(NetworkFaults, DeliversEachRecordThoughTheNetworkComesAndGoes) {
         missing.subtract(QSet<QString>(came.begin(), came.end()));
         return missing.isEmpty();
     };
-    waitFor(allCame, longestRetry);
-    EXPECT_EQ(missing, QSet<QString>()) << host->program().output().toStdString();
-    came.removeIf([&](const QString &name) { return !made.contains(name); });
-    const qsizetype twice = came.size() + missing.size() - made.size();
+    EXPECT_TRUE(waitFor(allCame, longestRetry)) << host->program().output().toStdString();
+    const qsizetype again = said("Re-enqueuing task");
+    row.add({{rounds, "outages"},
+             {made.size(), "records"},
+             {missing.size(), "lost", 0},
+             {again, "sent again"}});
     // Only what was being sent as the network went may come twice.
-    EXPECT_LE(twice, said("Re-enqueuing task"));
+    row.add({{came.size() + missing.size() - made.size(), "came twice", again}});
     EXPECT_EQ(host->finish(), 0);
-    row.add(rounds, "outages");
-    row.add(made.size(), "records");
-    row.add(missing.size(), "lost");
-    row.add(said("Re-enqueuing task"), "sent again");
-    row.add(twice, "came twice");
 }
 
 } // namespace

@@ -10,40 +10,6 @@ namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-bool isPrintable(char character) {
-    return character > ' ' && character < '\x7f';
-}
-
-bool isControl(char character) {
-    return (character >= 0 && character < ' ') || character == '\x7f';
-}
-
-/// What a step of a path, a key or "[index]", leads to.
-QJsonValue valueAt(const QJsonValue &value, const QString &step) {
-    if (!step.startsWith(u'['))
-        return value.toObject().value(step);
-    return value.toArray().at(step.sliced(1).chopped(1).toLongLong());
-}
-
-bool comesFrom(const QJsonValue &written, const QJsonValue &read) {
-    if (!written.isObject() && !written.isArray())
-        return written == read;
-    if (written.type() != read.type())
-        return false;
-    const QJsonObject object = written.toObject();
-    for (auto entry = object.begin(); entry != object.end(); ++entry) {
-        if (!comesFrom(entry.value(), read.toObject().value(entry.key())))
-            return false;
-    }
-    const QJsonArray list = written.toArray();
-    const QJsonArray source = read.toArray();
-    return std::equal(list.begin(), list.end(), source.begin(), source.end(), comesFrom);
-}
-
-} // namespace
-
 void require(bool holds, const char *property) {
     if (holds)
         return;
@@ -57,25 +23,21 @@ void requirePlace(const QByteArray &text, const DecodingError &error) {
     require((error.reason == DecodingError::Reason::notJSON) == !document, "the reason is right");
     require(!error.description.isEmpty(), "an error has a description");
     QJsonValue place = document ? *document : QJsonValue(QJsonValue::Undefined);
+    // A step is a key or "[index]".
     const QString path = QString(error.path).replace(u'[', u".["_s);
     for (const QString &step : path.split(u'.', Qt::SkipEmptyParts)) {
         require(place.isObject() || place.isArray(), "a path goes through what is there");
-        place = valueAt(place, step);
+        place = step.startsWith(u'[') ? place[step.sliced(1).chopped(1).toLongLong()] : place[step];
     }
     require(place.isUndefined() == (error.reason != DecodingError::Reason::typeMismatch),
             "what is missing is missing, and what is wrong is there");
 }
 
-void requireOrigin(const QByteArray &text, const QByteArray &written, const char *key) {
-    QJsonValue read = std::get<QJsonValue>(parseJSON(text));
-    if (key)
-        read = read.toObject().value(QLatin1StringView(key));
-    require(mayHoldHalves(text) || comesFrom(std::get<QJsonValue>(parseJSON(written)), read),
-            "a record holds what was in the text");
-}
-
 void requireWellFormed(const URLRequest &request) {
     const QByteArray url = request.url.toEncoded();
+    const auto isPrintable = [](char character) {
+        return character > ' ' && character < '\x7f';
+    };
     require(!request.url.host().isEmpty() && std::ranges::all_of(url, isPrintable),
             "a URL names a host, and is escaped");
     require(QUrl::fromEncoded(url, QUrl::StrictMode) == request.url, "a URL is read as written");
@@ -84,6 +46,9 @@ void requireWellFormed(const URLRequest &request) {
 }
 
 void requireOneLineHeaders(const std::optional<QString> &token) {
+    const auto isControl = [](char character) {
+        return uchar(character) < 0x20 || character == 0x7f;
+    };
     for (const HTTPHeader &header : sessionHeaders({}, token, {}, token))
         require(std::ranges::none_of(header.value, isControl), "a header is one line");
 }

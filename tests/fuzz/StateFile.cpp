@@ -27,17 +27,6 @@ PersistentQueue asReadAgain(PersistentQueue queue) {
     return queue;
 }
 
-template <typename Body>
-void requireRequests(const QList<Body> &bodies, const KestrioServiceRequests &builder) {
-    for (const Body &body : bodies) {
-        if (const auto request = createRequest(body, builder))
-            requireWellFormed(*request);
-    }
-    const QList<QueueableRequest> requests(bodies.begin(), bodies.end());
-    if (const auto batch = createBatchRequest(requests, builder))
-        requireWellFormed(*batch);
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
@@ -46,18 +35,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (!queue)
         return 0;
     requireSurvival(text, *queue, asReadAgain);
-    // The answers among them are written otherwise than read.
-    requireOrigin(text, encodeJSON(queue->events), "events");
-    requireOrigin(text, encodeJSON(queue->errors), "errors");
-    requireOrigin(text, encodeJSON(queue->history), "history");
-    requireOrigin(text, encodeJSON(queue->attributes), "attributes");
     KestrioServiceRequests builder(Clock::system());
     builder.setEnvironment(u"environment"_s);
     builder.setVisitorIdentifier(queue->visitorIdentifier);
-    requireRequests(queue->events, builder);
-    requireRequests(queue->surveys, builder);
-    requireRequests(queue->errors, builder);
-    requireRequests(queue->history, builder);
-    requireRequests(queue->attributes, builder);
+    const auto requireRequests = [&builder](const auto &bodies) {
+        for (const auto &body : bodies) {
+            if (const auto request = createRequest(body, builder))
+                requireWellFormed(*request);
+        }
+        if (const auto batch = createBatchRequest({bodies.begin(), bodies.end()}, builder))
+            requireWellFormed(*batch);
+    };
+    requireRequests(queue->events);
+    requireRequests(queue->surveys);
+    requireRequests(queue->errors);
+    requireRequests(queue->history);
+    requireRequests(queue->attributes);
     return 0;
 }

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 
 namespace KestrioKit {
 
@@ -56,6 +57,11 @@ QString hostProgramFile() {
 
 QString serviceProgramFile() {
     return QStringLiteral(KESTRIO_SERVICE_PROGRAM);
+}
+
+// QProcess would share its memory with the child for a while: false reports of races.
+bool shell(const QString &folder, const QString &commands) {
+    return std::system(qPrintable(u"cd '%1' && { %2; }"_s.arg(folder, commands))) == 0;
 }
 
 RunningProgram::RunningProgram(const QString &program, const QStringList &arguments,

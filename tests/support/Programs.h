@@ -22,6 +22,9 @@ QString serviceProgramFile();
 /// Variables of a program's environment, beside those of the test. A null text takes one away.
 using Environment = QMap<QString, QString>;
 
+/// Runs the commands in the folder; whether they succeed.
+bool shell(const QString &folder, const QString &commands);
+
 /// A program that runs beside the test, and is killed with this object at the latest. What a
 /// sanitizer finds in it is a failure of the test.
 class RunningProgram {
@@ -57,6 +60,10 @@ private:
 ///     EXPECT_EQ(host.finish(), 0);
 class HostProgram {
 public:
+    /// Lines that bring it as far as it comes by itself.
+    inline static const QByteArray start =
+        "configure env\nwait-for visitor 10000\nwait-for idle 10000\n";
+
     /// `launcher` is a command that runs the program with what it takes away or adds.
     explicit HostProgram(const QString &dataFolder, const Environment &environment = {},
                          const QStringList &launcher = {});

@@ -20,4 +20,8 @@ bool waitFor(const std::function<bool()> &condition, std::chrono::milliseconds l
     return true;
 }
 
+void pause(std::chrono::milliseconds time) {
+    waitFor([] { return false; }, time);
+}
+
 } // namespace KestrioKit
