@@ -19,9 +19,10 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int calls = 1000;
-/// Short enough for the library's thread to be at work with the calls before, and long enough for
-/// it to fall asleep now and then: waking it is the dearest part of a call.
-constexpr auto pause = 100us;
+/// Long enough for the other thread to fall asleep: waking it is the dearest part of a call.
+constexpr auto untilAsleep = 1ms;
+/// From the visitor's answer until calls are no longer held.
+constexpr auto untilReady = 200ms;
 constexpr auto step = 10ms;
 constexpr int mostSteps = 1000;
 
@@ -33,9 +34,12 @@ void runEventLoop(std::chrono::milliseconds time) {
 
 template <typename Condition>
 bool waitFor(const Condition &condition) {
-    for (int steps = 0; steps < mostSteps && !condition(); ++steps)
+    for (int steps = 0; steps < mostSteps; ++steps) {
+        if (condition())
+            return true;
         runEventLoop(step);
-    return condition();
+    }
+    return false;
 }
 
 bool isIdle() {
@@ -45,7 +49,7 @@ bool isIdle() {
 }
 
 template <typename Call>
-void timeCalls(benchmark::State &state, const Call &call) {
+void timeCalls(benchmark::State &state, const Call &call, std::chrono::milliseconds pause) {
     std::vector<double> microseconds;
     for ([[maybe_unused]] auto iteration : state) {
         const auto start = std::chrono::steady_clock::now();
@@ -53,37 +57,49 @@ void timeCalls(benchmark::State &state, const Call &call) {
         const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
         state.SetIterationTime(took.count());
         microseconds.push_back(took.count() * 1e6);
-        std::this_thread::sleep_for(pause);
+        if (pause > 0ms)
+            std::this_thread::sleep_for(pause);
     }
     state.counters["median"] = quantile(microseconds, 0.5);
     state.counters["p99"] = quantile(microseconds, 0.99);
 }
 
-void track(benchmark::State &state) {
+void track(benchmark::State &state, std::chrono::milliseconds pause) {
     if (!serviceRuns())
         return state.SkipWithError("there is no service");
     Kestrio &kestrio = Kestrio::shared();
     kestrio.configure(u"answers"_s);
     if (!waitFor([&kestrio] { return kestrio.visitorIdentifier().has_value(); }))
         return state.SkipWithError("there is no visitor");
-    timeCalls(state, [&kestrio] { kestrio.track(u"Catalogue Opened"_s); });
+    runEventLoop(untilReady);
+    timeCalls(
+        state, [&kestrio] { kestrio.track(u"Catalogue Opened"_s); }, pause);
     if (!waitFor(isIdle))
         state.SkipWithError("the events are not delivered");
 }
-BENCHMARK(track)->Iterations(calls)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
-void postEmptyBlock(benchmark::State &state) {
+void postEmptyBlock(benchmark::State &state, std::chrono::milliseconds pause) {
     QThread thread;
     QObject receiver;
     receiver.moveToThread(&thread);
     thread.start();
-    timeCalls(state, [&receiver] {
-        QMetaObject::invokeMethod(
-            &receiver, [] {}, Qt::QueuedConnection);
-    });
+    timeCalls(
+        state,
+        [&receiver] {
+            QMetaObject::invokeMethod(
+                &receiver, [] {}, Qt::QueuedConnection);
+        },
+        pause);
     thread.quit();
     thread.wait();
 }
-BENCHMARK(postEmptyBlock)->Iterations(calls)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+constexpr auto aThousand = [](auto *benchmark) {
+    benchmark->Iterations(calls)->UseManualTime()->Unit(benchmark::kMicrosecond);
+};
+BENCHMARK_CAPTURE(track, busy, 0ms)->Apply(aThousand);
+BENCHMARK_CAPTURE(track, asleep, untilAsleep)->Apply(aThousand);
+BENCHMARK_CAPTURE(postEmptyBlock, busy, 0ms)->Apply(aThousand);
+BENCHMARK_CAPTURE(postEmptyBlock, asleep, untilAsleep)->Apply(aThousand);
 
 } // namespace
