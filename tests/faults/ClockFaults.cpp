@@ -23,7 +23,7 @@ constexpr std::chrono::seconds backoff[] = {5s, 10s, 30s, 60s};
 constexpr auto untilAnswered = 500ms;
 constexpr auto longestStop = 7s;
 constexpr qint64 mostEarly = 50; // ms
-constexpr qint64 mostLate = 1000;
+constexpr qint64 mostLate = 3000;
 
 /// A host, and what happens to it while it waits for its next attempt.
 struct Machine {
