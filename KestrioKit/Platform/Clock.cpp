@@ -27,8 +27,9 @@ QString printedForm(DispatchTime time) {
 }
 
 const Clock &Clock::system() {
-    static const SystemClock clock;
-    return clock;
+    // Never destroyed: the library's thread may still ask while the process ends.
+    static const auto *const clock = new SystemClock;
+    return *clock;
 }
 
 } // namespace KestrioKit
