@@ -37,7 +37,6 @@ void Storage::setUp() {
     if (qEnvironmentVariableIsSet("KESTRIO_HARD_RESET"))
         resetLibraryFolder();
     createLibraryFolder();
-    removeLeftovers();
 }
 
 // A write that a crash cut off leaves a file behind, which QSaveFile calls "<name>.json." and six

@@ -16,10 +16,12 @@ class Storage {
 public:
     Storage() = delete;
 
-    /// Makes the folder, and removes what a process left unfinished there an hour ago or earlier.
-    /// When the environment has "KESTRIO_HARD_RESET", with whatever value, the folder is emptied
-    /// first.
+    /// Makes the folder. When the environment has "KESTRIO_HARD_RESET", with whatever value, the
+    /// folder is emptied first.
     static void setUp();
+
+    /// Removes what a process left unfinished in the folder an hour ago or earlier.
+    static void removeLeftovers();
 
     /// Where the file of that name lies; absent when the platform names no data folder.
     static std::optional<QString> localLibraryURL(QLatin1StringView filename);
@@ -50,7 +52,6 @@ private:
     static std::optional<QString> libraryFolder();
     static void createLibraryFolder();
     static void resetLibraryFolder();
-    static void removeLeftovers();
     static void write(const QString &url, const QByteArray &text);
     static std::optional<QByteArray> read(const QString &url, qint64 maximumSize);
 };

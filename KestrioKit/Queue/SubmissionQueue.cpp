@@ -1,6 +1,7 @@
 #include "KestrioKit/Queue/SubmissionQueue.h"
 
 #include "KestrioKit/Platform/Logging.h"
+#include "KestrioKit/Platform/Storage.h"
 
 #include <algorithm>
 
@@ -77,6 +78,7 @@ void SubmissionQueue::start() {
     m_queue.async([self = shared_from_this()] {
         self->enableRunners();
         self->loadState();
+        Storage::removeLeftovers();
     });
 }
 

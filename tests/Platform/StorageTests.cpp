@@ -50,7 +50,7 @@ TEST(StorageTest, TidiesUpAfterProcessesThatWereCutOff) {
         file.setFileTime(QDateTime::currentDateTime().addSecs(name == young ? 0 : -2 * 3600),
                          QFileDevice::FileModificationTime);
     }
-    Storage::setUp();
+    Storage::removeLeftovers();
     EXPECT_TRUE(QFile::exists(young)) << "perhaps it is being written";
     EXPECT_FALSE(QFile::exists(old));
     EXPECT_TRUE(QFile::exists(somebodys));
