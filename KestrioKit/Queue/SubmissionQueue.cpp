@@ -67,7 +67,6 @@ SubmissionQueue::~SubmissionQueue() {
 void SubmissionQueue::start() {
     for (const auto &runner : m_allQueues)
         runner->setDelegate(weak_from_this());
-    observeApplication();
     configureReachability();
     if (const auto sender = m_api.lock()) {
         m_visitorIdentifier = sender->visitorIdentifier();
@@ -80,6 +79,8 @@ void SubmissionQueue::start() {
         self->loadState();
         Storage::removeLeftovers();
     });
+    // A save that came before the first block would store an empty state over the one to load.
+    observeApplication();
 }
 
 void SubmissionQueue::observeApplication() {

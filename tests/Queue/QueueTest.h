@@ -48,6 +48,10 @@ protected:
         QFile stored(fileName);
         return stored.open(QIODevice::ReadOnly) ? stored.readAll() : QByteArray("none");
     }
+    void store(const QByteArray &text) {
+        QFile stored(fileName);
+        EXPECT_TRUE(stored.open(QIODevice::WriteOnly) && stored.write(text) == text.size());
+    }
     /// The state file with these events and attributes.
     static QByteArray stateText(QByteArrayList events, QByteArrayList attributes = {}) {
         for (QByteArray &name : events)

@@ -53,10 +53,7 @@ TEST_F(SubmissionQueueTest, SendsWhatItsOwnFileHoldsBeforeWhatIsNew) {
         {R"("version":3,"vid":"8",)", u"new"_s},
     };
     for (const auto &[head, out] : rows) {
-        QFile stored(fileName);
-        ASSERT_TRUE(stored.open(QIODevice::WriteOnly));
-        stored.write(stateText({"first", "second"}).replace(rows[0].first, head));
-        stored.close();
+        store(stateText({"first", "second"}).replace(rows[0].first, head));
         std::promise<void> slowDisk;
         thread.post([&slowDisk] { slowDisk.get_future().wait(); });
         make();
@@ -66,6 +63,19 @@ TEST_F(SubmissionQueueTest, SendsWhatItsOwnFileHoldsBeforeWhatIsNew) {
         EXPECT_EQ(sender->out(), QStringList(out));
         answer(200);
     }
+}
+
+TEST_F(SubmissionQueueTest, KeepsWhatIsStoredWhenTheApplicationStepsBackWhileItIsMade) {
+    store(stateText({"first"}));
+    LibraryContext interrupted = context();
+    interrupted.makeFlagsSource = [this](const QString &) {
+        Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive);
+        flagsSource->change({});
+        return flagsSource;
+    };
+    queue = SubmissionQueue::make(sender, interrupted);
+    settle();
+    EXPECT_EQ(file(), stateText({"first"}));
 }
 
 TEST_F(SubmissionQueueTest, AnotherVisitorEmptiesItButForWhatComesAfter) {
