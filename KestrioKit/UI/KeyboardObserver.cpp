@@ -8,6 +8,16 @@
 
 namespace KestrioKit {
 
+namespace {
+
+/// The input method; null while no window has the focus. On Wayland without a seat none ever has,
+/// and every call to Qt's input method would dereference the missing seat.
+QInputMethod *focusedInputMethod() {
+    return QGuiApplication::focusWindow() ? QGuiApplication::inputMethod() : nullptr;
+}
+
+} // namespace
+
 KeyboardObserver::KeyboardObserver() {
     const QInputMethod *const inputMethod = QGuiApplication::inputMethod();
     connect(inputMethod, &QInputMethod::visibleChanged, this, &KeyboardObserver::changed);
@@ -15,11 +25,22 @@ KeyboardObserver::KeyboardObserver() {
 }
 
 int KeyboardObserver::coveredHeight(int windowHeight) {
-    const QInputMethod *const inputMethod = QGuiApplication::inputMethod();
-    const QRectF keyboard = inputMethod->keyboardRectangle();
-    if (!inputMethod->isVisible() || keyboard.isEmpty())
+    const QInputMethod *const inputMethod = focusedInputMethod();
+    if (!inputMethod || !inputMethod->isVisible())
         return 0;
-    return std::max(windowHeight - qRound(keyboard.top()), 0);
+    const QRectF keyboard = inputMethod->keyboardRectangle();
+    return keyboard.isEmpty() ? 0 : std::max(windowHeight - qRound(keyboard.top()), 0);
+}
+
+void KeyboardObserver::commit() {
+    if (QInputMethod *const inputMethod = focusedInputMethod())
+        inputMethod->commit();
+}
+
+void KeyboardObserver::hide() {
+    QInputMethod *const inputMethod = focusedInputMethod();
+    if (inputMethod && inputMethod->isVisible())
+        inputMethod->hide();
 }
 
 } // namespace KestrioKit

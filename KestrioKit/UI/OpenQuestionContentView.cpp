@@ -4,12 +4,11 @@
 #include "KestrioKit/UI/ActionButton.h"
 #include "KestrioKit/UI/Fonts.h"
 #include "KestrioKit/UI/KestrioUI.h"
+#include "KestrioKit/UI/KeyboardObserver.h"
 #include "KestrioKit/UI/Label.h"
 #include "KestrioKit/UI/TextView.h"
 
 #include <QBoxLayout>
-#include <QGuiApplication>
-#include <QInputMethod>
 
 namespace KestrioKit {
 
@@ -77,7 +76,7 @@ void OpenQuestionContentView::textViewDidChange() {
 
 void OpenQuestionContentView::buttonTapped() {
     // What is being composed belongs to the text.
-    QGuiApplication::inputMethod()->commit();
+    KeyboardObserver::commit();
     m_button->setFocus(Qt::OtherFocusReason);
     finish(CodableDynamicType::stringValue(m_textView->typedText()));
 }

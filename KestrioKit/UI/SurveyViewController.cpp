@@ -7,7 +7,6 @@
 #include "KestrioKit/UI/WindowMetrics.h"
 
 #include <QGuiApplication>
-#include <QInputMethod>
 #include <QLocale>
 #include <QTimer>
 
@@ -224,7 +223,7 @@ void SurveyViewController::dismiss(bool animated) {
     m_isDismissing = true;
     setFocus(Qt::OtherFocusReason);
     m_surveyView->setEnabled(false);
-    QGuiApplication::inputMethod()->hide();
+    KeyboardObserver::hide();
     if (animated)
         slideCardOut();
     else

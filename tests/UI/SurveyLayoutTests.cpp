@@ -35,7 +35,8 @@ QByteArray longQuestion() {
            QByteArray("words and more ").repeated(130) + R"(","options":[)" + options + "]}}]";
 }
 
-/// An on-screen keyboard at the bottom of the window.
+/// An on-screen keyboard at the bottom of the window. As on Wayland without a seat, it must not be
+/// used while no window has the focus.
 class Keyboard final : public QPlatformInputContext {
 public:
     explicit Keyboard(const QRectF &frame) : m_frame(frame) {
@@ -47,14 +48,21 @@ public:
         QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = nullptr;
     }
 
-    bool isInputPanelVisible() const override { return m_isVisible; }
-    QRectF keyboardRect() const override { return m_isVisible ? m_frame : QRectF(); }
+    bool isInputPanelVisible() const override { return used(m_isVisible); }
+    QRectF keyboardRect() const override { return used(m_isVisible ? m_frame : QRectF()); }
+    void commit() override { used(0); }
     void hideInputPanel() override {
-        m_isVisible = false;
+        m_isVisible = used(false);
         emitInputPanelVisibleChanged();
     }
 
 private:
+    template <typename Result>
+    static Result used(const Result &result) {
+        EXPECT_TRUE(QGuiApplication::focusWindow());
+        return result;
+    }
+
     QRectF m_frame;
     bool m_isVisible = true;
 };
@@ -183,6 +191,16 @@ TEST_F(SurveyLayout, RisesJustAboveTheKeyboard) {
     EXPECT_EQ(top - frame(u"Kestrio Survey"_s).top(), page + 1 - 400 + 8);
     click(u"Open question button"_s);
     EXPECT_EQ(window.height() - 1, frame(u"Kestrio Survey"_s).bottom());
+}
+
+TEST_F(SurveyLayout, LeavesTheKeyboardAloneWhileNoWindowHasTheFocus) {
+    present(R"([{"name":11,"type":"open","props":{"message":"Why?"}}])");
+    QWindowSystemInterface::handleWindowActivated(nullptr);
+    QWindowSystemInterface::flushWindowSystemEvents();
+    const Keyboard keyboard(QRectF(0, 400, window.width(), 300));
+    click(u"Open question button"_s);
+    survey()->dismiss(false);
+    EXPECT_EQ(responses().size(), 1);
 }
 
 TEST_F(SurveyLayout, MirrorsForLanguagesWrittenFromTheRight) {
