@@ -1,6 +1,7 @@
 #include "host/CommandTable.h"
 #include "host/SurveyWindow.h"
 
+#include <QApplication>
 #include <QKeySequence>
 #include <QTest>
 #include <QWindow>
@@ -18,6 +19,13 @@ constexpr Qt::MouseButton button = Qt::LeftButton;
 // QTest takes the corner for the middle, so what is to be there is one pixel beside it.
 QPoint placeFor(const QPoint &position) {
     return position.isNull() ? QPoint(1, 1) : position;
+}
+
+/// The system's window that input goes to. Without a focused window there may be no seat, and Qt
+/// for Wayland crashes when a text field then asks for the on-screen keyboard.
+QWindow *inputWindow(const CommandCall &call) {
+    qApp->setAutoSipEnabled(QGuiApplication::focusWindow());
+    return call.state.window->windowHandle();
 }
 
 /// Whether the point of the view is not scrolled out of what shows it.
@@ -46,7 +54,7 @@ Outcome atControl(const CommandCall &call, Act act) {
 }
 
 void pressAt(const CommandCall &call, const QPoint &position) {
-    QWindow *const window = call.state.window->windowHandle();
+    QWindow *const window = inputWindow(call);
     QTest::mouseMove(window, placeFor(position));
     QTest::mousePress(window, button, {}, placeFor(position));
     call.state.pressedAt = position;
@@ -54,7 +62,7 @@ void pressAt(const CommandCall &call, const QPoint &position) {
 
 void releaseAt(const CommandCall &call, const QPoint &position) {
     call.state.pressedAt.reset();
-    QTest::mouseRelease(call.state.window->windowHandle(), button, {}, placeFor(position));
+    QTest::mouseRelease(inputWindow(call), button, {}, placeFor(position));
 }
 
 Outcome click(const CommandCall &call) {
@@ -94,7 +102,7 @@ Outcome type(const CommandCall &call) {
     if (!call.state.window)
         return Outcome::noWindow();
     for (const char32_t character : call.arguments[0].toUcs4())
-        QTest::sendKeyEvent(QTest::Click, call.state.window->windowHandle(), Qt::Key_unknown,
+        QTest::sendKeyEvent(QTest::Click, inputWindow(call), Qt::Key_unknown,
                             QString::fromUcs4(&character, 1), Qt::NoModifier);
     return Outcome::done();
 }
@@ -110,7 +118,7 @@ Outcome pressKey(const CommandCall &call) {
     // What keyboards send for it.
     if (key == Qt::Key_Tab && sequence[0].keyboardModifiers().testFlag(Qt::ShiftModifier))
         key = Qt::Key_Backtab;
-    QTest::keyClick(call.state.window->windowHandle(), key, sequence[0].keyboardModifiers());
+    QTest::keyClick(inputWindow(call), key, sequence[0].keyboardModifiers());
     return Outcome::done();
 }
 

@@ -8,6 +8,9 @@
 
 #include <QWindow>
 
+#include <private/qguiapplication_p.h>
+#include <qpa/qplatformintegration.h>
+
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -33,14 +36,21 @@ Outcome noSize() {
     return Outcome::failed(u"width and height are whole numbers from 1 to %1"_s.arg(longestSide));
 }
 
+/// Whether the window is active, or is on a system that lets no program make its window so: Wayland
+/// alone decides, and without a keyboard no window is active.
+bool isActive(const QWidget &window) {
+    return window.isActiveWindow() || !QGuiApplicationPrivate::platformIntegration()->hasCapability(
+                                          QPlatformIntegration::WindowActivation);
+}
+
 /// Goes on when the system has shown the window, active and at that size. What is on it is laid out
 /// in the turn of the event loop after that, so it must hold twice.
 Outcome waitForWindow(const CommandCall &call, const QSize &size) {
     ConditionWait::start(
         [&window = *call.state.window, size,
          before = false](const ConditionWait::Answer &answer) mutable {
-            const bool isUp = window.windowHandle()->isExposed() && window.isActiveWindow() &&
-                              window.size() == size;
+            const bool isUp =
+                window.windowHandle()->isExposed() && isActive(window) && window.size() == size;
             answer(std::exchange(before, isUp) && isUp);
         },
         patience,
