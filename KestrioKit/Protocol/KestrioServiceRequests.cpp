@@ -70,6 +70,15 @@ QString KestrioServiceRequests::host() const {
     return m_host;
 }
 
+std::unique_ptr<const KestrioServiceRequests>
+KestrioServiceRequests::forVisitor(std::optional<qint64> visitorIdentifier) const {
+    auto requests = std::make_unique<KestrioServiceRequests>(m_clock);
+    requests->setEnvironment(environment());
+    requests->setVisitorIdentifier(visitorIdentifier);
+    std::call_once(requests->m_hostOnce, [&] { requests->m_host = host(); });
+    return requests;
+}
+
 std::optional<QUrl> KestrioServiceRequests::url(const QString &path) const {
     const bool local = host().contains(localHost);
     QUrl url;

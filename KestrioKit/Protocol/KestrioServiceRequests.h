@@ -9,6 +9,7 @@
 #include "KestrioKit/Protocol/TrackEvent.h"
 #include "KestrioKit/Protocol/Visitors.h"
 
+#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -35,6 +36,10 @@ public:
     void setVisitorIdentifier(std::optional<qint64> identifier) {
         m_visitorIdentifier.setValue(identifier);
     }
+
+    /// The same for another visitor, who does not change: environment and host are those of now.
+    std::unique_ptr<const KestrioServiceRequests>
+    forVisitor(std::optional<qint64> visitorIdentifier) const;
 
     /// The service's host name, taken from the process environment at the first call:
     /// "KESTRIO_ENVIRONMENT" that contains "local" (localhost) or "stag" (staging), or does not

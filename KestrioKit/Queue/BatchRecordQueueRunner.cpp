@@ -4,15 +4,14 @@ namespace KestrioKit {
 
 void BatchRecordQueueRunner::performTasks(const QList<QueueTask> &tasks,
                                           const Finished &completion) {
-    const std::shared_ptr<SubmissionSender> sender = api();
-    if (!sender)
+    const auto requests = networkRequests();
+    if (!requests)
         return;
     QList<QueueableRequest> records;
     records.reserve(tasks.size());
     for (const QueueTask &task : tasks)
         records.append(task.request);
-    const std::optional<URLRequest> request =
-        createBatchRequest(records, sender->networkRequests());
+    const std::optional<URLRequest> request = createBatchRequest(records, *requests);
     if (request)
         send(*request, tasks, completion);
     else

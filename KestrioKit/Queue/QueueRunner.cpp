@@ -46,6 +46,17 @@ QueueRunner::QueueRunner(std::weak_ptr<SubmissionSender> api, DispatchQueue runQ
       m_name(std::move(name)),
       m_clock(clock) {}
 
+void QueueRunner::setIdentity(std::optional<qint64> visitorIdentifier,
+                              std::optional<QString> token) {
+    m_visitorIdentifier = visitorIdentifier;
+    m_visitorToken = std::move(token);
+}
+
+std::unique_ptr<const KestrioServiceRequests> QueueRunner::networkRequests() const {
+    const std::shared_ptr<SubmissionSender> sender = m_api.lock();
+    return sender ? sender->networkRequests().forVisitor(m_visitorIdentifier) : nullptr;
+}
+
 void QueueRunner::append(QList<QueueTask> tasks) {
     if (tasks.isEmpty())
         return;
@@ -162,16 +173,17 @@ void QueueRunner::schedule(DispatchTime nextRun) {
 
 void QueueRunner::send(const URLRequest &request, const QList<QueueTask> &tasks,
                        const Finished &completion) {
-    const std::shared_ptr<SubmissionSender> sender = api();
+    const std::shared_ptr<SubmissionSender> sender = m_api.lock();
     if (!sender)
         return;
-    sender->sendSimpleRequest(request, [self = shared_from_this(), tasks,
-                                        completion](const auto &response, const auto &error) {
-        const Outcome what = outcome(response, error);
-        if (what == Outcome::retryWhenEnabled)
-            self->m_enabled = false;
-        completion(tasks, what != Outcome::finished, response, error);
-    });
+    sender->sendSimpleRequest(
+        request, m_visitorToken,
+        [self = shared_from_this(), tasks, completion](const auto &response, const auto &error) {
+            const Outcome what = outcome(response, error);
+            if (what == Outcome::retryWhenEnabled)
+                self->m_enabled = false;
+            completion(tasks, what != Outcome::finished, response, error);
+        });
 }
 
 // In one block, so that a save from another thread finds each task in one of the lists.

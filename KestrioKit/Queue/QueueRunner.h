@@ -46,6 +46,9 @@ public:
     bool enabled() const { return m_enabled; }
     void setEnabled(bool enabled) { m_enabled = enabled; }
 
+    /// Says as whom records are sent from now on. To be called on the run queue.
+    void setIdentity(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
+
     void append(QueueTask task) { append(QList<QueueTask>{std::move(task)}); }
     /// Adds tasks at the end and flushes.
     void append(QList<QueueTask> tasks);
@@ -76,7 +79,9 @@ protected:
     /// retried, all else is final. A disabled service disables the runner.
     void send(const URLRequest &request, const QList<QueueTask> &tasks, const Finished &completion);
 
-    std::shared_ptr<SubmissionSender> api() const { return m_api.lock(); }
+    /// What builds the requests of these records; none when the sender has gone. To be called on
+    /// the run queue.
+    std::unique_ptr<const KestrioServiceRequests> networkRequests() const;
 
 private:
     void runFlush();
@@ -97,6 +102,8 @@ private:
     QList<QueueTask> m_inFlight;
     DispatchQueue m_runQueue;
     std::weak_ptr<SubmissionSender> m_api;
+    std::optional<qint64> m_visitorIdentifier;
+    std::optional<QString> m_visitorToken;
     bool m_again = false;
     QString m_name;
     std::weak_ptr<QueueRunnerDelegate> m_delegate;

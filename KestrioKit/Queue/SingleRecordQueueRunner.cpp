@@ -4,12 +4,11 @@ namespace KestrioKit {
 
 void SingleRecordQueueRunner::performTasks(const QList<QueueTask> &tasks,
                                            const Finished &completion) {
-    const std::shared_ptr<SubmissionSender> sender = api();
-    if (!sender)
+    const auto requests = networkRequests();
+    if (!requests)
         return;
     for (const QueueTask &task : tasks) {
-        const std::optional<URLRequest> request =
-            createRequest(task.request, sender->networkRequests());
+        const std::optional<URLRequest> request = createRequest(task.request, *requests);
         if (request)
             send(*request, {task}, completion);
         else

@@ -68,10 +68,8 @@ void SubmissionQueue::start() {
     for (const auto &runner : m_allQueues)
         runner->setDelegate(weak_from_this());
     configureReachability();
-    if (const auto sender = m_api.lock()) {
-        m_visitorIdentifier = sender->visitorIdentifier();
-        m_visitorToken = sender->authorizationToken();
-    }
+    if (const auto sender = m_api.lock())
+        setIdentity(sender->visitorIdentifier(), sender->authorizationToken());
     // The first block: requests appended meanwhile come behind the stored ones, and changes of the
     // network after what it was at first. A large file does not hold up the calling thread.
     m_queue.async([self = shared_from_this()] {
@@ -126,15 +124,23 @@ const std::shared_ptr<QueueRunner> &SubmissionQueue::runner(const QueueableReque
     return std::visit(Routing{*this}, request);
 }
 
-// In one block: what is appended from now on is the new visitor's, and no save mixes the two.
+// In one block: what is appended from now on is the new visitor's, and neither a save nor a send
+// mixes the two.
 void SubmissionQueue::updateAuth(std::optional<qint64> visitorIdentifier,
                                  std::optional<QString> token) {
     m_queue.async([self = shared_from_this(), visitorIdentifier, token = std::move(token)] {
         if (visitorIdentifier != self->m_visitorIdentifier)
             self->clear();
-        self->m_visitorIdentifier = visitorIdentifier;
-        self->m_visitorToken = token;
+        self->setIdentity(visitorIdentifier, token);
     });
+}
+
+void SubmissionQueue::setIdentity(std::optional<qint64> visitorIdentifier,
+                                  std::optional<QString> token) {
+    m_visitorIdentifier = visitorIdentifier;
+    m_visitorToken = std::move(token);
+    for (const auto &runner : m_allQueues)
+        runner->setIdentity(m_visitorIdentifier, m_visitorToken);
 }
 
 void SubmissionQueue::save() {

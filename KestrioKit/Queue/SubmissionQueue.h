@@ -38,7 +38,8 @@ public:
     /// Queues a body whose outcome nobody waits for.
     void appendRequest(QueueableRequest request);
 
-    /// Says whose records these are from now on. Another visitor empties the queue and its file.
+    /// Says whose records these are from now on, and as whom they are sent. Another visitor empties
+    /// the queue and its file.
     void updateAuth(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
 
     /// Has the state file written, which the end of the application waits for.
@@ -64,6 +65,7 @@ private:
     void loadState();
     void restore(const PersistentQueue &state);
     void clear();
+    void setIdentity(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
     PersistentQueue currentState() const;
     const std::shared_ptr<QueueRunner> &runner(const QueueableRequest &request) const;
 

@@ -5,6 +5,7 @@
 #include "KestrioKit/Protocol/KestrioServiceRequests.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace KestrioKit {
@@ -18,10 +19,10 @@ class SubmissionSender {
 public:
     virtual ~SubmissionSender() = default;
 
-    /// Builds the requests of queued records.
     virtual const KestrioServiceRequests &networkRequests() const = 0;
-    /// Sends a request as the current visitor. `completion` may be called within this call.
-    virtual void sendSimpleRequest(const URLRequest &request, SimpleCompletion completion) = 0;
+    /// Sends a request with that token. `completion` may be called within this call.
+    virtual void sendSimpleRequest(const URLRequest &request, const std::optional<QString> &token,
+                                   SimpleCompletion completion) = 0;
 
     virtual std::optional<DisabledError> disabledError() const = 0;
     virtual std::optional<qint64> visitorIdentifier() const = 0;

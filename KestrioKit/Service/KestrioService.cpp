@@ -31,9 +31,14 @@ std::optional<qint64> KestrioService::visitorIdentifier() const {
 
 void KestrioService::authorize(const std::optional<QString> &token,
                                std::optional<qint64> visitorIdentifier) {
+    const std::lock_guard guard(m_submissionQueueLock);
+    // First: whoever knows of the new visitor queues records behind this.
+    if (m_submissionQueue)
+        m_submissionQueue->updateAuth(visitorIdentifier, token);
     m_sessions.setAuthorizationToken(token);
     m_networkRequests->setVisitorIdentifier(visitorIdentifier);
-    submissionQueue()->updateAuth(visitorIdentifier, token);
+    if (!m_submissionQueue)
+        makeSubmissionQueue();
 }
 
 void KestrioService::setEnvironmentId(const QString &environmentId) {
@@ -67,11 +72,14 @@ void KestrioService::setDisabledError(const std::optional<DisabledError> &error)
 
 std::shared_ptr<SubmissionQueue> KestrioService::submissionQueue() {
     const std::lock_guard guard(m_submissionQueueLock);
-    if (!m_submissionQueue) {
-        m_submissionQueue = SubmissionQueue::make(weak_from_this(), m_context);
-        m_submissionQueue->setDisableNetworkAccess(m_disableNetworkAccess);
-    }
+    if (!m_submissionQueue)
+        makeSubmissionQueue();
     return m_submissionQueue;
+}
+
+void KestrioService::makeSubmissionQueue() {
+    m_submissionQueue = SubmissionQueue::make(weak_from_this(), m_context);
+    m_submissionQueue->setDisableNetworkAccess(m_disableNetworkAccess);
 }
 
 // Sending
@@ -130,16 +138,18 @@ void KestrioService::sendRequest(const URLRequest &request, bool anonymous,
             completion({}, result.response,
                        self->reportDecodingError(std::get<DecodingError>(decoded)));
     };
-    perform(anonymous ? *m_sessions.anonymousSession() : *m_sessions.session(), request,
-            u"[KestrioService] Sending request"_s, URLTransport::Body::keep, judge);
+    perform(anonymous ? *m_sessions.anonymousSession() : *m_sessions.session(authorizationToken()),
+            request, u"[KestrioService] Sending request"_s, URLTransport::Body::keep, judge);
 }
 
-void KestrioService::sendSimpleRequest(const URLRequest &request, SimpleCompletion completion) {
+void KestrioService::sendSimpleRequest(const URLRequest &request,
+                                       const std::optional<QString> &token,
+                                       SimpleCompletion completion) {
     if (const std::optional<Error> error = refusal()) {
         completion({}, error);
         return;
     }
-    perform(*m_sessions.session(), request, u"[KestrioService] Sending simple request"_s,
+    perform(*m_sessions.session(token), request, u"[KestrioService] Sending simple request"_s,
             URLTransport::Body::discard,
             [completion = std::move(completion)](const URLResult &result) {
                 completion(result.response, result.error);

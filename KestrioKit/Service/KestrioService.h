@@ -41,7 +41,8 @@ public:
 
     std::optional<QString> authorizationToken() const override;
     std::optional<qint64> visitorIdentifier() const override;
-    /// From now on everything, queued records included, is sent as that visitor.
+    /// From now on everything is sent as that visitor, of queued records those that are queued
+    /// after this call. Those before it stay the visitor's before, or go with him.
     void authorize(const std::optional<QString> &token, std::optional<qint64> visitorIdentifier);
     void clearAuthorization() { authorize(std::nullopt, std::nullopt); }
 
@@ -81,7 +82,8 @@ public:
                      const Request::Metadata::Extra &extra);
 
     const KestrioServiceRequests &networkRequests() const override { return *m_networkRequests; }
-    void sendSimpleRequest(const URLRequest &request, SimpleCompletion completion) override;
+    void sendSimpleRequest(const URLRequest &request, const std::optional<QString> &token,
+                           SimpleCompletion completion) override;
     void handleError(const Error &error) override;
 
     /// Calls `report` on the library's thread: whether nothing is being sent and nothing that is
@@ -101,6 +103,8 @@ private:
                        const Completion<ResponseConfig> &completion);
 
     std::shared_ptr<SubmissionQueue> submissionQueue();
+    /// With the lock held.
+    void makeSubmissionQueue();
 
     LibraryContext m_context;
     ErrorHandler m_errorHandler;

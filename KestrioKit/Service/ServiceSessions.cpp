@@ -7,16 +7,10 @@ namespace KestrioKit {
 ServiceSessions::ServiceSessions(std::shared_ptr<URLTransport> transport)
     : m_transport(std::move(transport)) {}
 
-// The setters drop the session after the change: one that is made meanwhile is dropped with it.
-
-void ServiceSessions::setAuthorizationToken(std::optional<QString> token) {
-    m_authorizationToken.setValue(std::move(token));
-    m_session.setValue(nullptr);
-}
-
+// Drops the session after the change: one that is made meanwhile is dropped with it.
 void ServiceSessions::setLocale(std::optional<QString> locale) {
     m_locale.setValue(std::move(locale));
-    m_session.setValue(nullptr);
+    m_session.setValue({});
 }
 
 const UserAgent &ServiceSessions::userAgent() const {
@@ -25,11 +19,11 @@ const UserAgent &ServiceSessions::userAgent() const {
     return m_userAgent;
 }
 
-std::shared_ptr<const URLSession> ServiceSessions::session() {
-    return m_session.mutate([this](auto &session) {
-        if (!session)
-            session = makeSession(m_authorizationToken.value());
-        return session;
+std::shared_ptr<const URLSession> ServiceSessions::session(const std::optional<QString> &token) {
+    return m_session.mutate([&](AuthorizedSession &last) {
+        if (!last.session || last.token != token)
+            last = {token, makeSession(token)};
+        return last.session;
     });
 }
 

@@ -91,14 +91,25 @@ TEST_F(SubmissionQueueTest, AnotherVisitorEmptiesItButForWhatComesAfter) {
     queue->updateAuth(9, u"other"_s);
     settle();
     EXPECT_EQ(file(), "none");
-    queue->updateAuth(std::nullopt, std::nullopt);
     appendEvent(u"after"_s);
     queue->save();
     settle();
-    EXPECT_EQ(file(), stateText({"after"}).replace(R"("vid":8,"token":"token",)", ""));
+    EXPECT_EQ(file(), stateText({"after"}).replace(R"(8,"token":"token")", R"(9,"token":"other")"));
     answer(503);
     EXPECT_EQ(sender->out(), QStringList(u"after"_s));
     EXPECT_EQ(completions, QStringList(u"out 503"_s));
+}
+
+TEST_F(SubmissionQueueTest, SendsAsTheVisitorWhoseRecordsItHolds) {
+    make();
+    sender->setVisitor(9);
+    appendEvent(u"old"_s);
+    settle();
+    EXPECT_EQ(sender->lastSend(), u"/1/visitors/8/events/batch token"_s);
+    queue->updateAuth(9, u"other"_s);
+    appendAttribute(u"new"_s);
+    settle();
+    EXPECT_EQ(sender->lastSend(), u"/1/visitors/9/attributes/new other"_s);
 }
 
 TEST_F(SubmissionQueueTest, StopsWhenTheServiceIsDisabledAndGoesOnWithTheNextRecord) {

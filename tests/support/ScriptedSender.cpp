@@ -35,12 +35,15 @@ void ScriptedSender::answer(int status, std::optional<Error> error) {
     send.completion(status == 0 ? std::nullopt : std::optional(HTTPURLResponse{status}), error);
 }
 
-void ScriptedSender::sendSimpleRequest(const URLRequest &request, SimpleCompletion completion) {
+void ScriptedSender::sendSimpleRequest(const URLRequest &request,
+                                       const std::optional<QString> &token,
+                                       SimpleCompletion completion) {
     if (const std::optional<DisabledError> disabled = disabledError()) {
         completion({}, disabled->toError());
         return;
     }
     ++m_sends;
+    m_lastSend.setValue(request.url.path() + QLatin1Char(' ') + token.value_or(QString()));
     if (m_status != 0)
         completion(HTTPURLResponse{m_status}, {});
     else

@@ -16,6 +16,8 @@ public:
 
     /// What is out, oldest first: the names of a batch's events ("a,b"), or the end of the path.
     QStringList out() const;
+    /// The path and the token of the last send.
+    QString lastSend() const { return m_lastSend.value(); }
     /// How many sends there have been.
     int sends() const { return m_sends; }
 
@@ -29,7 +31,8 @@ public:
     QList<Error> handledErrors() const { return m_handledErrors.value(); }
 
     const KestrioServiceRequests &networkRequests() const override { return m_requests; }
-    void sendSimpleRequest(const URLRequest &request, SimpleCompletion completion) override;
+    void sendSimpleRequest(const URLRequest &request, const std::optional<QString> &token,
+                           SimpleCompletion completion) override;
     std::optional<DisabledError> disabledError() const override { return m_disabledError.value(); }
     std::optional<qint64> visitorIdentifier() const override;
     std::optional<QString> authorizationToken() const override { return QStringLiteral("token"); }
@@ -43,6 +46,7 @@ private:
 
     KestrioServiceRequests m_requests;
     Atomic<QList<Send>> m_out;
+    Atomic<QString> m_lastSend;
     std::atomic<int> m_sends = 0;
     std::atomic<int> m_status = 0;
     Atomic<std::optional<DisabledError>> m_disabledError;
