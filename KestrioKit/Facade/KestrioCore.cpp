@@ -77,7 +77,7 @@ std::shared_ptr<KestrioCore> KestrioCore::make(const LibraryContext &context) {
         });
     core->m_api->setErrorHandler([weak](const Error &error) {
         if (const auto self = weak.lock())
-            self->handleError(error);
+            self->reportError(error);
     });
     return core;
 }
@@ -394,10 +394,14 @@ void KestrioCore::presentSpecifiedSurvey(const Survey &survey, const QPointer<QW
 }
 
 void KestrioCore::handleError(const std::optional<Error> &error) {
-    if (!error)
-        return;
-    logLine(u"More Info: "_s + error->localizedDescription, LogCategory::error);
-    m_api->recordError(*error, {});
+    // The service has handed in that it could not read an answer.
+    if (error && error->domain != decodingErrorDomain)
+        reportError(*error);
+}
+
+void KestrioCore::reportError(const Error &error) {
+    logLine(u"More Info: "_s + error.localizedDescription, LogCategory::error);
+    m_api->recordError(error, {});
 }
 
 } // namespace KestrioKit

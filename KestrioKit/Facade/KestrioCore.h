@@ -87,6 +87,7 @@ private:
     void presentSpecifiedSurvey(const Survey &survey, const QPointer<QWidget> &from);
     SimpleCompletion handlingErrors();
     void handleError(const std::optional<Error> &error);
+    void reportError(const Error &error);
 
     const Clock &m_clock;
     std::shared_ptr<KestrioService> m_api;

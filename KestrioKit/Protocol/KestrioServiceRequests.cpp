@@ -2,6 +2,10 @@
 
 #include <QUrlQuery>
 
+#include <algorithm>
+#include <atomic>
+#include <limits>
+
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
@@ -46,6 +50,19 @@ QString hostFromEnvironment() {
                                                : QLatin1StringView(KESTRIO_PRODUCTION_HOST);
     }
     return qEnvironmentVariable(hostVariable, QLatin1StringView(KESTRIO_PRODUCTION_HOST));
+}
+
+// Milliseconds since 1970, or the last number plus one: reports of the same millisecond, or from
+// before the clock was set back, get numbers of their own.
+qint64 nextReportNumber(const Clock &clock) {
+    static constinit std::atomic<qint64> last = std::numeric_limits<qint64>::min();
+    const auto now = qint64(clock.secondsSince1970() * millisecondsPerSecond);
+    qint64 before = last;
+    qint64 number = 0;
+    do {
+        number = std::max(now, before + 1);
+    } while (!last.compare_exchange_weak(before, number));
+    return number;
 }
 
 std::optional<URLRequest> request(const char *method, const std::optional<QUrl> &url) {
@@ -187,8 +204,8 @@ std::optional<URLRequest>
 KestrioServiceRequests::newRecordError(const Request::RecordError &error) const {
     std::optional<URLRequest> result = request("POST", versionedUrl(u"errors"_s), error);
     if (result) {
-        const auto now = qint64(m_clock.secondsSince1970() * millisecondsPerSecond);
-        result->headers.append({"x-ks-error", "kestrio-" + QByteArray::number(now) + "-error"});
+        const QByteArray number = QByteArray::number(nextReportNumber(m_clock));
+        result->headers.append({"x-ks-error", "kestrio-" + number + "-error"});
     }
     return result;
 }

@@ -62,7 +62,8 @@ public:
     std::optional<URLRequest> newSubmitResponse(const Request::SurveyResponseBody &response) const;
     /// On behalf of the event's own visitor, whoever is the current one.
     std::optional<URLRequest> newSurveyHistory(const Request::SurveyEvent &event) const;
-    /// With a header "x-ks-error" that gives every report an id.
+    /// With a header "x-ks-error" that gives every report of the process an id, each greater than
+    /// the one before.
     std::optional<URLRequest> newRecordError(const Request::RecordError &error) const;
 
 private:

@@ -147,9 +147,9 @@ TEST_F(KestrioCoreTest, TellsTheHandlerWhatBecameOfTheEventAndReportsErrors) {
         {{200, R"({"vid":1,"questions":[]})"}, SurveyState::noSurvey, 0},
         {{200, QByteArray(survey).replace("open", "hologram")}, SurveyState::noSurvey, 0},
         {{404, survey}, SurveyState::noSurvey, 0},
-        {{200, R"({"questions":[]})"}, SurveyState::noSurvey, 2},
-        {ServerAnswer::cut(200, 0), SurveyState::noSurvey, 3},
-        {{299, survey}, SurveyState::surveyReady, 3},
+        {{200, R"({"questions":[]})"}, SurveyState::noSurvey, 1},
+        {ServerAnswer::cut(200, 0), SurveyState::noSurvey, 2},
+        {{299, survey}, SurveyState::surveyReady, 2},
     };
     for (const auto &[given, state, reports] : cases) {
         SCOPED_TRACE(given.head().toStdString() + given.body.toStdString());

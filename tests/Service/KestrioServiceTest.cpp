@@ -37,7 +37,16 @@ TEST_F(KestrioServiceTest, ReportsErrorsWithWhatItKnows) {
     EXPECT_EQ(report["meta"_L1]["plan"_L1], u"gold"_s);
     EXPECT_EQ(report["err"_L1],
               (QJsonObject{{u"message"_s, u"broken"_s}, {u"stack"_s, u"main()"_s}}));
-    EXPECT_EQ(requests("POST /1/errors")[0].header("x-ks-error"), "kestrio-1700000000000-error");
+    service->recordError({}, {});
+    service->recordError({}, {});
+    finish();
+    qint64 last = 1'699'999'999'999;
+    for (const RecordedRequest &request : requests("POST /1/errors")) {
+        const QByteArrayList id = request.header("x-ks-error").value_or("--").split('-');
+        EXPECT_GT(id[1].toLongLong(), last);
+        EXPECT_EQ(id[0] + id[2], "kestrioerror");
+        last = id[1].toLongLong();
+    }
 }
 
 } // namespace KestrioKit
