@@ -49,14 +49,12 @@ QString printedForm(Bootstrap::Action action) {
     Q_UNREACHABLE();
 }
 
-Bootstrap::Bootstrap(Executor &executor, std::function<void(const QString &userId)> attachUser)
-    : m_dQueue(u"Kestrio Bootstrap"_s, executor), m_attachUser(std::move(attachUser)) {}
+Bootstrap::Bootstrap(Executor &executor) : m_dQueue(u"Kestrio Bootstrap"_s, executor) {}
 
-Bootstrap::Action Bootstrap::readyState() const {
+Bootstrap::Action Bootstrap::action() const {
     switch (sequence()) {
     case Sequence::start:
-        logLine(u"Not configured. Please first call Kestrio.shared.configure(withEnvironment:)."_s,
-                LogCategory::info);
+    case Sequence::error:
         return Action::skip;
     case Sequence::configured:
     case Sequence::getConfig:
@@ -64,10 +62,15 @@ Bootstrap::Action Bootstrap::readyState() const {
     case Sequence::visitorId:
     case Sequence::userId:
         return Action::doit;
-    case Sequence::error:
-        return Action::skip;
     }
     Q_UNREACHABLE();
+}
+
+Bootstrap::Action Bootstrap::readyState() const {
+    if (sequence() == Sequence::start)
+        logLine(u"Not configured. Please first call Kestrio.shared.configure(withEnvironment:)."_s,
+                LogCategory::info);
+    return action();
 }
 
 bool Bootstrap::isConfigured() const {
@@ -83,22 +86,19 @@ bool Bootstrap::setUserId(const QString &userId) {
     });
 }
 
-void Bootstrap::step(Sequence next) {
-    const bool moved = m_state.mutate([next](State &state) {
+bool Bootstrap::step(Sequence next) {
+    return m_state.mutate([next](State &state) {
         const Sequence old = std::exchange(
             state.sequence, next == Sequence::error ? next : std::max(state.sequence, next));
         return state.sequence != old;
     });
-    if (!moved)
-        return;
-    const std::optional<QString> user = userId();
-    if (next == Sequence::visitorId && user)
-        m_attachUser(*user);
-    else if (next == Sequence::visitorId || next == Sequence::userId)
-        flush();
 }
 
-void Bootstrap::enqueue(Block call) {
+void Bootstrap::startOver() {
+    m_state.mutate([](State &state) { state.sequence = Sequence::configured; });
+}
+
+void Bootstrap::enqueue(HeldCall call) {
     m_dQueue.async([self = shared_from_this(), call = std::move(call)] {
         self->m_callQueue.append(call);
         // The caller may have asked just before the others were released.
@@ -111,11 +111,18 @@ void Bootstrap::flush() {
     m_dQueue.async([self = shared_from_this()] { self->release(); });
 }
 
+void Bootstrap::flushHeld() {
+    m_dQueue.async([self = shared_from_this()] {
+        if (!self->m_callQueue.isEmpty())
+            self->release();
+    });
+}
+
 void Bootstrap::release() {
     KSLog(LogLevel::fine, u"Bootstrap reached"_s, sequence(), readyState(),
           u"flushing %1 tasks"_s.arg(m_callQueue.size()));
-    for (const Block &call : std::as_const(m_callQueue))
-        DispatchQueue::main().async(call);
+    for (const HeldCall &held : std::as_const(m_callQueue))
+        DispatchQueue::main().async(held.call);
     m_callQueue.clear();
     m_isReleased = true;
 }

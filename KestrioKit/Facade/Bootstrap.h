@@ -1,11 +1,11 @@
 #pragma once
 
+#include "KestrioKit/Facade/HeldCall.h"
 #include "KestrioKit/Platform/Atomic.h"
 #include "KestrioKit/Platform/DispatchQueue.h"
 
 #include <QList>
 
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -32,32 +32,35 @@ public:
     /// What is to be done with a call that the host makes now.
     enum class Action { doit, queue, skip };
 
-    /// `attachUser` is called with the pending user as soon as there is a visitor.
-    Bootstrap(Executor &executor, std::function<void(const QString &userId)> attachUser);
+    explicit Bootstrap(Executor &executor);
 
     Sequence sequence() const { return m_state.value().sequence; }
 
-    /// Before `configure`, each call logs that it is missing.
+    Action action() const;
+    /// The same. Before `configure`, each call logs that it is missing.
     Action readyState() const;
     bool isConfigured() const;
 
-    /// The user given while start-up was under way; the last one counts. Never cleared.
+    /// The user given while start-up was under way; the last one counts.
     std::optional<QString> userId() const { return m_state.value().userId; }
     /// False, and nothing is kept, when start-up is not under way (any more).
     bool setUserId(const QString &userId);
 
-    /// Moves forward to `next`, or to `error` from anywhere, and releases the held calls when it
-    /// arrives at a visitor: a pending user is attached first, and its answer releases them. Steps
-    /// back are ignored.
-    void step(Sequence next);
+    /// Moves forward to `next`, or to `error` from anywhere. Steps back are ignored. Returns
+    /// whether it has moved.
+    bool step(Sequence next);
+    /// Begins again at `configured`, wherever it was.
+    void startOver();
 
     /// Holds a call. One that comes when they have just been released follows them.
-    void enqueue(Block call);
+    void enqueue(HeldCall call);
     /// Hands all held calls to the main queue, in the order in which they came.
     void flush();
+    /// The same, when there are any.
+    void flushHeld();
 
 private:
-    /// One value, so that a user given at the last moment is either seen by `step()` or refused.
+    /// One value, so that a user given at the last moment is either seen after `step()` or refused.
     struct State {
         Sequence sequence = Sequence::start;
         std::optional<QString> userId;
@@ -68,9 +71,8 @@ private:
     DispatchQueue m_dQueue;
     Atomic<State> m_state;
     // Touched on `m_dQueue` alone.
-    QList<Block> m_callQueue;
+    QList<HeldCall> m_callQueue;
     bool m_isReleased = false;
-    std::function<void(const QString &userId)> m_attachUser;
 };
 
 QString printedForm(Bootstrap::Sequence sequence);

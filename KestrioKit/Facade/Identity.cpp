@@ -3,6 +3,8 @@
 #include "KestrioKit/Facade/FacadeLog.h"
 #include "KestrioKit/Platform/Storage.h"
 
+#include <algorithm>
+
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
@@ -22,10 +24,33 @@ void logLoaded(qint64 visitorIdentifier, const std::optional<QString> &token, QS
             LogCategory::debug);
 }
 
+bool isDigit(QChar character) {
+    return character >= u'0' && character <= u'9';
+}
+
+/// The number that decimal digits behind an optional sign make; absent for anything else.
+std::optional<qint64> parseVisitor(const QString &text) {
+    const bool isSigned = text.startsWith(u'+') || text.startsWith(u'-');
+    if (!std::ranges::all_of(QStringView(text).sliced(isSigned ? 1 : 0), isDigit))
+        return std::nullopt;
+    bool fits = false;
+    const qint64 number = text.toLongLong(&fits);
+    return fits ? std::optional(number) : std::nullopt;
+}
+
+QString canonical(const QString &text) {
+    return text.normalized(QString::NormalizationForm_C);
+}
+
 } // namespace
 
 Identity::Identity(std::shared_ptr<KestrioService> api, SerialExecutor &fileExecutor)
     : m_api(std::move(api)), m_fileExecutor(fileExecutor) {}
+
+bool Identity::isKnownUser(const QString &userIdentifier) const {
+    const std::optional<QString> known = localData().userIdentifier;
+    return known && canonical(*known) == canonical(userIdentifier);
+}
 
 void Identity::loadAuthorizationInfo() {
     const std::lock_guard guard(m_lock);
@@ -38,12 +63,12 @@ void Identity::loadAuthorizationInfo() {
 
 void Identity::loadFromEnvironment() {
     const QString token = qEnvironmentVariable(tokenVariable);
-    bool isNumber = false;
-    const qint64 visitorIdentifier = qEnvironmentVariable(visitorVariable).toLongLong(&isNumber);
-    if (!isNumber)
+    const std::optional<qint64> visitorIdentifier =
+        parseVisitor(qEnvironmentVariable(visitorVariable));
+    if (!visitorIdentifier)
         return;
     m_api->authorize(token, visitorIdentifier);
-    logLoaded(visitorIdentifier, token, u"environment");
+    logLoaded(*visitorIdentifier, token, u"environment");
 }
 
 void Identity::loadFromFile() {
@@ -81,6 +106,11 @@ Identity::RequestNumber Identity::beginRequest() {
     return ++m_lastRequest;
 }
 
+void Identity::voidRequests() {
+    const std::lock_guard guard(m_lock);
+    voidEarlierRequests();
+}
+
 bool Identity::settle(RequestNumber request) {
     const std::lock_guard guard(m_lock);
     return settleLocked(request);
@@ -91,7 +121,11 @@ std::optional<LocalData> Identity::saveAuthorizationInfo(RequestNumber request,
     const std::lock_guard guard(m_lock);
     if (!settleLocked(request))
         return std::nullopt;
-    const LocalData record = change(m_localData.value());
+    const LocalData known = m_localData.value();
+    LocalData record = change(known);
+    // What the environment gave is not in memory.
+    if (!record.token)
+        record.token = known.token ? known.token : m_api->authorizationToken();
     m_api->authorize(record.token, record.visitorIdentifier);
     changeFile([record] {
         Storage::store(std::optional(record), Storage::localLibraryURL(identityFilename));

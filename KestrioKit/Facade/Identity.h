@@ -29,6 +29,9 @@ public:
 
     /// The last identity that was read, saved or cleared; at first nothing is known.
     LocalData localData() const { return m_localData.value(); }
+    /// Whether that user is the one who is attached. Texts that look the same are the same,
+    /// however their characters are composed.
+    bool isKnownUser(const QString &userIdentifier) const;
 
     /// Takes the identity from "KESTRIO_AUTH_TOKEN" and "KESTRIO_VISITOR_IDENTIFIER" where both are
     /// set, else from the file, and authorizes the service with it. Nothing when the variable is no
@@ -39,10 +42,12 @@ public:
 
     /// The number of a request that is about to be sent.
     RequestNumber beginRequest();
+    /// Makes the answers to earlier requests count for nothing.
+    void voidRequests();
     /// Says that the request was answered, or failed. False when that counts for nothing.
     bool settle(RequestNumber request);
     /// The same, and when it counts: authorizes the service with the changed record, has it written
-    /// to the file, and returns it.
+    /// to the file, and returns it. A record without a token keeps the one that is known so far.
     std::optional<LocalData> saveAuthorizationInfo(RequestNumber request, const Change &change);
 
 private:

@@ -19,16 +19,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView launchEvent("iOS Launch");
 constexpr QLatin1StringView emailAttribute("!email");
 
 using Action = Bootstrap::Action;
-using Sequence = Bootstrap::Sequence;
-
-const DisabledError &localError() {
-    static const auto *const error = new DisabledError{DisabledError::local, {}};
-    return *error;
-}
 
 // What a handler holds may belong to the main thread: it is destroyed there, too.
 template <typename Handler>
@@ -70,11 +63,6 @@ const std::shared_ptr<KestrioCore> &KestrioCore::shared() {
 std::shared_ptr<KestrioCore> KestrioCore::make(const LibraryContext &context) {
     std::shared_ptr<KestrioCore> core(new KestrioCore(context));
     const auto weak = core->weak_from_this();
-    core->m_bootstrap =
-        std::make_shared<Bootstrap>(context.executor, [weak](const QString &userId) {
-            if (const auto self = weak.lock())
-                self->setUserIdentifier(userId);
-        });
     core->m_api->setErrorHandler([weak](const Error &error) {
         if (const auto self = weak.lock())
             self->reportError(error);
@@ -86,7 +74,7 @@ KestrioCore::KestrioCore(const LibraryContext &context)
     : m_clock(context.clock),
       m_api(std::make_shared<KestrioService>(
           std::make_shared<KestrioServiceRequests>(context.clock), context)),
-      m_identity(m_api, context.fileExecutor) {}
+      m_startUp(std::make_shared<StartUp>(m_api, context)) {}
 
 bool KestrioCore::disableNetworkAccess() const {
     return m_api->disableNetworkAccess();
@@ -96,166 +84,31 @@ void KestrioCore::setDisableNetworkAccess(bool disable) {
     m_api->setDisableNetworkAccess(disable);
 }
 
-Action KestrioCore::readyState() const {
-    return m_api->disabledError() ? Action::skip : m_bootstrap->readyState();
-}
-
 Action KestrioCore::whenReady(const Block &operation, std::function<void(KestrioCore &)> repeat) {
-    const Action action = readyState();
+    const Action action = m_startUp->readyState();
     if (action == Action::doit) {
         operation();
     } else if (action == Action::queue) {
-        m_bootstrap->enqueue([weak = weak_from_this(), repeat = std::move(repeat)] {
+        m_startUp->hold({[weak = weak_from_this(), repeat = std::move(repeat)] {
             if (const auto self = weak.lock())
                 repeat(*self);
-        });
+        }});
     }
     return action;
 }
 
-// Start-up
+// Start-up and identity
 
 void KestrioCore::configure(const QString &environment) {
-    const std::lock_guard guard(m_configureLock);
-    if (m_bootstrap->isConfigured())
-        return;
-    // A start that failed is forgotten; what the service has imposed is not.
-    if (m_api->disabledError() == localError())
-        m_api->setDisabledError(std::nullopt);
-    m_api->setEnvironmentId(environment);
-    if (ApplicationLifecycle::shared().applicationExists()) {
-        startUp();
-    } else {
-        // The folder is named after the application, which is not there yet.
-        DispatchQueue::main().async([self = shared_from_this()] { self->startUp(); });
-    }
-    m_bootstrap->step(Sequence::configured);
-}
-
-void KestrioCore::startUp() {
-    Storage::setUp();
-    m_identity.loadAuthorizationInfo();
-    fetchConfig();
-}
-
-void KestrioCore::fetchConfig() {
-    m_api->fetchConfig(
-        [self = shared_from_this()](const auto &config, const auto &, const auto &error) {
-            if (!config || error) {
-                self->handleError(error);
-                return;
-            }
-            self->m_config.setValue(config);
-            self->m_bootstrap->step(Sequence::getConfig);
-            if (config->checkDisabled())
-                self->m_bootstrap->step(Sequence::error);
-            const std::optional<QString> pending = self->m_bootstrap->userId();
-            self->fetchVisitorIdentifier(
-                pending ? pending : self->m_identity.localData().userIdentifier, false);
-        });
-}
-
-// Identity
-
-void KestrioCore::fetchVisitorIdentifier(const std::optional<QString> &userIdentifier,
-                                         bool anonymous) {
-    const Identity::RequestNumber request = m_identity.beginRequest();
-    m_api->fetchVisitorIdentifier(
-        userIdentifier, anonymous,
-        [self = shared_from_this(), request](const auto &visitor, const auto &, const auto &error) {
-            self->visitorReceived(request, visitor, error);
-        });
-}
-
-void KestrioCore::visitorReceived(Identity::RequestNumber request,
-                                  const std::optional<ResponseVisitors> &visitor,
-                                  const std::optional<Error> &error) {
-    if (!visitor || error) {
-        if (m_identity.settle(request))
-            failStart();
-        handleError(error);
-        return;
-    }
-    const bool hasToken = visitor->token && !visitor->token->isEmpty();
-    logLine(u"Received visitor id: %1 - Auth Token? %2"_s.arg(visitor->visitorIdentifier)
-                .arg(hasToken ? "YES"_L1 : "NO"_L1),
-            LogCategory::info);
-    const auto saved = m_identity.saveAuthorizationInfo(request, [&](const LocalData &known) {
-        return LocalData{visitor->token ? visitor->token : known.token, visitor->visitorIdentifier,
-                         known.userIdentifier};
-    });
-    if (saved)
-        launch(saved->userIdentifier ? Sequence::userId : Sequence::visitorId);
-}
-
-void KestrioCore::launch(Sequence sequence) {
-    m_bootstrap->step(sequence);
-    trackEvent(launchEvent, nullptr);
-}
-
-void KestrioCore::failStart() {
-    m_bootstrap->step(Sequence::error);
-    m_api->setDisabledError(localError());
+    m_startUp->configure(environment);
 }
 
 void KestrioCore::setUserIdentifier(const QString &userIdentifier) {
-    switch (readyState()) {
-    case Action::doit:
-        attachUser(userIdentifier);
-        return;
-    case Action::queue:
-        // There may be a visitor by now.
-        if (!m_bootstrap->setUserId(userIdentifier))
-            setUserIdentifier(userIdentifier);
-        return;
-    case Action::skip:
-        return;
-    }
-}
-
-void KestrioCore::attachUser(const QString &userIdentifier) {
-    const std::optional<QString> known = m_identity.localData().userIdentifier;
-    if (known == userIdentifier)
-        return;
-    const std::optional<qint64> visitorBefore = m_api->visitorIdentifier();
-    if (!visitorBefore || known) {
-        fetchVisitorIdentifier(userIdentifier, known.has_value());
-        return;
-    }
-    const Identity::RequestNumber request = m_identity.beginRequest();
-    m_api->setUserIdentifier(
-        userIdentifier, [self = shared_from_this(), request, userIdentifier,
-                         visitorBefore](const auto &visitor, const auto &, const auto &error) {
-            if (error && self->m_identity.settle(request))
-                self->failStart();
-            else if (!error && self->userAttached(request, userIdentifier, visitorBefore, visitor))
-                self->launch(Sequence::userId);
-            else
-                // Calls that were made early have waited for this answer.
-                self->m_bootstrap->flush();
-            self->handleError(error);
-        });
-}
-
-// Whether there is another visitor now. Without a record in the answer there may be.
-bool KestrioCore::userAttached(Identity::RequestNumber request, const QString &userIdentifier,
-                               std::optional<qint64> visitorBefore,
-                               const std::optional<ResponseVisitors> &visitor) {
-    if (!visitor)
-        return m_identity.settle(request);
-    const auto saved = m_identity.saveAuthorizationInfo(request, [&](const LocalData &) {
-        return LocalData{visitor->token, visitor->visitorIdentifier, userIdentifier};
-    });
-    return saved && saved->visitorIdentifier != visitorBefore;
+    m_startUp->setUserIdentifier(userIdentifier);
 }
 
 void KestrioCore::logout() {
-    whenReady(
-        [this] {
-            m_identity.clearAuthorizationInfo();
-            fetchVisitorIdentifier(std::nullopt, false);
-        },
-        [](KestrioCore &core) { core.logout(); });
+    whenReady([this] { m_startUp->logout(); }, [](KestrioCore &core) { core.logout(); });
 }
 
 // Attributes
@@ -376,7 +229,7 @@ void KestrioCore::presentSurvey(qint64 surveyId, const QPointer<QWidget> &from,
 }
 
 void KestrioCore::presentDebugSurvey(const QPointer<QWidget> &from) {
-    if (readyState() != Action::skip)
+    if (m_startUp->readyState() != Action::skip)
         presentSpecifiedSurvey(debugSurvey(), from);
 }
 

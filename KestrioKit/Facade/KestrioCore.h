@@ -1,7 +1,6 @@
 #pragma once
 
-#include "KestrioKit/Facade/Bootstrap.h"
-#include "KestrioKit/Facade/Identity.h"
+#include "KestrioKit/Facade/StartUp.h"
 #include "KestrioKit/Platform/Atomic.h"
 #include "KestrioKit/Platform/LibraryContext.h"
 #include "KestrioKit/Protocol/ResponseConfig.h"
@@ -44,7 +43,7 @@ public:
     void setSurvey(std::optional<Survey> survey) override { m_survey.setValue(std::move(survey)); }
 
     /// The configuration from the last fetch that succeeded.
-    std::optional<ResponseConfig> config() const { return m_config.value(); }
+    std::optional<ResponseConfig> config() const { return m_startUp->config(); }
 
     // The operations of `Kestrio`, documented there.
     bool disableNetworkAccess() const;
@@ -66,21 +65,8 @@ public:
 private:
     explicit KestrioCore(const LibraryContext &context);
 
-    Bootstrap::Action readyState() const;
     /// Runs `operation` now, or holds `repeat`, the same public call, or does nothing.
     Bootstrap::Action whenReady(const Block &operation, std::function<void(KestrioCore &)> repeat);
-    void startUp();
-    void fetchConfig();
-    void fetchVisitorIdentifier(const std::optional<QString> &userIdentifier, bool anonymous);
-    void visitorReceived(Identity::RequestNumber request,
-                         const std::optional<ResponseVisitors> &visitor,
-                         const std::optional<Error> &error);
-    void attachUser(const QString &userIdentifier);
-    bool userAttached(Identity::RequestNumber request, const QString &userIdentifier,
-                      std::optional<qint64> visitorBefore,
-                      const std::optional<ResponseVisitors> &visitor);
-    void launch(Bootstrap::Sequence sequence);
-    void failStart();
     void trackEvent(const QString &eventName, const SharedHandler &handler);
     void trackForSurvey(const QString &name, const SharedHandler &handler);
     SurveyState surveyReceived(const Survey &survey);
@@ -91,11 +77,8 @@ private:
 
     const Clock &m_clock;
     std::shared_ptr<KestrioService> m_api;
-    Identity m_identity;
-    std::mutex m_configureLock;
+    std::shared_ptr<StartUp> m_startUp;
     Atomic<std::optional<Survey>> m_survey;
-    Atomic<std::optional<ResponseConfig>> m_config;
-    std::shared_ptr<Bootstrap> m_bootstrap;
 };
 
 } // namespace KestrioKit

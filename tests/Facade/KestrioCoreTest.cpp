@@ -187,8 +187,14 @@ TEST_F(KestrioCoreTest, AttachesAUserToTheAnonymousVisitor) {
     using enum SurveyState;
     const QByteArray anonymous = R"({"token":"t1","visitorIdentifier":1})";
     const std::tuple<ServerAnswer, QByteArray, int, SurveyState> cases[] = {
-        {{200, R"({"vid":2})"}, R"({"visitorIdentifier":2,"userIdentifier":"u"})", 1, noSurvey},
-        {{200, R"({"vid":1})"}, R"({"visitorIdentifier":1,"userIdentifier":"u"})", 0, noSurvey},
+        {{200, R"({"vid":2})"},
+         R"({"token":"t1","visitorIdentifier":2,"userIdentifier":"u"})",
+         1,
+         noSurvey},
+        {{200, R"({"vid":1})"},
+         R"({"token":"t1","visitorIdentifier":1,"userIdentifier":"u"})",
+         0,
+         noSurvey},
         {{404}, anonymous, 1, noSurvey},
         {ServerAnswer::cut(200, 0), anonymous, 0, disabled},
     };
@@ -208,11 +214,11 @@ TEST_F(KestrioCoreTest, AttachesAUserToTheAnonymousVisitor) {
 }
 
 TEST_F(KestrioCoreTest, AsksForTheVisitorOfAnotherUserOrOfNoneWithoutAuthorization) {
-    startAfresh({u"old"_s, 5, u"a"_s});
+    startAfresh({u"old"_s, 5, u"\u00e4"_s});
     configure();
     EXPECT_EQ(requests(configLine).last().header("Authorization"), "Bearer old");
-    EXPECT_EQ(bodies(visitorLine).last()["userId"_L1], u"a"_s);
-    core->setUserIdentifier(u"a"_s);
+    EXPECT_EQ(bodies(visitorLine).last()["userId"_L1], u"\u00e4"_s);
+    core->setUserIdentifier(u"a\u0308"_s);
     finish();
     EXPECT_EQ(requests(visitorLine).size(), 1);
     answer(visitorLine, {200, R"({"vid":2})"});
@@ -220,7 +226,8 @@ TEST_F(KestrioCoreTest, AsksForTheVisitorOfAnotherUserOrOfNoneWithoutAuthorizati
     finish();
     EXPECT_EQ(requests(visitorLine).last().header("Authorization"), std::nullopt);
     EXPECT_EQ(bodies(visitorLine).last()["userId"_L1], u"b"_s);
-    EXPECT_EQ(identity(), R"({"token":"t1","visitorIdentifier":2,"userIdentifier":"a"})");
+    EXPECT_EQ(identity(),
+              "{\"token\":\"t1\",\"visitorIdentifier\":2,\"userIdentifier\":\"\u00e4\"}");
     network->hold(true);
     core->logout();
     finish();
@@ -231,6 +238,66 @@ TEST_F(KestrioCoreTest, AsksForTheVisitorOfAnotherUserOrOfNoneWithoutAuthorizati
     network->hold(false);
     release();
     EXPECT_EQ(identity(), R"({"visitorIdentifier":2})");
+}
+
+TEST_F(KestrioCoreTest, TakesTheVisitorOfTheEnvironmentAndKeepsItsToken) {
+    answer(visitorLine, {200, R"({"vid":1})"});
+    qputenv("KESTRIO_AUTH_TOKEN", "given");
+    for (const auto &[text, number] : {std::pair{"7", 7},
+                                       {"+7", 7},
+                                       {"-7", -7},
+                                       {" 7 ", 0},
+                                       {"\xd9\xa7", 0},
+                                       {"9223372036854775808", 0}}) {
+        qputenv("KESTRIO_VISITOR_IDENTIFIER", text);
+        startAfresh();
+        answer(visitorLine, {200, R"({"vid":1})"});
+        network->hold(true);
+        configure();
+        EXPECT_EQ(core->api()->visitorIdentifier().value_or(0), number) << text;
+        network->hold(false);
+        release();
+        EXPECT_EQ(core->api()->authorizationToken().has_value(), number != 0) << text;
+        EXPECT_EQ(identity().contains(R"("token":"given")"), number != 0) << text;
+    }
+    qunsetenv("KESTRIO_AUTH_TOKEN");
+    qunsetenv("KESTRIO_VISITOR_IDENTIFIER");
+}
+
+TEST_F(KestrioCoreTest, HoldsEarlyCallsUntilThereIsAVisitorAlthoughTheHostLogsOutMeanwhile) {
+    network->hold(true);
+    configure();
+    core->track(u"Held"_s, handler());
+    core->setUserIdentifier(u"u"_s);
+    answer(attachLine, {404});
+    release(); // the configuration
+    release(); // the visitor
+    core->logout();
+    finish();
+    release(); // the user, and the first batch
+    release();
+    EXPECT_TRUE(states.isEmpty());
+    network->hold(false);
+    release(); // the next visitor
+    EXPECT_EQ(states, QList{SurveyState::noSurvey});
+}
+
+TEST_F(KestrioCoreTest, StartsOverAfterAFailureAlthoughALaterRequestSucceeds) {
+    startAfresh({u"old"_s, 5, u"a"_s});
+    configure();
+    network->hold(true);
+    answer(visitorLine, ServerAnswer::cut(200, 0));
+    core->setUserIdentifier(u"b"_s);
+    finish();
+    answer(visitorLine, {200, R"({"vid":2})"});
+    core->setUserIdentifier(u"c"_s);
+    finish();
+    network->hold(false);
+    release(); // the first
+    release(); // the second
+    EXPECT_EQ(track(), SurveyState::disabled);
+    configure();
+    EXPECT_EQ(track(), SurveyState::noSurvey);
 }
 
 TEST_F(KestrioCoreTest, IgnoresAnswersThatLaterOnesHaveOvertaken) {
