@@ -5,19 +5,19 @@
 
 namespace SurveyService {
 
-std::optional<Visitor> bearer(const Call &call, RecordStore &records) {
+std::string bearerToken(const Call &call) {
     constexpr std::string_view scheme = "Bearer ";
     const std::string header = call.http.get_header_value("Authorization");
     // Names of schemes are case-insensitive.
     if (::strncasecmp(header.c_str(), scheme.data(), scheme.size()) != 0)
-        return std::nullopt;
-    return records.findVisitor(header.substr(scheme.size()));
+        return {};
+    return header.substr(scheme.size());
 }
 
 Visitor requireVisitor(const Call &call, RecordStore &records) {
     if (!call.http.has_header("Authorization"))
         throw Refusal(401, "Authorization: missing");
-    const auto visitor = bearer(call, records);
+    const auto visitor = records.findVisitor(bearerToken(call));
     const auto isVisitor = [&call](std::string_view name, const std::string &value) {
         const auto captured = call.captures.find(name);
         return captured == call.captures.end() || captured->second == value;

@@ -3,16 +3,15 @@
 #include "service/RecordStore.h"
 #include "service/Router.h"
 
-#include <optional>
+#include <string>
 
 namespace SurveyService {
 
-/// The visitor whose token the request bears ("Authorization: Bearer TOKEN", RFC 6750), absent
-/// when it bears none or an unknown one.
-std::optional<Visitor> bearer(const Call &call, RecordStore &records);
+/// The token that the request bears ("Authorization: Bearer TOKEN", RFC 6750); empty without one.
+std::string bearerToken(const Call &call);
 
-/// The same for what belongs to a visitor. Throws Refusal 401 when there is no such visitor, or
-/// another one than the path names by "vid" and "env".
+/// The visitor whose token the request bears. Throws Refusal 401 when there is none, or another one
+/// than the path names by "vid" and "env".
 Visitor requireVisitor(const Call &call, RecordStore &records);
 
 } // namespace SurveyService

@@ -117,4 +117,17 @@ void JsonNode::refuse(const std::string &complaint) const {
     throw JsonError((m_place.empty() ? "body" : m_place) + ": " + complaint);
 }
 
+bool isUtf8(const std::string &text) {
+    try {
+        static_cast<void>(nlohmann::json(text).dump());
+        return true;
+    } catch (const nlohmann::json::type_error &) {
+        return false;
+    }
+}
+
+std::string dumpLeniently(const nlohmann::json &value) {
+    return value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
 } // namespace SurveyService

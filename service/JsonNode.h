@@ -57,4 +57,9 @@ private:
     std::string m_place; ///< empty for the document
 };
 
+bool isUtf8(const std::string &text);
+
+/// The value as JSON text, with replacement characters where its texts are not UTF-8.
+std::string dumpLeniently(const nlohmann::json &value);
+
 } // namespace SurveyService

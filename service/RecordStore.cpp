@@ -1,6 +1,7 @@
 #include "service/RecordStore.h"
 
 #include "service/Identifiers.h"
+#include "service/JsonNode.h"
 
 #include <nlohmann/json.hpp>
 
@@ -50,10 +51,12 @@ constexpr std::pair<const char *, const char *> selections[] = {
     {"errors", "name AS errorId, body FROM records WHERE kind = 'error'"},
 };
 
-std::optional<Visitor> readVisitor(SqlStatement row) {
-    if (!row.next())
-        return std::nullopt;
-    return Visitor{row.integer(0), row.text(1), row.text(2), row.optionalText(3)};
+Visitor readVisitor(const SqlStatement &row) {
+    return {row.integer(0), row.text(1), row.text(2), row.optionalText(3)};
+}
+
+std::int64_t readInteger(const SqlStatement &row) {
+    return row.integer(0);
 }
 
 std::string jsonValue(const SqlStatement &row, int column) {
@@ -61,9 +64,11 @@ std::string jsonValue(const SqlStatement &row, int column) {
         return "null";
     if (!row.isText(column))
         return std::to_string(row.integer(column));
-    // A body is JSON already, and stays byte for byte what was sent.
-    return row.columnName(column) == "body" ? row.text(column)
-                                            : nlohmann::json(row.text(column)).dump();
+    // A body is JSON already, and stays byte for byte what was sent. Whatever else the file holds,
+    // written by another program for example, is read as text.
+    const std::string text = row.text(column);
+    const bool isJson = row.columnName(column) == "body" && nlohmann::json::accept(text);
+    return isJson ? text : dumpLeniently(text);
 }
 
 std::string jsonObject(const SqlStatement &row) {
@@ -75,10 +80,13 @@ std::string jsonObject(const SqlStatement &row) {
     return object + '}';
 }
 
-std::string jsonArray(SqlStatement rows) {
+std::string jsonArray(SqlDatabase &database, const std::string &sql) {
     std::string array = "[";
-    while (rows.next())
-        array.append(array.size() == 1 ? "\n" : ",\n").append(jsonObject(rows));
+    database.readAll(
+        [&array](const SqlStatement &row) {
+            array.append(array.size() == 1 ? "\n" : ",\n").append(jsonObject(row));
+        },
+        sql);
     return array + ']';
 }
 
@@ -88,9 +96,7 @@ RecordStore::RecordStore(const std::string &file) : m_database(file) {
     // With a write-ahead log a commit need not wait for the disk; what a power cut loses is at
     // most what came just before it.
     m_database.runScript("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
-    auto version = m_database.query("PRAGMA user_version");
-    version.next();
-    if (version.integer(0) > schemaVersion)
+    if (*m_database.readFirst(readInteger, "PRAGMA user_version") > schemaVersion)
         throw SqlError("made by a later version of this program");
     SqlTransaction transaction(m_database);
     m_database.runScript(schema);
@@ -100,9 +106,13 @@ RecordStore::RecordStore(const std::string &file) : m_database(file) {
 
 Visitor RecordStore::findOrAddVisitor(const std::string &environment,
                                       const std::optional<std::string> &userId,
-                                      const std::optional<Visitor> &current) {
+                                      const std::string &token) {
     const std::scoped_lock lock(m_mutex);
     SqlTransaction transaction(m_database);
+    // Read here: another request with this token may have made its visitor a user meanwhile.
+    auto current = findBearer(token);
+    if (current && current->environment != environment)
+        current.reset();
     auto visitor = userId ? findUser(environment, *userId) : current;
     if (!visitor && current && !current->userId) {
         m_database.run("UPDATE visitors SET userId = ? WHERE vid = ?", userId, current->id);
@@ -117,24 +127,30 @@ Visitor RecordStore::findOrAddVisitor(const std::string &environment,
 
 std::optional<Visitor> RecordStore::findVisitor(const std::string &token) {
     const std::scoped_lock lock(m_mutex);
-    return readVisitor(m_database.query(
-        "SELECT vid, environment, token, userId FROM visitors WHERE token = ?", token));
+    return findBearer(token);
+}
+
+std::optional<Visitor> RecordStore::findBearer(const std::string &token) {
+    return m_database.readFirst(
+        readVisitor, "SELECT vid, environment, token, userId FROM visitors WHERE token = ?", token);
 }
 
 std::optional<Visitor> RecordStore::findUser(const std::string &environment,
                                              const std::string &userId) {
-    return readVisitor(m_database.query("SELECT vid, environment, token, userId FROM visitors "
-                                        "WHERE environment = ? AND userId = ?",
-                                        environment, userId));
+    return m_database.readFirst(readVisitor,
+                                "SELECT vid, environment, token, userId FROM visitors "
+                                "WHERE environment = ? AND userId = ?",
+                                environment, userId);
 }
 
 Visitor RecordStore::addVisitor(const std::string &environment,
                                 const std::optional<std::string> &userId) {
     const std::int64_t order = insert({RecordKind::visitor, {}, {}, {}, {}});
-    return *readVisitor(m_database.query(
+    return *m_database.readFirst(
+        readVisitor,
         "INSERT INTO visitors (\"order\", environment, userId, token) VALUES (?, ?, ?, ?) "
         "RETURNING vid, environment, token, userId",
-        order, environment, userId, randomUuid()));
+        order, environment, userId, randomUuid());
 }
 
 void RecordStore::add(const Record &record) {
@@ -143,12 +159,11 @@ void RecordStore::add(const Record &record) {
 }
 
 std::int64_t RecordStore::insert(const Record &record) {
-    auto row =
-        m_database.query("INSERT INTO records (kind, vid, surveyId, name, body) "
-                         "VALUES (?, ?, ?, ?, ?) RETURNING \"order\"",
-                         record.kind, record.visitorId, record.surveyId, record.name, record.body);
-    row.next();
-    return row.integer(0);
+    return *m_database.readFirst(
+        readInteger,
+        "INSERT INTO records (kind, vid, surveyId, name, body) VALUES (?, ?, ?, ?, ?) "
+        "RETURNING \"order\"",
+        record.kind, record.visitorId, record.surveyId, record.name, record.body);
 }
 
 void RecordStore::changeAttributes(const Record &record,
@@ -168,12 +183,9 @@ void RecordStore::changeAttributes(const Record &record,
 std::optional<std::int64_t> RecordStore::findShownSurvey(std::int64_t visitorId,
                                                          const std::string &group) {
     const std::scoped_lock lock(m_mutex);
-    auto row = m_database.query(
-        "SELECT surveyId FROM records WHERE kind = 'showing' AND name = ? AND vid = ?", group,
-        visitorId);
-    if (!row.next())
-        return std::nullopt;
-    return row.integer(0);
+    return m_database.readFirst(
+        readInteger, "SELECT surveyId FROM records WHERE kind = 'showing' AND name = ? AND vid = ?",
+        group, visitorId);
 }
 
 std::string RecordStore::allRecords() {
@@ -183,7 +195,7 @@ std::string RecordStore::allRecords() {
         const std::string sql =
             std::string("SELECT \"order\", arrivedAt, ") + selection + " ORDER BY \"order\"";
         json.append(json.empty() ? "{\"" : ",\n\"").append(name).append("\":");
-        json.append(jsonArray(m_database.query(sql)));
+        json.append(jsonArray(m_database, sql));
     }
     return json + "}\n";
 }

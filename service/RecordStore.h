@@ -49,11 +49,10 @@ class RecordStore {
 public:
     explicit RecordStore(const std::string &file);
 
-    /// The visitor of that user, if the environment knows the user; else `current`, who becomes
-    /// that user unless already another one; else a new visitor.
+    /// The visitor of that user, if the environment knows the user; else the environment's visitor
+    /// with that token, who becomes that user unless already another one; else a new visitor.
     Visitor findOrAddVisitor(const std::string &environment,
-                             const std::optional<std::string> &userId,
-                             const std::optional<Visitor> &current);
+                             const std::optional<std::string> &userId, const std::string &token);
     std::optional<Visitor> findVisitor(const std::string &token);
 
     void add(const Record &record);
@@ -71,6 +70,7 @@ public:
 private:
     /// Gives the record's order number.
     std::int64_t insert(const Record &record);
+    std::optional<Visitor> findBearer(const std::string &token);
     std::optional<Visitor> findUser(const std::string &environment, const std::string &userId);
     Visitor addVisitor(const std::string &environment, const std::optional<std::string> &userId);
 

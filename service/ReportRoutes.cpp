@@ -8,7 +8,7 @@ namespace {
 Answer recordHistory(const Call &call, RecordStore &records) {
     const Visitor visitor = requireVisitor(call, records);
     const std::int64_t surveyId = call.capturedInteger("survey");
-    checkSurveyEvent(JsonNode::parse(call.body), visitor.id, surveyId);
+    checkSurveyEvent(JsonNode::parse(call.body), visitor, surveyId);
     records.add({RecordKind::history, visitor.id, surveyId, {}, call.body});
     return {};
 }
@@ -26,6 +26,8 @@ Answer recordError(const Call &call, RecordStore &records) {
     std::optional<std::string> errorId;
     if (call.http.has_header("x-ks-error"))
         errorId = call.http.get_header_value("x-ks-error");
+    if (errorId && !isUtf8(*errorId))
+        throw Refusal(400, "x-ks-error: not UTF-8");
     records.add({RecordKind::error, {}, {}, errorId, call.body});
     return {};
 }

@@ -97,12 +97,13 @@ std::vector<std::string> readAttributeRemoval(const JsonNode &body) {
     return keys;
 }
 
-void checkSurveyEvent(const JsonNode &body, std::int64_t visitorId, std::int64_t surveyId) {
-    body["eid"].text();
+void checkSurveyEvent(const JsonNode &body, const Visitor &visitor, std::int64_t surveyId) {
+    if (body["eid"].text() != visitor.environment)
+        body["eid"].refuse("must be the environment of the visitor");
     if (body["sid"].integer() != surveyId)
         body["sid"].refuse("must be the survey of the path");
     checkOptionalInteger(body, "qid");
-    if (body["vid"].integer() != visitorId)
+    if (body["vid"].integer() != visitor.id)
         body["vid"].refuse("must be the visitor of the path");
     body["isNew"].boolean();
     const std::string &action = body["action"].text();

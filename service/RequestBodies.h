@@ -1,6 +1,7 @@
 #pragma once
 
 #include "service/JsonNode.h"
+#include "service/RecordStore.h"
 
 #include <cstdint>
 #include <map>
@@ -28,8 +29,9 @@ std::map<std::string, std::string> readAttributes(const JsonNode &body);
 /// Gives the keys to remove.
 std::vector<std::string> readAttributeRemoval(const JsonNode &body);
 
-/// A history record has to name the visitor and the survey that its path names.
-void checkSurveyEvent(const JsonNode &body, std::int64_t visitorId, std::int64_t surveyId);
+/// A history record has to name the visitor's environment, and the visitor and the survey that its
+/// path names.
+void checkSurveyEvent(const JsonNode &body, const Visitor &visitor, std::int64_t surveyId);
 
 /// Gives the response group.
 std::string readSurveyResponse(const JsonNode &body);

@@ -5,20 +5,6 @@
 namespace SurveyService {
 namespace {
 
-/// Ill-formed UTF-8 becomes replacement characters: reasons quote what clients sent.
-std::string dumpLeniently(const nlohmann::json &json) {
-    return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-}
-
-bool isUtf8(const std::string &text) {
-    try {
-        static_cast<void>(nlohmann::json(text).dump());
-        return true;
-    } catch (const nlohmann::json::type_error &) {
-        return false;
-    }
-}
-
 void requireUtf8(const PathPattern::Captures &captures) {
     for (const auto &[name, text] : captures)
         if (!isUtf8(text))
@@ -34,6 +20,7 @@ Answer methodNotAllowed(const std::string &allowed) {
 } // namespace
 
 Answer errorAnswer(int status, const std::string &reason) {
+    // Reasons quote what clients sent.
     return {status, dumpLeniently({{"error", reason}}), {}};
 }
 

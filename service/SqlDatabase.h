@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 
 namespace SurveyService {
 
@@ -56,13 +58,29 @@ public:
     /// Makes the file when it is missing. Throws SqlError when it is no database.
     explicit SqlDatabase(const std::string &file);
 
-    template <typename... Values>
-    SqlStatement query(std::string_view sql, const Values &...values) {
-        return {m_connection.get(), sql, values...};
+    /// Calls `read` with each row. The statement always runs to its end: the write-ahead log
+    /// shrinks and a failed commit shows only there, also when INSERT ... RETURNING gives a single
+    /// row.
+    template <typename Read, typename... Values>
+    void readAll(Read read, std::string_view sql, const Values &...values) {
+        SqlStatement statement(m_connection.get(), sql, values...);
+        while (statement.next())
+            read(std::as_const(statement));
+    }
+    /// What `read` makes of the first row; absent when there is none.
+    template <typename Read, typename... Values>
+    auto readFirst(Read read, std::string_view sql, const Values &...values) {
+        std::optional<std::invoke_result_t<Read, const SqlStatement &>> first;
+        const auto keepFirst = [&](const SqlStatement &row) {
+            if (!first)
+                first = read(row);
+        };
+        readAll(keepFirst, sql, values...);
+        return first;
     }
     template <typename... Values>
     void run(std::string_view sql, const Values &...values) {
-        query(sql, values...).next();
+        readAll([](const SqlStatement &) {}, sql, values...);
     }
     /// Several statements, separated by semicolons.
     void runScript(const char *sql);

@@ -14,18 +14,14 @@ Answer visitorAnswer(const Visitor &visitor) {
 
 Answer registerVisitor(const Call &call, RecordStore &records) {
     const auto userId = readVisitorRequest(JsonNode::parse(call.body));
-    const std::string &environment = call.captured("env");
     // A client that still has its token stays who it is.
-    auto current = bearer(call, records);
-    if (current && current->environment != environment)
-        current.reset();
-    return visitorAnswer(records.findOrAddVisitor(environment, userId, current));
+    return visitorAnswer(records.findOrAddVisitor(call.captured("env"), userId, bearerToken(call)));
 }
 
 Answer identifyVisitor(const Call &call, RecordStore &records) {
     const Visitor current = requireVisitor(call, records);
     const std::string userId = readUserIdentifier(JsonNode::parse(call.body));
-    return visitorAnswer(records.findOrAddVisitor(current.environment, userId, current));
+    return visitorAnswer(records.findOrAddVisitor(current.environment, userId, current.token));
 }
 
 } // namespace

@@ -3,12 +3,15 @@
 #include <gtest/gtest.h>
 #include <httplib.h>
 
-#include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <set>
+#include <sqlite3.h>
 #include <string>
+#include <thread>
 #include <tuple>
 #include <vector>
 
@@ -30,6 +33,8 @@ constexpr auto attributes = "/2/environments/demo/visitors/1/attributes";
 constexpr auto history = "/1/visitors/1/surveys/7/history";
 constexpr auto submit = "/2/environments/demo/visitors/1/responses/submit";
 constexpr auto errors = "/1/errors";
+
+const std::string error = R"({"envId":"e","userAgent":"u","meta":{},"err":{"message":"m"}})";
 
 struct Exchange {
     std::string method;
@@ -86,7 +91,9 @@ protected:
         EXPECT_NE(records().find(exchange.record), std::string::npos) << records();
     }
 
-    ServiceProgram service{u":memory:"_s, {}, 0};
+    QTemporaryDir folder;
+    QString database = folder.filePath(u"records"_s);
+    ServiceProgram service{database, {}, 0};
     httplib::Client client{"localhost", service.port()};
     std::string mine;
     std::string others;
@@ -97,8 +104,7 @@ TEST_F(Service, keepsAndAnswersWhatEachPathTakes) {
     const std::string two = R"({"events":[)" + plain + ',' + plain + R"(],"timestamp":1})";
     const std::string checkout = eventBody("Checkout Finished");
     const std::string seen =
-        R"({"eid":"e","sid":7,"vid":1,"isNew":true,"action":"seen","responseGroupUid":"G"})";
-    const std::string error = R"({"envId":"e","userAgent":"u","meta":{},"err":{"message":"m"}})";
+        R"({"eid":"demo","sid":7,"vid":1,"isNew":true,"action":"seen","responseGroupUid":"G"})";
     const auto shown = send({"POST", events, mine, eventBody("Plan Cancelled")});
     const std::string response = R"({"responses":[],"meta":{},"responseGroupUid":")" +
                                  member(shown, u"responseGroupUid"_s) + "\"}";
@@ -172,10 +178,12 @@ TEST_F(Service, refusesWhatIsWrongByItsPlaceAndKeepsNothingOfIt) {
         {"PUT", attribute, mine, R"({"value":1})", 400, "value: must be text"},
         {"PUT", attributes, mine, R"({"a":"1","b":2})", 400, "b: must be text"},
         {"DELETE", attributes, mine, R"({"delete":["a",2]})", 400, "delete[1]: must be text"},
-        {"POST", history, mine, R"({"eid":"e","sid":8})", 400, "sid: must be the survey"},
-        {"POST", history, mine, R"({"eid":"e","sid":7,"vid":2})", 400, "vid: must be the visitor"},
+        {"POST", history, mine, R"({"eid":"b"})", 400, "eid: must be the environment"},
+        {"POST", history, mine, R"({"eid":"demo","sid":8})", 400, "sid: must be the survey"},
+        {"POST", history, mine, R"({"eid":"demo","sid":7,"vid":2})", 400, "vid: must be the visit"},
         {"POST", submit, mine, R"({"responses":[{}]})", 400, "responses[0].questionId: missing"},
         {"POST", errors, {}, R"({"envId":""})", 400, "userAgent: missing"},
+        {"POST", errors, {}, error, 400, "x-ks-error: not UTF-8", {}, {{"x-ks-error", "\xFF"}}},
     };
     for (const Exchange &exchange : exchanges) {
         check(exchange);
@@ -187,6 +195,48 @@ TEST_F(Service, refusesWhatIsWrongByItsPlaceAndKeepsNothingOfIt) {
     EXPECT_EQ(records(), before);
     EXPECT_EQ(service.stop(), 0);
     EXPECT_TRUE(service.program().errors().contains("GET /a\\x1b[31m 404 "));
+}
+
+TEST_F(Service, showsWhatOtherProgramsWroteIntoItsFile) {
+    sqlite3 *file = nullptr;
+    sqlite3_open(qPrintable(database), &file);
+    EXPECT_EQ(sqlite3_exec(file,
+                           "INSERT INTO records (kind, name, body) "
+                           "VALUES ('error', CAST(x'FF' AS TEXT), '{')",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(file);
+    check({"GET", "/records", {}, {}, 200, "{", "\"errorId\":\"\uFFFD\",\"body\":\"{\""});
+}
+
+TEST_F(Service, makesAVisitorOneUserThoughSeveralComeTogether) {
+    constexpr std::size_t users = 4;
+    for (int round = 0; round < 150 && !HasFailure(); ++round) {
+        const auto added = send({"POST", visitors, {}, "{}"});
+        const std::string path = visitors + ('/' + member(added, u"vid"_s));
+        const httplib::Headers token{{"Authorization", "Bearer " + member(added, u"token"_s)}};
+        std::string found[users];
+        {
+            std::vector<std::jthread> threads;
+            for (std::size_t user = 0; user < users; ++user)
+                threads.emplace_back([&, user] {
+                    const std::string body = R"({"userId":")" + std::to_string(round) + '-' +
+                                             std::to_string(user) + "\"}";
+                    httplib::Client own("localhost", service.port());
+                    if (const auto result = own.Put(path, token, body, "application/json"))
+                        found[user] = member(*result, u"vid"_s);
+                });
+        }
+        EXPECT_EQ(std::set(std::begin(found), std::end(found)).size(), users);
+    }
+}
+
+// SQLite appends some 30 KB for each of these events, and starts anew after about 4 MB.
+TEST_F(Service, keepsTheLogOfItsDatabaseSmall) {
+    const std::string large = eventBody(std::string(20'000, 'x'));
+    for (int event = 0; event < 500; ++event)
+        ASSERT_EQ(send({"POST", events, mine, large}).status, 200);
+    EXPECT_LT(QFileInfo(database + u"-wal"_s).size(), 8 * mebibyte);
 }
 
 TEST(ServiceStart, thatFailsSaysWhyInOneLine) {
