@@ -40,6 +40,12 @@ int portOf(const sockaddr_storage &address) {
     return 0;
 }
 
+bool isListener(int socket) {
+    int listens = 0;
+    socklen_t size = sizeof listens;
+    return ::getsockopt(socket, SOL_SOCKET, SO_ACCEPTCONN, &listens, &size) == 0 && listens != 0;
+}
+
 /// Ends the reading side of every connection to that port. httplib keeps its sockets to itself and
 /// would wait for idle ones until their keep-alive time is over.
 void endReading(int port) {
@@ -48,7 +54,9 @@ void endReading(int port) {
         sockaddr_storage address{};
         socklen_t size = sizeof address;
         auto *const pointer = reinterpret_cast<sockaddr *>(&address);
-        if (::getsockname(descriptor, pointer, &size) == 0 && portOf(address) == port)
+        const bool isConnection = ::getsockname(descriptor, pointer, &size) == 0 &&
+                                  portOf(address) == port && !isListener(descriptor);
+        if (isConnection)
             ::shutdown(descriptor, SHUT_RD);
     }
 }
@@ -65,13 +73,6 @@ public:
 private:
     int m_port;
 };
-
-bool hasIPv6() {
-    const int probe = ::socket(AF_INET6, SOCK_STREAM, 0);
-    if (probe != -1)
-        ::close(probe);
-    return probe != -1;
-}
 
 bool announcesBody(const httplib::Request &request) {
     return request.has_header("Transfer-Encoding") ||
@@ -119,17 +120,23 @@ HttpServer::HttpServer(Handler handler) : m_handler(std::move(handler)) {
     installHandlers();
 }
 
-int HttpServer::bind(int port) {
-    // httplib makes the IPv6 socket take IPv4 too.
-    const std::string everyAddress = hasIPv6() ? "::" : "0.0.0.0";
+HttpServer::~HttpServer() {
+    // httplib closes the socket only when it has served.
+    if (!m_serving.try_wait())
+        ::close(m_listener);
+}
+
+int HttpServer::bind(const std::string &address, int port) {
     errno = 0;
     if (port == 0)
-        m_port = m_server.bind_to_any_port(everyAddress);
+        m_port = m_server.bind_to_any_port(address);
     else
-        m_port = m_server.bind_to_port(everyAddress, port) ? port : -1;
-    if (m_port == -1)
+        m_port = m_server.bind_to_port(address, port) ? port : -1;
+    if (m_port == -1) {
+        m_listener = INVALID_SOCKET;
         throw std::system_error(errno, std::generic_category(),
-                                "cannot listen on port " + std::to_string(port));
+                                "cannot listen on " + address + " port " + std::to_string(port));
+    }
     ::listen(m_listener, SOMAXCONN); // httplib allows only 5 connections to wait
     return m_port;
 }

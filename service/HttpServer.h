@@ -9,7 +9,7 @@
 
 namespace SurveyService {
 
-/// HTTP/1.1 on every address of the machine, with keep-alive; one log line a request.
+/// HTTP/1.1 on one address, with keep-alive; one log line a request.
 ///
 /// Bodies of more than 1 MiB are refused with 413 before the handler sees them, whether their
 /// length is announced or they come in chunks.
@@ -19,9 +19,13 @@ public:
     using Handler = std::function<Answer(const httplib::Request &, const std::string &body)>;
 
     explicit HttpServer(Handler handler);
+    ~HttpServer();
+    HttpServer(const HttpServer &) = delete;
+    HttpServer &operator=(const HttpServer &) = delete;
 
-    /// Binds and listens; 0 picks a free port. Gives the port. Throws std::system_error.
-    int bind(int port);
+    /// Binds and listens; 0 picks a free port. Gives the port. Throws std::system_error. "::" takes
+    /// IPv4 too.
+    int bind(const std::string &address, int port);
 
     /// Serves until `stop`. Requests that are being answered then are answered to their end.
     void run();

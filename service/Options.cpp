@@ -1,5 +1,6 @@
 #include "service/Options.h"
 
+#include <arpa/inet.h>
 #include <charconv>
 #include <cstdint>
 #include <string_view>
@@ -7,13 +8,16 @@
 namespace SurveyService {
 
 const char *const helpText =
-    R"(Usage: kestrio-service [--port PORT] [--surveys FILE] [--database FILE]
+    R"(Usage: kestrio-service [--host ADDRESS] [--port PORT] [--surveys FILE]
+                       [--database FILE]
 
 A survey service for development. It hands out surveys over HTTP and keeps what
 clients report; GET /records answers with all of it.
 
-  --port PORT      port to listen on, on every address of this machine, IPv4 and
-                   IPv6; 0 picks a free one (default 8080)
+  --host ADDRESS   IP address to listen on, and on no other; "::" is every address
+                   of this machine, IPv4 and IPv6 (default: 127.0.0.1 and ::1,
+                   which this machine alone reaches)
+  --port PORT      port to listen on; 0 picks a free one (default 8080)
   --surveys FILE   surveys and configuration to serve (default: a built-in sample)
   --database FILE  SQLite database, made when missing; ":memory:" keeps nothing
                    (default: kestrio-service.sqlite in the current folder)
@@ -34,6 +38,14 @@ int parsePort(std::string_view text) {
     return port;
 }
 
+std::string parseAddress(const std::string &text) {
+    in6_addr address{};
+    if (::inet_pton(AF_INET, text.c_str(), &address) != 1 &&
+        ::inet_pton(AF_INET6, text.c_str(), &address) != 1)
+        throw UsageError("--host needs an IP address, not '" + text + "'");
+    return text;
+}
+
 } // namespace
 
 Options parseOptions(int argc, const char *const *argv) {
@@ -44,11 +56,13 @@ Options parseOptions(int argc, const char *const *argv) {
             options.help = true;
             continue;
         }
-        if (name != "--port" && name != "--surveys" && name != "--database")
+        if (name != "--host" && name != "--port" && name != "--surveys" && name != "--database")
             throw UsageError("unknown option '" + std::string(name) + "' (see --help)");
         if (++i == argc)
             throw UsageError(std::string(name) + " needs a value (see --help)");
-        if (name == "--port")
+        if (name == "--host")
+            options.host = parseAddress(argv[i]);
+        else if (name == "--port")
             options.port = parsePort(argv[i]);
         else if (name == "--surveys")
             options.surveysFile = argv[i];

@@ -8,6 +8,7 @@ namespace SurveyService {
 
 /// What the command line asks for.
 struct Options {
+    std::optional<std::string> host;        ///< absent: 127.0.0.1 and ::1
     int port = 8080;                        ///< 0 picks a free port
     std::optional<std::string> surveysFile; ///< absent: the built-in sample
     std::string databaseFile = "kestrio-service.sqlite";

@@ -9,14 +9,22 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
+#include <netinet/in.h>
 #include <pthread.h>
+#include <sys/socket.h>
+#include <system_error>
 #include <thread>
+#include <unistd.h>
+#include <vector>
 
 namespace SurveyService {
 namespace {
 
 constexpr int cannotStart = 1;
 constexpr int wrongUsage = 2;
+/// How many free ports are tried until one is free on every address.
+constexpr int mostFreePorts = 20;
 
 std::string readSurveys(const std::string &file) {
     std::ifstream stream(file, std::ios::binary);
@@ -51,16 +59,69 @@ sigset_t endSignals() {
     return signals;
 }
 
+bool hasIPv6Loopback() {
+    sockaddr_in6 loopback{};
+    loopback.sin6_family = AF_INET6;
+    loopback.sin6_addr = in6addr_loopback;
+    const int probe = ::socket(AF_INET6, SOCK_STREAM, 0);
+    const auto *const address = reinterpret_cast<const sockaddr *>(&loopback);
+    const bool bound = probe != -1 && ::bind(probe, address, sizeof loopback) == 0;
+    if (probe != -1)
+        ::close(probe);
+    return bound;
+}
+
+std::vector<std::string> addressesOf(const Options &options) {
+    if (options.host)
+        return {*options.host};
+    std::vector<std::string> addresses{"127.0.0.1"};
+    if (hasIPv6Loopback())
+        addresses.emplace_back("::1");
+    return addresses;
+}
+
+using Servers = std::vector<std::unique_ptr<HttpServer>>;
+
+/// Binds one server to each address, all to the same port. Gives the port.
+int bindServers(Servers &servers, const Options &options, const HttpServer::Handler &handler) {
+    int port = options.port;
+    for (const std::string &address : addressesOf(options)) {
+        servers.push_back(std::make_unique<HttpServer>(handler));
+        port = servers.back()->bind(address, port);
+    }
+    return port;
+}
+
+/// The same, again while a free port of the first address is in use on the second.
+int bindServersToFreePort(Servers &servers, const Options &options,
+                          const HttpServer::Handler &handler) {
+    for (int attempt = 1;; ++attempt) {
+        try {
+            return bindServers(servers, options, handler);
+        } catch (const std::system_error &error) {
+            const bool inUse = error.code() == std::errc::address_in_use;
+            if (!inUse || options.port != 0 || attempt == mostFreePorts)
+                throw;
+            servers.clear();
+        }
+    }
+}
+
 /// Serves until SIGINT or SIGTERM comes, which must be blocked in every thread.
-void serveUntilSignal(HttpServer &server) {
-    std::thread waiter([&server] {
-        const sigset_t signals = endSignals();
-        int signal = 0;
-        sigwait(&signals, &signal);
-        server.stop();
-    });
-    server.run();
-    waiter.join();
+void serveUntilSignal(const Servers &servers) {
+    std::vector<std::jthread> runners;
+    for (const auto &server : servers)
+        runners.emplace_back([&server] { server->run(); });
+    const sigset_t signals = endSignals();
+    int signal = 0;
+    sigwait(&signals, &signal);
+    for (const auto &server : servers)
+        server->stop();
+}
+
+std::string urlOf(const std::string &address, int port) {
+    const bool isIPv6 = address.find(':') != std::string::npos;
+    return "http://" + (isIPv6 ? '[' + address + ']' : address) + ':' + std::to_string(port);
 }
 
 void serve(const Options &options) {
@@ -72,12 +133,13 @@ void serve(const Options &options) {
     addAttributeRoutes(router, *records);
     addReportRoutes(router, *records);
 
-    HttpServer server([&router](const httplib::Request &request, const std::string &body) {
+    const auto handler = [&router](const httplib::Request &request, const std::string &body) {
         return router.answer(request, body);
-    });
-    const int port = server.bind(options.port);
-    logMessage("listening on http://localhost:" + std::to_string(port));
-    serveUntilSignal(server);
+    };
+    Servers servers;
+    const int port = bindServersToFreePort(servers, options, handler);
+    logMessage("listening on " + urlOf(options.host.value_or("localhost"), port));
+    serveUntilSignal(servers);
 }
 
 int run(int argc, char **argv) {

@@ -111,9 +111,9 @@ TEST_F(NetworkFaults, DeliversEachRecordThoughTheNetworkComesAndGoes) {
     const auto seed = std::random_device()();
     SCOPED_TRACE(seed);
     random.seed(seed);
-    const RunningProgram server(u"ip"_s,
-                                inService + QStringList{serviceProgramFile(), u"--database"_s,
-                                                        data.filePath(u"records.sqlite"_s)});
+    const RunningProgram server(
+        u"ip"_s, inService + QStringList{serviceProgramFile(), u"--host"_s, u"::"_s,
+                                         u"--database"_s, data.filePath(u"records.sqlite"_s)});
     ASSERT_TRUE(waitFor([&] { return server.errors().contains("listening"); }));
     host = std::make_unique<HostProgram>(
         data.path(),

@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 #include <QJsonDocument>
+#include <QTcpServer>
 #include <QTemporaryDir>
 
 #include <csignal>
@@ -239,12 +240,27 @@ TEST_F(Service, keepsTheLogOfItsDatabaseSmall) {
     EXPECT_LT(QFileInfo(database + u"-wal"_s).size(), 8 * mebibyte);
 }
 
+TEST(ServiceStart, listensWhereItIsToldTo) {
+    const auto answersAt = [](const ServiceProgram &service, const char *address) {
+        return bool(httplib::Client(address, service.port()).Get("/records"));
+    };
+    const ServiceProgram usual(u":memory:"_s, {}, 0);
+    EXPECT_TRUE(answersAt(usual, "127.0.0.1"));
+    EXPECT_EQ(answersAt(usual, "::1"), QTcpServer().listen(QHostAddress::LocalHostIPv6));
+    EXPECT_FALSE(answersAt(usual, "127.0.0.2"));
+    const ServiceProgram elsewhere(u":memory:"_s, {u"--host"_s, u"127.0.0.2"_s}, 0);
+    EXPECT_TRUE(answersAt(elsewhere, "127.0.0.2"));
+    EXPECT_FALSE(answersAt(elsewhere, "127.0.0.1"));
+}
+
 TEST(ServiceStart, thatFailsSaysWhyInOneLine) {
     const ServiceProgram running(u":memory:"_s, {}, 0);
     const QTemporaryDir folder;
     const std::tuple<QString, QString, int, QByteArray> starts[] = {
         {u"--bogus"_s, {}, 2, "unknown option '--bogus'"},
         {u"--port"_s, u"65536"_s, 2, "--port needs a number"},
+        {u"--host"_s, u"localhost"_s, 2, "--host needs an IP address"},
+        {u"--host"_s, u"192.0.2.1"_s, 1, "Cannot assign requested address"},
         {u"--port"_s, QString::number(running.port()), 1, "Address already in use"},
         {u"--surveys"_s, folder.path(), 1, "cannot read surveys file"},
         {u"--database"_s, folder.path(), 1, "cannot use database"},
