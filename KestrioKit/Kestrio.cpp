@@ -39,6 +39,10 @@ void Kestrio::setDisableNetworkAccess(bool disable) {
     m_core->setDisableNetworkAccess(disable);
 }
 
+void Kestrio::setQueueLimit(int limit) {
+    m_core->setQueueLimit(limit);
+}
+
 void Kestrio::configure(const QString &environment) {
     m_core->configure(environment);
 }

@@ -34,7 +34,8 @@ class KestrioCore;
 /// logged to standard output and reported to the service; none comes back. Calls that are dropped,
 /// and requests that the service refuses, are neither.
 ///
-/// Calls made before `configure()` are dropped, but for `setLocale` and `setDisableNetworkAccess`.
+/// Calls made before `configure()` are dropped, but for `setLocale`, `setDisableNetworkAccess` and
+/// `setQueueLimit`.
 /// Calls made while it is under way are held and run on the main thread, in their order, once there
 /// is a visitor.
 ///
@@ -66,6 +67,16 @@ public:
     /// after it is cleared.
     bool disableNetworkAccess() const;
     void setDisableNetworkAccess(bool disable);
+
+    /// How many records of each kind (events without a handler, attributes, answers, records of
+    /// what was shown, error reports) may wait to be sent, in memory and on disk: 25 by default,
+    /// from 1 to 10,000; a value outside becomes the nearest of these. Beyond it the oldest records
+    /// are dropped. One log line, at most once a minute, says how many that were.
+    ///
+    /// To be called before `configure()`, at every start of the application with the same value:
+    /// under a lower one, records that were stored before are dropped as well. Later calls are
+    /// ignored. Each record takes about a kilobyte of memory while it waits.
+    void setQueueLimit(int limit);
 
     /// Starts: reads the stored identity, fetches the environment's configuration and a visitor.
     /// Called before the application object exists, it starts once the event loop runs.
@@ -100,7 +111,8 @@ public:
     /// Reports that something happened. Blanks around the name are cut off; an empty name is no
     /// event, and its handler is not called.
     ///
-    /// Without a handler the event is queued, on disk too, and sent in a batch with others. With a
+    /// Without a handler the event is queued, on disk too, and sent in a batch with others. A burst
+    /// of more events than `setQueueLimit()` allows loses the oldest. With a
     /// handler it is sent at once and once only, and the service may answer it with a survey.
     Q_INVOKABLE void track(const QString &eventName, const TrackHandler &handler = {});
 

@@ -26,6 +26,15 @@ Outcome setAttribute(const CommandCall &call) {
     return Outcome::done();
 }
 
+Outcome setQueueLimit(const CommandCall &call) {
+    bool isNumber = false;
+    const int limit = call.arguments[0].toInt(&isNumber);
+    if (!isNumber)
+        return Outcome::failed(u"the limit is no number"_s);
+    Kestrio::shared().setQueueLimit(limit);
+    return Outcome::done();
+}
+
 template <typename Value>
 std::optional<QMap<QString, Value>> pairs(const QStringList &words) {
     if (words.size() % 2 != 0)
@@ -128,6 +137,7 @@ Outcome perform(const CommandCall &call) {
 }
 
 constexpr std::array commands{
+    Command{"queue-limit"_L1, "COUNT"_L1, Arity::exactly(1), setQueueLimit},
     Command{"configure"_L1, "ENV"_L1, Arity::exactly(1), callWithText<&Kestrio::configure>},
     Command{"locale"_L1, "TAG"_L1, Arity::exactly(1), callWithText<&Kestrio::setLocale>},
     Command{"user"_L1, "ID"_L1, Arity::exactly(1), callWithText<&Kestrio::setUserIdentifier>},

@@ -84,6 +84,10 @@ void KestrioCore::setDisableNetworkAccess(bool disable) {
     m_api->setDisableNetworkAccess(disable);
 }
 
+void KestrioCore::setQueueLimit(int limit) {
+    m_startUp->setQueueLimit(limit);
+}
+
 Action KestrioCore::whenReady(const Block &operation, std::function<void(KestrioCore &)> repeat) {
     const Action action = m_startUp->readyState();
     if (action == Action::doit) {

@@ -48,6 +48,7 @@ public:
     // The operations of `Kestrio`, documented there.
     bool disableNetworkAccess() const;
     void setDisableNetworkAccess(bool disable);
+    void setQueueLimit(int limit);
     void configure(const QString &environment);
     void setLocale(const QString &locale);
     void setUserIdentifier(const QString &userIdentifier);

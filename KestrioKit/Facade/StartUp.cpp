@@ -40,6 +40,12 @@ Action StartUp::readyState() const {
 
 // Configuration
 
+void StartUp::setQueueLimit(int limit) {
+    const std::lock_guard guard(m_lock);
+    if (!m_bootstrap->isConfigured())
+        m_api->setQueueLimit(limit);
+}
+
 void StartUp::configure(const QString &environment) {
     {
         const std::lock_guard guard(m_lock);

@@ -30,6 +30,7 @@ public:
     void hold(HeldCall call) { m_bootstrap->enqueue(std::move(call)); }
 
     // The operations of `Kestrio`, documented there.
+    void setQueueLimit(int limit);
     void configure(const QString &environment);
     void setUserIdentifier(const QString &userIdentifier);
     /// Not before there is a visitor.

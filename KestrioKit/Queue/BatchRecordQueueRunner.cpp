@@ -2,6 +2,14 @@
 
 namespace KestrioKit {
 
+namespace {
+
+// What common web servers take, if they are not told otherwise. They refuse more, and what is
+// refused is not sent again.
+constexpr qsizetype largestBody = 1024 * 1024;
+
+} // namespace
+
 void BatchRecordQueueRunner::performTasks(const QList<QueueTask> &tasks,
                                           const Finished &completion) {
     const auto requests = networkRequests();
@@ -12,7 +20,10 @@ void BatchRecordQueueRunner::performTasks(const QList<QueueTask> &tasks,
     for (const QueueTask &task : tasks)
         records.append(task.request);
     const std::optional<URLRequest> request = createBatchRequest(records, *requests);
-    if (request)
+    if (request && request->body.size() > largestBody && tasks.size() > 1) {
+        performTasks(tasks.first(tasks.size() / 2), completion);
+        performTasks(tasks.sliced(tasks.size() / 2), completion);
+    } else if (request)
         send(*request, tasks, completion);
     else
         completion(tasks, false, std::nullopt, std::nullopt);

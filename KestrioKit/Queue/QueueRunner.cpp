@@ -1,6 +1,6 @@
 #include "KestrioKit/Queue/QueueRunner.h"
 
-#include <algorithm>
+#include <QSet>
 
 namespace KestrioKit {
 
@@ -25,10 +25,6 @@ Outcome outcome(const std::optional<HTTPURLResponse> &response, const std::optio
     return isDisabledError(*error) ? Outcome::retryWhenEnabled : Outcome::retry;
 }
 
-DispatchTime nextAttempt(const QueueTask &task) {
-    return task.retryStrategy->nextAttempt().value_or(DispatchTime::distantFuture());
-}
-
 void callCompletion(const QueueTask &task, const std::optional<HTTPURLResponse> &response,
                     const std::optional<Error> &error) {
     if (!task.completion)
@@ -40,10 +36,11 @@ void callCompletion(const QueueTask &task, const std::optional<HTTPURLResponse> 
 } // namespace
 
 QueueRunner::QueueRunner(std::weak_ptr<SubmissionSender> api, DispatchQueue runQueue,
-                         const Clock &clock, QString name)
+                         const Clock &clock, QString name, qsizetype queueLimit)
     : m_runQueue(std::move(runQueue)),
       m_api(std::move(api)),
       m_name(std::move(name)),
+      m_queueLimit(queueLimit),
       m_clock(clock) {}
 
 void QueueRunner::setIdentity(std::optional<qint64> visitorIdentifier,
@@ -66,9 +63,11 @@ void QueueRunner::append(QList<QueueTask> tasks) {
 void QueueRunner::take(const QList<QueueTask> &tasks) {
     if (tasks.isEmpty())
         return;
-    m_queue.append(tasks);
-    if (const qsizetype surplus = m_queue.size() - queueLimit; surplus > 0)
-        m_queue.remove(0, surplus);
+    for (const QueueTask &task : tasks)
+        m_queue.append(task);
+    const qsizetype dropped = m_queue.dropOldest(m_queueLimit);
+    if (const auto delegate = m_delegate.lock(); delegate && dropped > 0)
+        delegate->tasksDropped(dropped);
     log(LogLevel::fine, u"Task appended. Total %1"_s.arg(m_queue.size()));
     flush();
 }
@@ -85,23 +84,20 @@ void QueueRunner::clear() {
 }
 
 QList<QueueableRequest> QueueRunner::recordsToPersist() const {
-    QList<QueueableRequest> records;
-    records.reserve(m_queue.size() + m_inFlight.size());
-    for (const QueueTask &task : m_queue)
-        records.append(task.request);
+    QList<QueueableRequest> inFlight;
     for (const QueueTask &task : m_inFlight) {
         // What was cleared must not come back from the file either.
         if (task.retryStrategy->canRetry())
-            records.append(task.request);
+            inFlight.append(task.request);
     }
-    // No more than a later start would take: what is in the file is what will be sent.
-    return records.size() > queueLimit ? records.last(queueLimit) : records;
+    // No more than a later start would take: what is in the file is what will be sent. What is in
+    // flight is the oldest, and may have arrived.
+    const qsizetype room = m_queueLimit - m_queue.size();
+    return m_queue.requests() + inFlight.last(std::min(inFlight.size(), room));
 }
 
 bool QueueRunner::isIdle() const {
-    return m_inFlight.isEmpty() &&
-           std::none_of(m_queue.begin(), m_queue.end(),
-                        [this](const QueueTask &task) { return isReady(task); });
+    return m_inFlight.isEmpty() && m_queue.nextAttempt() > m_clock.now();
 }
 
 void QueueRunner::runFlush() {
@@ -112,6 +108,8 @@ void QueueRunner::runFlush() {
         return;
     }
     const QList<QueueTask> ready = selectReadyTasks();
+    // There may be more than can be sent together.
+    m_again = m_queue.nextAttempt() <= m_clock.now();
     scheduleNextRun();
     if (ready.isEmpty()) {
         log(LogLevel::fine, u"No tasks ready. Remaining in queue %1"_s.arg(m_queue.size()));
@@ -125,35 +123,20 @@ void QueueRunner::runFlush() {
     });
 }
 
-bool QueueRunner::isReady(const QueueTask &task) const {
-    // In this order: a task that may be sent at once says so with the time of the question.
-    const DispatchTime next = nextAttempt(task);
-    return next <= m_clock.now();
-}
-
 QList<QueueTask> QueueRunner::selectReadyTasks() {
-    QList<QueueTask> ready;
-    QList<QueueTask> rest;
-    for (const QueueTask &task : std::as_const(m_queue))
-        (isReady(task) ? ready : rest).append(task);
-    m_queue = rest;
-    m_inFlight.append(ready);
-    return ready;
+    m_inFlight = m_queue.takeReady(m_clock.now(), mostAtOnce());
+    return m_inFlight;
 }
 
 void QueueRunner::scheduleNextRun() {
     m_runQueue.async([self = shared_from_this()] {
-        const auto &queue = self->m_queue;
-        const auto earliest = std::min_element(queue.begin(), queue.end(), [](auto &a, auto &b) {
-            return nextAttempt(a) < nextAttempt(b);
-        });
-        if (earliest == queue.end() || nextAttempt(*earliest) == DispatchTime::distantFuture())
+        const DispatchTime next = self->m_queue.nextAttempt();
+        if (next == DispatchTime::distantFuture())
             return;
-        const DispatchTime next = nextAttempt(*earliest);
         self->schedule(next);
         self->log(LogLevel::fine,
                   u"Next scheduled run: %1. Remaining in queue: %2"_s.arg(printedForm(next))
-                      .arg(queue.size()));
+                      .arg(self->m_queue.size()));
     });
 }
 
@@ -192,10 +175,10 @@ void QueueRunner::finish(const QList<QueueTask> &tasks, bool retryTasks,
                          const std::optional<Error> &error) {
     m_runQueue.async([self = shared_from_this(), tasks, retryTasks, response, error] {
         self->removeFromFlight(tasks);
-        for (const QueueTask &task : tasks) {
-            if (retryTasks)
-                self->retry(task, response, error);
-            else
+        if (retryTasks) {
+            self->retry(tasks, response, error);
+        } else {
+            for (const QueueTask &task : tasks)
                 callCompletion(task, response, error);
         }
         self->flushFinished();
@@ -203,30 +186,38 @@ void QueueRunner::finish(const QList<QueueTask> &tasks, bool retryTasks,
 }
 
 void QueueRunner::removeFromFlight(const QList<QueueTask> &tasks) {
-    m_inFlight.removeIf([&tasks](const QueueTask &task) {
-        return std::any_of(tasks.begin(), tasks.end(),
-                           [&task](const QueueTask &finished) { return finished.id == task.id; });
-    });
+    QSet<QString> finished;
+    for (const QueueTask &task : tasks)
+        finished.insert(task.id);
+    m_inFlight.removeIf([&finished](const QueueTask &task) { return finished.contains(task.id); });
     if (m_inFlight.isEmpty() && m_again) {
         m_again = false;
         flush();
     }
 }
 
-void QueueRunner::retry(const QueueTask &task, const std::optional<HTTPURLResponse> &response,
+void QueueRunner::retry(const QList<QueueTask> &tasks,
+                        const std::optional<HTTPURLResponse> &response,
                         const std::optional<Error> &error) {
-    task.retryStrategy->failure();
-    if (!task.retryStrategy->canRetry()) {
-        callCompletion(task, response, error);
-        return;
+    QList<QueueTask> again;
+    for (const QueueTask &task : tasks) {
+        task.retryStrategy->failure();
+        if (task.retryStrategy->canRetry()) {
+            log(LogLevel::info, u"Re-enqueuing task"_s);
+            again.append(task);
+        } else {
+            callCompletion(task, response, error);
+        }
     }
-    log(LogLevel::info, u"Re-enqueuing task"_s);
-    take({task});
+    take(again);
 }
 
 void QueueRunner::flushFinished() {
     log(LogLevel::info, u"Flush finished. Remaining in queue %1"_s.arg(m_queue.size()));
-    if (const auto delegate = m_delegate.lock())
+    // Each save writes everything. While many wait, those that are sent together share one.
+    const bool manyWait = m_queue.size() > defaultQueueLimit;
+    const auto delegate = m_delegate.lock();
+    if (delegate && (m_inFlight.isEmpty() || !manyWait))
         delegate->save();
 }
 

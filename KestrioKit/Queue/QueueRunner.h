@@ -2,7 +2,7 @@
 
 #include "KestrioKit/Platform/DispatchQueue.h"
 #include "KestrioKit/Platform/Logging.h"
-#include "KestrioKit/Queue/QueueTask.h"
+#include "KestrioKit/Queue/WaitingTasks.h"
 
 #include <QList>
 
@@ -19,6 +19,8 @@ public:
 
     /// Persists every runner's lists now. Called on the run queue.
     virtual void save() = 0;
+    /// Takes note of tasks that were dropped since too many waited. Called on the run queue.
+    virtual void tasksDropped(qsizetype count) = 0;
 };
 
 /// Drains one list of tasks to the service: sends what is ready, retries what failed after its
@@ -28,12 +30,13 @@ public:
 /// operations return at once and may be called from any thread.
 class QueueRunner : public std::enable_shared_from_this<QueueRunner> {
 public:
-    /// The most tasks that wait; beyond it the oldest are dropped.
-    static constexpr qsizetype queueLimit = 25;
+    /// The most tasks that wait, unless the host wants another limit.
+    static constexpr qsizetype defaultQueueLimit = 25;
 
-    /// `clock` must outlive the runner. A sender or delegate that has gone is not called.
+    /// `clock` must outlive the runner. A sender or delegate that has gone is not called. When more
+    /// than `queueLimit` tasks wait, the oldest are dropped.
     QueueRunner(std::weak_ptr<SubmissionSender> api, DispatchQueue runQueue, const Clock &clock,
-                QString name);
+                QString name, qsizetype queueLimit);
     virtual ~QueueRunner() = default;
     Q_DISABLE_COPY_MOVE(QueueRunner)
 
@@ -59,8 +62,8 @@ public:
     /// Drops what waits; what is being sent is not sent again. To be called on the run queue.
     void clear();
 
-    /// The requests that wait, then those being sent, unless they were cleared; the last
-    /// `queueLimit` of all. To be called on the run queue.
+    /// The requests that wait, then those being sent, unless they were cleared: of these the last
+    /// ones, with which they are as many as may wait. To be called on the run queue.
     QList<QueueableRequest> recordsToPersist() const;
     /// Whether nothing is being sent and nothing that waits is ready. To be called on the run
     /// queue.
@@ -72,6 +75,8 @@ protected:
         std::function<void(const QList<QueueTask> &tasks, bool retry,
                            std::optional<HTTPURLResponse> response, std::optional<Error> error)>;
 
+    /// The most tasks that are sent together.
+    virtual qsizetype mostAtOnce() const = 0;
     /// Sends the tasks and calls `completion` with each of them once. Called on the run queue.
     virtual void performTasks(const QList<QueueTask> &tasks, const Finished &completion) = 0;
 
@@ -85,20 +90,19 @@ protected:
 
 private:
     void runFlush();
-    bool isReady(const QueueTask &task) const;
     QList<QueueTask> selectReadyTasks();
     void scheduleNextRun();
     void schedule(DispatchTime nextRun);
     void finish(const QList<QueueTask> &tasks, bool retry,
                 const std::optional<HTTPURLResponse> &response, const std::optional<Error> &error);
     void removeFromFlight(const QList<QueueTask> &tasks);
-    void retry(const QueueTask &task, const std::optional<HTTPURLResponse> &response,
+    void retry(const QList<QueueTask> &tasks, const std::optional<HTTPURLResponse> &response,
                const std::optional<Error> &error);
     void flushFinished();
     void log(LogLevel level, const QString &message) const;
 
     std::atomic<bool> m_enabled = true;
-    QList<QueueTask> m_queue;
+    WaitingTasks m_queue;
     QList<QueueTask> m_inFlight;
     DispatchQueue m_runQueue;
     std::weak_ptr<SubmissionSender> m_api;
@@ -106,6 +110,7 @@ private:
     std::optional<QString> m_visitorToken;
     bool m_again = false;
     QString m_name;
+    qsizetype m_queueLimit;
     std::weak_ptr<QueueRunnerDelegate> m_delegate;
     std::shared_ptr<DispatchWorkItem> m_scheduledRun;
     const Clock &m_clock;

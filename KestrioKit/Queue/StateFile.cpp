@@ -11,8 +11,13 @@ namespace {
 
 constexpr QLatin1StringView filename("SubmissionQueue");
 
-// Far beyond what 125 records with long texts come to; a larger file is not one of ours.
-constexpr qint64 maximumSize = 256 * 1024 * 1024;
+// Far beyond what records with long texts come to; a larger file is not one of ours.
+qint64 maximumSize(qsizetype queueLimit) {
+    constexpr qint64 base = 256 * 1024 * 1024;
+    constexpr qint64 kinds = 5;
+    constexpr qint64 sizeOfRecord = 8 * 1024;
+    return base + kinds * queueLimit * sizeOfRecord;
+}
 
 } // namespace
 
@@ -41,8 +46,9 @@ struct StateFile::Changes {
 StateFile::StateFile(SerialExecutor &executor)
     : m_executor(executor), m_changes(std::make_shared<Changes>()) {}
 
-std::optional<PersistentQueue> StateFile::load() {
-    return Storage::load<PersistentQueue>(Storage::localLibraryURL(filename), maximumSize);
+std::optional<PersistentQueue> StateFile::load(qsizetype queueLimit) {
+    return Storage::load<PersistentQueue>(Storage::localLibraryURL(filename),
+                                          maximumSize(queueLimit));
 }
 
 void StateFile::store(PersistentQueue state, std::shared_ptr<void> task) {

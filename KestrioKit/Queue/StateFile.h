@@ -15,8 +15,9 @@ public:
     /// `executor` runs what touches the file, and must outlive this object's last block.
     explicit StateFile(SerialExecutor &executor);
 
-    /// What the file holds now, read on the calling thread; absent when it cannot be read.
-    static std::optional<PersistentQueue> load();
+    /// What the file holds now, read on the calling thread; absent when it cannot be read, or is
+    /// far larger than `queueLimit` records of each kind are.
+    static std::optional<PersistentQueue> load(qsizetype queueLimit);
 
     /// Has the state stored in place of the one in the file. `task` is kept until then, or until
     /// the next change makes this one void.

@@ -15,9 +15,11 @@ namespace {
 template <typename Body>
 QList<Body> payloads(const QueueRunner &runner) {
     QList<Body> bodies;
-    for (const QueueableRequest &request : runner.recordsToPersist()) {
-        if (const Body *const body = std::get_if<Body>(&request))
-            bodies.append(*body);
+    QList<QueueableRequest> requests = runner.recordsToPersist();
+    bodies.reserve(requests.size());
+    for (QueueableRequest &request : requests) {
+        if (Body *const body = std::get_if<Body>(&request))
+            bodies.append(std::move(*body));
     }
     return bodies;
 }
@@ -34,28 +36,34 @@ void restoreTasks(QueueRunner &runner, const QList<Body> &bodies, const Clock &c
 } // namespace
 
 std::shared_ptr<SubmissionQueue> SubmissionQueue::make(std::weak_ptr<SubmissionSender> api,
-                                                       const LibraryContext &context) {
-    std::shared_ptr<SubmissionQueue> queue(new SubmissionQueue(std::move(api), context));
+                                                       const LibraryContext &context,
+                                                       qsizetype queueLimit) {
+    std::shared_ptr<SubmissionQueue> queue(
+        new SubmissionQueue(std::move(api), context, queueLimit));
     queue->start();
     return queue;
 }
 
-SubmissionQueue::SubmissionQueue(std::weak_ptr<SubmissionSender> api, const LibraryContext &context)
+SubmissionQueue::SubmissionQueue(std::weak_ptr<SubmissionSender> api, const LibraryContext &context,
+                                 qsizetype queueLimit)
     : m_clock(context.clock),
       m_makeFlagsSource(context.makeFlagsSource),
       m_executor(context.executor),
       m_api(std::move(api)),
       m_queue(u"KestrioSubmissionQueue"_s, context.executor),
+      m_queueLimit(queueLimit),
+      m_droppedRecords(std::make_shared<DroppedRecords>(m_queue, m_clock, queueLimit)),
       m_stateFile(context.fileExecutor),
-      m_eventsQueue(std::make_shared<BatchRecordQueueRunner>(m_api, m_queue, m_clock, u"EVENTS"_s)),
-      m_surveysQueue(
-          std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"SURVEYS"_s)),
-      m_errorsQueue(
-          std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"ERRORS"_s)),
-      m_historyQueue(
-          std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"HISTORY"_s)),
-      m_attributesQueue(
-          std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"ATTRIBUTES"_s)),
+      m_eventsQueue(std::make_shared<BatchRecordQueueRunner>(m_api, m_queue, m_clock, u"EVENTS"_s,
+                                                             queueLimit)),
+      m_surveysQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock,
+                                                               u"SURVEYS"_s, queueLimit)),
+      m_errorsQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"ERRORS"_s,
+                                                              queueLimit)),
+      m_historyQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock,
+                                                               u"HISTORY"_s, queueLimit)),
+      m_attributesQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock,
+                                                                  u"ATTRIBUTES"_s, queueLimit)),
       m_allQueues{m_eventsQueue, m_surveysQueue, m_errorsQueue, m_historyQueue, m_attributesQueue} {
 }
 
@@ -88,7 +96,12 @@ void SubmissionQueue::observeApplication() {
             self->save();
     };
     ApplicationLifecycle &lifecycle = ApplicationLifecycle::shared();
-    m_willTerminateObserver = lifecycle.observe(Event::willTerminate, saveIfAlive);
+    m_willTerminateObserver = lifecycle.observe(Event::willTerminate, [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->m_queue.async([dropped = self->m_droppedRecords] { dropped->print(); });
+            self->save();
+        }
+    });
     m_willResignActiveObserver = lifecycle.observe(Event::willResignActive, saveIfAlive);
 }
 
@@ -191,7 +204,7 @@ void SubmissionQueue::enableRunners() {
 }
 
 void SubmissionQueue::loadState() {
-    const std::optional<PersistentQueue> state = StateFile::load();
+    const std::optional<PersistentQueue> state = StateFile::load(m_queueLimit);
     if (state && state->version == PersistentQueue::currentVersion &&
         state->visitorIdentifier == m_visitorIdentifier)
         restore(*state);

@@ -3,6 +3,7 @@
 #include "KestrioKit/Platform/ApplicationLifecycle.h"
 #include "KestrioKit/Platform/LibraryContext.h"
 #include "KestrioKit/Queue/BatchRecordQueueRunner.h"
+#include "KestrioKit/Queue/DroppedRecords.h"
 #include "KestrioKit/Queue/PersistentQueue.h"
 #include "KestrioKit/Queue/Reachability.h"
 #include "KestrioKit/Queue/SingleRecordQueueRunner.h"
@@ -24,9 +25,11 @@ namespace KestrioKit {
 class SubmissionQueue final : public QueueRunnerDelegate,
                               public std::enable_shared_from_this<SubmissionQueue> {
 public:
-    /// The queue of `api`'s present visitor, with what the state file still holds for it.
-    static std::shared_ptr<SubmissionQueue> make(std::weak_ptr<SubmissionSender> api,
-                                                 const LibraryContext &context);
+    /// The queue of `api`'s present visitor, with what the state file still holds for it. No more
+    /// than `queueLimit` records of a kind wait.
+    static std::shared_ptr<SubmissionQueue>
+    make(std::weak_ptr<SubmissionSender> api, const LibraryContext &context,
+         qsizetype queueLimit = QueueRunner::defaultQueueLimit);
     ~SubmissionQueue() override;
     Q_DISABLE_COPY_MOVE(SubmissionQueue)
 
@@ -44,12 +47,14 @@ public:
 
     /// Has the state file written, which the end of the application waits for.
     void save() override;
+    void tasksDropped(qsizetype count) override { m_droppedRecords->add(count); }
 
     /// Calls `report` on the library's thread: whether nothing is being sent and nothing is ready.
     void reportIdle(std::function<void(bool idle)> report);
 
 private:
-    SubmissionQueue(std::weak_ptr<SubmissionSender> api, const LibraryContext &context);
+    SubmissionQueue(std::weak_ptr<SubmissionSender> api, const LibraryContext &context,
+                    qsizetype queueLimit);
 
     void start();
     void observeApplication();
@@ -75,6 +80,8 @@ private:
     std::weak_ptr<SubmissionSender> m_api;
     std::atomic<bool> m_disableNetworkAccess = false;
     DispatchQueue m_queue;
+    const qsizetype m_queueLimit;
+    std::shared_ptr<DroppedRecords> m_droppedRecords;
     StateFile m_stateFile;
     std::atomic<int> m_savesWaiting = 0;
     /// Of the records that are queued; used on the queue alone.

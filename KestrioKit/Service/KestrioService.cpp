@@ -78,7 +78,7 @@ std::shared_ptr<SubmissionQueue> KestrioService::submissionQueue() {
 }
 
 void KestrioService::makeSubmissionQueue() {
-    m_submissionQueue = SubmissionQueue::make(weak_from_this(), m_context);
+    m_submissionQueue = SubmissionQueue::make(weak_from_this(), m_context, m_queueLimit);
     m_submissionQueue->setDisableNetworkAccess(m_disableNetworkAccess);
 }
 

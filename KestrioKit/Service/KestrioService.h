@@ -8,6 +8,7 @@
 #include "KestrioKit/Service/ServiceSessions.h"
 #include "KestrioKit/Survey/Survey.h"
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -52,6 +53,11 @@ public:
     /// Stops all sending, and drops new records, while true; false at first.
     bool disableNetworkAccess() const { return m_disableNetworkAccess; }
     void setDisableNetworkAccess(bool disable);
+
+    /// How many records of a kind may wait to be sent, from 1 to `largestQueueLimit`; values
+    /// outside become the nearest. Counts for a queue that is made later.
+    void setQueueLimit(int limit) { m_queueLimit = std::clamp(limit, 1, largestQueueLimit); }
+    static constexpr int largestQueueLimit = 10'000;
 
     std::optional<DisabledError> disabledError() const override;
     void setDisabledError(const std::optional<DisabledError> &error);
@@ -109,6 +115,7 @@ private:
     LibraryContext m_context;
     ErrorHandler m_errorHandler;
     std::atomic<bool> m_disableNetworkAccess = false;
+    std::atomic<int> m_queueLimit = int(QueueRunner::defaultQueueLimit);
     Atomic<std::optional<DisabledError>> m_disabledError;
     std::shared_ptr<KestrioServiceRequests> m_networkRequests;
     ServiceSessions m_sessions;

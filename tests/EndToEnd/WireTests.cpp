@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QRegularExpression>
+#include <QSet>
 #include <QSysInfo>
 #include <QTemporaryDir>
 
@@ -98,6 +101,49 @@ TEST_F(Wire, carriesEveryOperationAsTheServiceExpectsIt) {
     }
     // The second event, beside those of the table.
     EXPECT_EQ(requests.size(), table.size() + 1);
+}
+
+TEST(Burst, arrivesOnceAndAsAWholeAlsoAfterQuittingWithTheServiceAway) {
+    const QTemporaryDir data;
+    QSet<QString> expected;
+    QByteArray burst;
+    for (int number = 0; number < 1000; ++number) {
+        expected.insert(u"e%1"_s.arg(number));
+        burst += "track e" + QByteArray::number(number) + '\n';
+    }
+    std::optional<RecordingServer> server;
+    const auto startHost = [&] {
+        server.emplace(servicePort);
+        answerAsService(*server);
+        auto host = std::make_unique<HostProgram>(data.path());
+        host->send("queue-limit 1000\n" + HostProgram::start + "visitor");
+        EXPECT_EQ(host->nextReport()["visitor"_L1], scriptedVisitor);
+        return host;
+    };
+    const auto expectBurst = [&](HostProgram &host) {
+        host.send("wait-for idle 10000");
+        EXPECT_EQ(host.finish(), 0);
+        QStringList arrived;
+        for (const RecordedRequest &request : requestsTo(*server, "/1/visitors/42/events/batch")) {
+            const QJsonObject batch = QJsonDocument::fromJson(request.body).object();
+            for (const QJsonValue event : batch["events"_L1].toArray())
+                arrived.append(event["event"_L1].toString());
+        }
+        arrived.removeAll(u"iOS Launch"_s);
+        EXPECT_EQ(arrived.size(), expected.size());
+        EXPECT_EQ(QSet<QString>(arrived.begin(), arrived.end()), expected);
+    };
+
+    auto host = startHost();
+    host->send(burst);
+    expectBurst(*host);
+
+    host = startHost();
+    server.reset();
+    host->send(burst);
+    EXPECT_EQ(host->finish(), 0);
+    host = startHost();
+    expectBurst(*host);
 }
 
 TEST_F(Wire, carriesTheSessionsHeadersInTheirOrder) {

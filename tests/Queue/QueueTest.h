@@ -17,7 +17,9 @@ using namespace Qt::StringLiterals;
 /// record, as its name and the status: "first 200".
 class QueueTest : public LibraryFixture {
 protected:
-    void make() { queue = SubmissionQueue::make(sender, context()); }
+    void make(qsizetype limit = QueueRunner::defaultQueueLimit) {
+        queue = SubmissionQueue::make(sender, context(), limit);
+    }
 
     void append(const QString &name, QueueableRequest request) {
         queue->appendRequest(makeQueueTask(

@@ -126,6 +126,58 @@ TEST_F(SubmissionQueueTest, StopsWhenTheServiceIsDisabledAndGoesOnWithTheNextRec
     EXPECT_EQ(sender->out(), QStringList(u"a,b"_s));
 }
 
+TEST_F(SubmissionQueueTest, SendsNoMoreTogetherThanAServiceTakes) {
+    flagsSource->change({});
+    make(300);
+    const QString long_(600'000, u'x');
+    for (const QString &name : {u"a"_s, u"b"_s})
+        appendEvent(name + long_);
+    for (int number = 0; number < 250; ++number)
+        appendAttribute(u"k"_s);
+    flagsSource->change(reachable);
+    settle();
+    EXPECT_TRUE(sender->out().mid(0, 2) == (QStringList{u"a"_s + long_, u"b"_s + long_}));
+    int answered = 0;
+    for (const int sent : {102, 202, 252}) {
+        EXPECT_EQ(sender->sends(), sent);
+        for (; answered < sender->sends(); ++answered)
+            sender->answer(200);
+        settle();
+    }
+    EXPECT_EQ(completions.size(), 252);
+    EXPECT_EQ(file(), stateText({}));
+}
+
+TEST_F(SubmissionQueueTest, KeepsAsManyAsTheHostWantsAndTellsOfTheRestOnceAMinute) {
+    flagsSource->change({});
+    QStringList names;
+    for (int number = 0; number < 1000; ++number)
+        names.append(QString::number(number));
+    make(1000);
+    for (const QString &name : names)
+        appendEvent(name);
+    queue->save();
+    settle();
+    queue.reset();
+    settle();
+    testing::internal::CaptureStdout();
+    make(990);
+    settle();
+    advance(1);
+    appendEvent(u"newer"_s);
+    settle();
+    advance(59.5);
+    flagsSource->change(reachable);
+    settle();
+    EXPECT_EQ(sender->out(), QStringList((names.mid(11) + QStringList(u"newer"_s)).join(u',')));
+    const QString line =
+        u"[SubmissionQueue] Records dropped because more than 990 of a kind waited: "_s;
+    EXPECT_EQ(QString::fromStdString(testing::internal::GetCapturedStdout()), line + u"10\n"_s);
+    testing::internal::CaptureStdout();
+    advance(0.5);
+    EXPECT_EQ(QString::fromStdString(testing::internal::GetCapturedStdout()), line + u"1\n"_s);
+}
+
 TEST_F(SubmissionQueueTest, KeepsRecordsWithoutAMonitor) {
     LibraryContext blind = context();
     blind.makeFlagsSource = [](const QString &) {
