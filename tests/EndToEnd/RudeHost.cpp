@@ -37,7 +37,7 @@ int runUntilVisitor() {
         if (Kestrio::shared().visitorIdentifier())
             QCoreApplication::quit();
     });
-    QTimer::singleShot(10000, &timer, [] { QCoreApplication::exit(1); });
+    QTimer::singleShot(60000, &timer, [] { QCoreApplication::exit(1); });
     timer.start(10);
     return QCoreApplication::exec();
 }

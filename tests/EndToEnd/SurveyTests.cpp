@@ -12,33 +12,33 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QByteArray visit = R"(configure shop
-wait-for visitor 10000
+wait-for visitor 60000
 window 390 700
 ask "Search Used"
-wait-for asked 10000
+wait-for asked 60000
 present
-wait-for "Option 5" 5000
+wait-for "Option 5" 60000
 )";
 
 /// Three of the sample's questions about the search, each answered with the keyboard alone.
 const QByteArray answerAll = R"(key Right
 key Return
-wait-for "Multi-select submit button" 5000
+wait-for "Multi-select submit button" 60000
 key Space
 key Down
 key Tab
 key Space
 key Tab
 key Return
-wait-for "Open question button" 5000
+wait-for "Open question button" 60000
 type Fine!
 key Tab
 key Space
-wait-for "Multi-choice option: Every day" 5000
+wait-for "Multi-choice option: Every day" 60000
 key Down
 key Space
-wait-for gone 5000
-wait-for idle 5000
+wait-for gone 60000
+wait-for idle 60000
 )";
 
 class SurveyOnScreen : public ::testing::Test {
@@ -72,13 +72,13 @@ TEST_F(SurveyOnScreen, IsAnsweredWithTheKeyboardAlone) {
 }
 
 TEST_F(SurveyOnScreen, DeliversWhatWasAnsweredWhenTheProgramIsLeft) {
-    run(visit + "click \"Option 2\"\nwait-for \"Multi-select submit button\" 5000\nquit\n");
-    run("configure shop\nwait-for visitor 10000\nwait-for idle 10000\n");
+    run(visit + "click \"Option 2\"\nwait-for \"Multi-select submit button\" 60000\nquit\n");
+    run("configure shop\nwait-for visitor 60000\nwait-for idle 60000\n");
     const QByteArrayList delivered = answers();
     // What was being sent as the program ended may come twice.
     EXPECT_GT(delivered.size(), 0);
     EXPECT_EQ(delivered.count("[[31,2]]"), delivered.size());
-    run(visit + "key Escape\nwait-for gone 5000\nwait-for idle 10000\n");
+    run(visit + "key Escape\nwait-for gone 60000\nwait-for idle 60000\n");
     EXPECT_EQ(answers(), delivered);
 }
 

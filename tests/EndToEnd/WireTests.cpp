@@ -57,11 +57,11 @@ protected:
 
 TEST_F(Wire, carriesEveryOperationAsTheServiceExpectsIt) {
     ASSERT_TRUE(server.isListening());
-    host.send("configure \"env 1\"\nwait-for visitor 10000\nwait-for idle 10000\ntrack Plain\n"
+    host.send("configure \"env 1\"\nwait-for visitor 60000\nwait-for idle 60000\ntrack Plain\n"
               "attribute \"a /?#%41\\\"'\\\\\\n\xF0\x9F\x98\x80;&=\" v\nattribute \"\" "
               "\"\"\nattributes k1 v1 k2 v2\nremove k1\nask Asked\n"
-              "wait-for asked 10000\nanswer [9, \"\"]\nask Again\nwait-for asked 10000\nclose\n"
-              "user u1\nwait-for idle 10000");
+              "wait-for asked 60000\nanswer [9, \"\"]\nask Again\nwait-for asked 60000\nclose\n"
+              "user u1\nwait-for idle 60000");
     ASSERT_EQ(host.finish(), 0) << host.program().output().toStdString();
 
     const QString responses =
@@ -147,9 +147,9 @@ TEST(Burst, arrivesOnceAndAsAWholeAlsoAfterQuittingWithTheServiceAway) {
 }
 
 TEST_F(Wire, carriesTheSessionsHeadersInTheirOrder) {
-    host.send("configure env\nwait-for visitor 10000\nwait-for idle 10000\nlocale fr-CH\n"
-              "perform trackWithEventName:handler: Localised\nwait-for idle 10000\nlocale \"\"\n"
-              "track Unlocalised\nwait-for idle 10000");
+    host.send("configure env\nwait-for visitor 60000\nwait-for idle 60000\nlocale fr-CH\n"
+              "perform trackWithEventName:handler: Localised\nwait-for idle 60000\nlocale \"\"\n"
+              "track Unlocalised\nwait-for idle 60000");
     ASSERT_EQ(host.finish(), 0);
     const QByteArray os = QSysInfo::productVersion().toUtf8();
     const QByteArray version = "0.1.0";

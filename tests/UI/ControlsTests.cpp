@@ -10,6 +10,7 @@
 
 #include <QAccessible>
 #include <QSignalSpy>
+#include <QVariantAnimation>
 
 namespace KestrioKit {
 
@@ -56,7 +57,8 @@ TEST_F(Controls, CheckboxShowsWhetherItIsSelected) {
     EXPECT_FALSE(button->isChecked());
     button->toggleAnimated();
     button->toggleAnimated();
-    QTest::qWait(150);
+    for (auto *const animation : button->findChildren<QVariantAnimation *>())
+        animation->setCurrentTime(animation->duration());
     EXPECT_TRUE(isNear(colorAt(box.x() + 8, box.y() + 3), Qt::white));
 }
 

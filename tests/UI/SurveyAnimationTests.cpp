@@ -6,6 +6,7 @@
 #include "KestrioKit/UI/SurveyView.h"
 #include "KestrioKit/UI/ViewEffect.h"
 
+#include <QAnimationDriver>
 #include <QApplication>
 #include <QStyleFactory>
 
@@ -13,29 +14,45 @@ namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// The time of animations, which passes when a test says so.
+class ManualAnimationDriver final : public QAnimationDriver {
+public:
+    ManualAnimationDriver() { install(); }
+    ~ManualAnimationDriver() override { uninstall(); }
+
+    void pass(int milliseconds) {
+        m_elapsed += milliseconds;
+        advance();
+    }
+    qint64 elapsed() const override { return m_elapsed; }
+
+protected:
+    void start() override {
+        m_elapsed = 0;
+        QAnimationDriver::start();
+    }
+
+private:
+    qint64 m_elapsed = 0;
+};
+
+} // namespace
+
 /// The same with everything moving; time passes as the test says.
 class SurveyAnimation : public SurveyScreenTest {
 protected:
     SurveyAnimation() { QApplication::setStyle(QStyleFactory::create(u"fusion"_s)); }
 
-    /// From now on only `pass()` moves what is moving.
-    void hold() {
-        if (!survey())
-            return;
-        for (Animation *const animation : survey()->findChildren<Animation *>()) {
-            if (animation->state() == QAbstractAnimation::Running)
-                animation->pause();
-        }
-    }
     void pass(int milliseconds) {
-        for (const QPointer<Animation> animation : survey()->findChildren<Animation *>()) {
-            if (animation)
-                animation->setCurrentTime(animation->currentTime() + milliseconds);
-        }
-        hold();
+        driver.pass(milliseconds);
+        // What begins now begins in the event loop.
+        QCoreApplication::processEvents();
     }
     int cardTop() const { return frame(view<SurveyView>()).top(); }
 
+    ManualAnimationDriver driver;
     static constexpr auto twoScales = R"([
         {"name":11,"type":"likert","props":{"message":"How was it?"}},
         {"name":12,"type":"likert","props":{"message":"And how was that, in more words?"}}])";
@@ -43,7 +60,6 @@ protected:
 
 TEST_F(SurveyAnimation, SpringsInAndSlidesOut) {
     present(twoScales);
-    hold();
     const int height = window.height();
     const int place = height - view<SurveyView>()->height();
     EXPECT_GT(cardTop(), place + (height - place) / 2);
@@ -56,7 +72,6 @@ TEST_F(SurveyAnimation, SpringsInAndSlidesOut) {
     EXPECT_EQ(cardTop(), place);
     EXPECT_EQ(view<BackgroundView>()->alpha(), 1);
     key(Qt::Key_Escape);
-    hold();
     pass(70);
     EXPECT_GT(cardTop(), place);
     EXPECT_LT(cardTop(), height);
@@ -70,7 +85,6 @@ TEST_F(SurveyAnimation, SpringsInAndSlidesOut) {
 
 TEST_F(SurveyAnimation, ClosingEarlyDoesNotBringTheCardBack) {
     present(twoScales);
-    hold();
     pass(60);
     key(Qt::Key_Escape);
     for (int before = cardTop(); survey(); pass(20)) {
@@ -81,11 +95,9 @@ TEST_F(SurveyAnimation, ClosingEarlyDoesNotBringTheCardBack) {
 
 TEST_F(SurveyAnimation, APageIsAnsweredOnceItIsSeen) {
     present(twoScales);
-    hold();
     pass(600);
     const QPoint option = frame(u"Option 3"_s).center();
     click(option);
-    hold();
     click(option);
     pass(70);
     EXPECT_LT(ViewEffect::alpha(view<QuestionView>()), 0.9);

@@ -50,7 +50,8 @@ SurveyScreenTest::SurveyScreenTest() {
     window.resize(windowSize);
     window.show();
     window.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    EXPECT_TRUE(
+        QTest::qWaitForWindowActive(&window, int(std::chrono::milliseconds(patience).count())));
     field.setFocus();
 }
 

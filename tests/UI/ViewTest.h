@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Waiting.h"
+
 #include <gtest/gtest.h>
 
 #include <QTest>
@@ -29,7 +31,8 @@ protected:
         view->show();
         window.show();
         window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        EXPECT_TRUE(
+            QTest::qWaitForWindowActive(&window, int(std::chrono::milliseconds(patience).count())));
         return view;
     }
 

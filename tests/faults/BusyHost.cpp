@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QKeyEvent>
 #include <QTimer>
 #include <QWidget>
@@ -15,8 +16,8 @@
 #include <vector>
 
 // A host whose threads call every operation at random, while its window presents surveys and ends
-// them: busy-host SECONDS SEED. Tells on standard error how many calls it made,
-// and how many surveys it showed.
+// them: busy-host SECONDS SEED, or longer, until there was a survey. Tells on standard error how
+// many calls it made, and how many surveys it showed.
 
 using namespace Qt::StringLiterals;
 
@@ -117,6 +118,7 @@ int main(int argc, char **argv) {
             }
         });
     }
+    const QDeadlineTimer end(std::chrono::seconds{seconds});
     int shown = 0;
     bool wasUp = false;
     QTimer timer;
@@ -125,9 +127,10 @@ int main(int argc, char **argv) {
         const bool isUp = !window.children().isEmpty();
         shown += isUp && !wasUp;
         wasUp = isUp;
+        if (shown > 0 && end.hasExpired())
+            QCoreApplication::quit();
     });
     timer.start(mainPause);
-    QTimer::singleShot(std::chrono::seconds(seconds), &application, &QCoreApplication::quit);
     const int code = QApplication::exec();
     callers.clear();
     std::fprintf(stderr, "{\"calls\":%d,\"shown\":%d}\n", calls.load(), shown);

@@ -18,10 +18,11 @@ class FaultRow {
 public:
     FaultRow(QByteArray fault, std::chrono::seconds limit)
         : m_fault(std::move(fault)), m_limit(limit) {}
-    /// Prints the row. Taking longer than the limit fails the test.
+    /// Prints the row. Taking longer than the limit fails the test, but only in its full form, to
+    /// which a machine is left.
     ~FaultRow() {
         const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - m_start;
-        EXPECT_LE(taken, m_limit) << "the time limit";
+        EXPECT_TRUE(!isFull() || taken <= m_limit) << "the time limit";
         std::printf("| %s | %s | %.1f s of %d s |\n", m_fault.constData(),
                     m_counts.join(", ").constData(), taken.count(), int(m_limit.count()));
     }
@@ -40,10 +41,10 @@ public:
         }
     }
 
-    /// How often to try: `full` when KESTRIO_FAULTS is "full" in the environment, else `brief`.
-    static int times(int full, int brief) {
-        return qgetenv("KESTRIO_FAULTS") == "full" ? full : brief;
-    }
+    /// Whether KESTRIO_FAULTS is "full" in the environment.
+    static bool isFull() { return qgetenv("KESTRIO_FAULTS") == "full"; }
+    /// How often to try.
+    static int times(int full, int brief) { return isFull() ? full : brief; }
 
 private:
     const QByteArray m_fault;

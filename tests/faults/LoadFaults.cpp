@@ -155,8 +155,7 @@ TEST(ThreadFaults, EveryOperationIsCalledFromManyThreadsAtOnce) {
         RunningProgram host(
             QStringLiteral(KESTRIO_BUSY_HOST), {QString::number(seconds), seed},
             {{u"XDG_DATA_HOME"_s, data.path()}, {u"KESTRIO_ENVIRONMENT"_s, u"local"_s}});
-        // Its time, and some to begin and to end.
-        EXPECT_EQ(host.waitForEnd((seconds + 20) * 1s), 0) << host.errors().toStdString();
+        EXPECT_EQ(host.waitForEnd(seconds * 1s + patience), 0) << host.errors().toStdString();
         const QByteArray lastLine = host.errors().trimmed().split('\n').last();
         const QJsonObject counts = QJsonDocument::fromJson(lastLine).object();
         calls += counts["calls"_L1].toInteger();

@@ -24,7 +24,7 @@ const auto join = uR"(mkdir -p /etc/netns/ks-app &&
     ip -n ks-app addr add 10.203.0.2/24 dev ks1 && ip -n ks-app link set ks1 up &&
     ip -n ks-app route add default via 10.203.0.1 &&
     # The kernel takes a while to call a new link a running one.
-    timeout 20 sh -c 'until ip -n ks-app link show ks1 | grep -q "state UP"; do sleep 0.1; done')"_s;
+    timeout 120 sh -c 'until ip -n ks-app link show ks1 | grep -q "state UP"; do sleep 0.1; done')"_s;
 const auto part = u"ip netns del ks-service; ip netns del ks-app; rm -rf /etc/netns/ks-app"_s;
 
 /// A way to take the network from the application, and to give it back but for the route.
@@ -93,12 +93,12 @@ protected:
         pauseUpTo(30);
         make();
         ASSERT_TRUE(sh(u"ip -n ks-app route replace default via 10.203.0.1"_s));
-        host->send("wait-for idle 15000\nvisitor");
+        host->send("wait-for idle 60000\nvisitor");
         ASSERT_EQ(host->nextReport()["visitor"_L1], 1) << host->program().output().toStdString();
     }
 
-    /// The waits between five sends, and some.
-    static constexpr auto longestRetry = 110s;
+    /// The waits between five sends, beside all else.
+    static constexpr auto longestRetry = 105s + patience;
     QTemporaryDir data;
     std::mt19937 random;
     std::unique_ptr<HostProgram> host;

@@ -55,14 +55,14 @@ private:
 /// kestrio-host, obeying what the test tells it, against a service at "localhost".
 ///
 ///     HostProgram host(dataFolder.path());
-///     host.send("configure shop\nwait-for visitor 5000\nvisitor");
+///     host.send("configure shop\nwait-for visitor 60000\nvisitor");
 ///     EXPECT_EQ(host.nextReport()["visitor"].toInt(), 1);
 ///     EXPECT_EQ(host.finish(), 0);
 class HostProgram {
 public:
     /// Lines that bring it as far as it comes by itself.
     inline static const QByteArray start =
-        "configure env\nwait-for visitor 10000\nwait-for idle 10000\n";
+        "configure env\nwait-for visitor 60000\nwait-for idle 60000\n";
 
     /// `launcher` is a command that runs the program with what it takes away or adds.
     explicit HostProgram(const QString &dataFolder, const Environment &environment = {},
