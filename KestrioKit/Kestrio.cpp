@@ -43,6 +43,14 @@ void Kestrio::setQueueLimit(int limit) {
     m_core->setQueueLimit(limit);
 }
 
+bool Kestrio::retriesStartUp() const {
+    return m_core->retriesStartUp();
+}
+
+void Kestrio::setRetriesStartUp(bool retries) {
+    m_core->setRetriesStartUp(retries);
+}
+
 void Kestrio::configure(const QString &environment) {
     m_core->configure(environment);
 }

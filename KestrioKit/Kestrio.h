@@ -34,16 +34,17 @@ class KestrioCore;
 /// logged to standard output and reported to the service; none comes back. Calls that are dropped,
 /// and requests that the service refuses, are neither.
 ///
-/// Calls made before `configure()` are dropped, but for `setLocale`, `setDisableNetworkAccess` and
-/// `setQueueLimit`.
-/// Calls made while it is under way are held and run on the main thread, in their order, once there
-/// is a visitor.
+/// Calls made before `configure()` are dropped, except `setLocale`, `setDisableNetworkAccess`,
+/// `setQueueLimit` and `setRetriesStartUp`. Calls made while it is under way are held and run on
+/// the main thread, in their order, once there is a visitor. Of events without a handler and
+/// changes of attributes, the last 1,000 are held.
 ///
 /// Name the application (`QCoreApplication::setApplicationName`) before `configure()`: the name
 /// says where the library keeps its files.
 class KESTRIOKIT_EXPORT Kestrio final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool disableNetworkAccess READ disableNetworkAccess WRITE setDisableNetworkAccess)
+    Q_PROPERTY(bool retriesStartUp READ retriesStartUp WRITE setRetriesStartUp)
     Q_DISABLE_COPY_MOVE(Kestrio)
 
 public:
@@ -78,12 +79,30 @@ public:
     /// ignored. Each record takes about a kilobyte of memory while it waits.
     void setQueueLimit(int limit);
 
+    /// Whether a start that fails for a reason that may pass is repeated until one succeeds; true
+    /// by default. Such reasons are a service that cannot be reached, one that answers with a
+    /// status of 3xx, 408, 429 or 5xx, and an answer that cannot be read. It is repeated after 5,
+    /// 10, 30 and 60 seconds, then every minute, and as soon as the network returns; while network
+    /// access is disabled it waits. What `logout()` asks for is repeated likewise.
+    ///
+    /// Meanwhile handlers are told `disabled`, and surveys are not shown. Events without a handler
+    /// and changes of attributes are kept: where a visitor is stored they are queued as they are at
+    /// other times, so that the next process delivers them; otherwise they are held until there is
+    /// one. The last user identifier is held, too. `logout()` forgets what is kept, and the start
+    /// that succeeds asks for an anonymous visitor.
+    ///
+    /// One line is logged when a start has failed, and one when it has succeeded or is given up.
+    /// When false, the library stays disabled after such a failure, or holds its calls.
+    bool retriesStartUp() const;
+    void setRetriesStartUp(bool retries);
+
     /// Starts: reads the stored identity, fetches the environment's configuration and a visitor.
     /// Called before the application object exists, it starts once the event loop runs.
     ///
     /// A second call is ignored, unless a visitor could not be had, or an answer about one could
-    /// not be read: then it starts over. Where not even the configuration could be had, the library
-    /// stays disabled, or holds its calls, as long as the process lives.
+    /// not be read: then it starts over. Where not even the configuration could be had, the start
+    /// is repeated (see `setRetriesStartUp`). Where the service refuses it, or starts are not
+    /// repeated, the library stays disabled, or holds its calls, as long as the process lives.
     ///
     /// An environment named "." or "..", which no path can hold, is never asked for.
     Q_INVOKABLE void configure(const QString &environment);

@@ -93,6 +93,14 @@ Outcome switchNetwork(const CommandCall &call) {
     return Outcome::done();
 }
 
+Outcome switchRetries(const CommandCall &call) {
+    const QString &position = call.arguments[0];
+    if (position != "on"_L1 && position != "off"_L1)
+        return Outcome::failed(u"retries can be on or off"_s);
+    Kestrio::shared().setRetriesStartUp(position == "on"_L1);
+    return Outcome::done();
+}
+
 Outcome reportVisitor(const CommandCall &) {
     Report().number("visitor", Kestrio::shared().visitorIdentifier()).print();
     return Outcome::done();
@@ -149,6 +157,7 @@ constexpr std::array commands{
     Command{"track"_L1, "NAME"_L1, Arity::exactly(1), track},
     Command{"ask"_L1, "NAME"_L1, Arity::exactly(1), ask},
     Command{"network"_L1, "on|off"_L1, Arity::exactly(1), switchNetwork},
+    Command{"retries"_L1, "on|off"_L1, Arity::exactly(1), switchRetries},
     Command{"visitor"_L1, {}, Arity::exactly(0), reportVisitor},
     Command{"perform"_L1, "SELECTOR [ARG]..."_L1, Arity::atLeast(1), perform},
 };

@@ -86,6 +86,10 @@ bool Bootstrap::setUserId(const QString &userId) {
     });
 }
 
+void Bootstrap::replaceUserId(const std::optional<QString> &userId) {
+    m_state.mutate([&userId](State &state) { state.userId = userId; });
+}
+
 bool Bootstrap::step(Sequence next) {
     return m_state.mutate([next](State &state) {
         const Sequence old = std::exchange(
@@ -101,6 +105,7 @@ void Bootstrap::startOver() {
 void Bootstrap::enqueue(HeldCall call) {
     m_dQueue.async([self = shared_from_this(), call = std::move(call)] {
         self->m_callQueue.append(call);
+        self->dropSurplus();
         // The caller may have asked just before the others were released.
         if (self->m_isReleased && !isUnderWay(self->sequence()))
             self->release();
@@ -116,6 +121,61 @@ void Bootstrap::flushHeld() {
         if (!self->m_callQueue.isEmpty())
             self->release();
     });
+}
+
+void Bootstrap::holdAgain() {
+    m_dQueue.async([self = shared_from_this()] { self->m_isReleased = false; });
+}
+
+void Bootstrap::recordHeld() {
+    m_dQueue.async([self = shared_from_this()] { self->record(); });
+}
+
+void Bootstrap::dropHeld() {
+    m_dQueue.async([self = shared_from_this()] {
+        for (const HeldCall &held : std::exchange(self->m_callQueue, {})) {
+            if (held.dropped)
+                held.dropped();
+        }
+    });
+}
+
+void Bootstrap::recordHeldNow() {
+    m_dQueue.sync([this] { record(); });
+}
+
+bool Bootstrap::holdsRecords() {
+    bool holds = false;
+    m_dQueue.sync([this, &holds] {
+        holds = std::ranges::any_of(m_callQueue.first(callsOfThisVisitor()), &HeldCall::hasRecord);
+    });
+    return holds;
+}
+
+qsizetype Bootstrap::callsOfThisVisitor() const {
+    return std::ranges::find(m_callQueue, HeldCall::Kind::logout, &HeldCall::kind) -
+           m_callQueue.begin();
+}
+
+void Bootstrap::record() {
+    const qsizetype count = callsOfThisVisitor();
+    QList<HeldCall> rest;
+    for (const HeldCall &held : m_callQueue.first(count)) {
+        if (held.hasRecord())
+            held.record();
+        else
+            rest.append(held);
+    }
+    m_callQueue = rest + m_callQueue.sliced(count);
+}
+
+void Bootstrap::dropSurplus() {
+    if (std::ranges::count_if(m_callQueue, &HeldCall::hasRecord) <= recordLimit)
+        return;
+    const auto oldest = std::ranges::find(m_callQueue, HeldCall::Kind::event, &HeldCall::kind);
+    m_callQueue.erase(oldest != m_callQueue.end()
+                          ? oldest
+                          : std::ranges::find_if(m_callQueue, &HeldCall::hasRecord));
 }
 
 void Bootstrap::release() {

@@ -45,6 +45,8 @@ public:
     std::optional<QString> userId() const { return m_state.value().userId; }
     /// False, and nothing is kept, when start-up is not under way (any more).
     bool setUserId(const QString &userId);
+    /// The same wherever start-up is; absent for none.
+    void replaceUserId(const std::optional<QString> &userId);
 
     /// Moves forward to `next`, or to `error` from anywhere. Steps back are ignored. Returns
     /// whether it has moved.
@@ -58,6 +60,20 @@ public:
     void flush();
     /// The same, when there are any.
     void flushHeld();
+    /// Holds calls again, also those that come late.
+    void holdAgain();
+    /// Queues the records of the held calls before the next `logout()`, and keeps the other calls.
+    void recordHeld();
+    /// The same within this call.
+    void recordHeldNow();
+    /// Whether that would queue any.
+    bool holdsRecords();
+    /// Drops all held calls.
+    void dropHeld();
+
+    /// The most events and changes of attributes that are held; beyond it the oldest are dropped,
+    /// events first.
+    static constexpr qsizetype recordLimit = 1000;
 
 private:
     /// One value, so that a user given at the last moment is either seen after `step()` or refused.
@@ -67,6 +83,10 @@ private:
     };
 
     void release();
+    void dropSurplus();
+    /// How many of the held calls come before the next `logout()`.
+    qsizetype callsOfThisVisitor() const;
+    void record();
 
     DispatchQueue m_dQueue;
     Atomic<State> m_state;

@@ -22,6 +22,7 @@ namespace {
 constexpr QLatin1StringView emailAttribute("!email");
 
 using Action = Bootstrap::Action;
+using Kind = HeldCall::Kind;
 
 // What a handler holds may belong to the main thread: it is destroyed there, too.
 template <typename Handler>
@@ -74,7 +75,7 @@ KestrioCore::KestrioCore(const LibraryContext &context)
     : m_clock(context.clock),
       m_api(std::make_shared<KestrioService>(
           std::make_shared<KestrioServiceRequests>(context.clock), context)),
-      m_startUp(std::make_shared<StartUp>(m_api, context)) {}
+      m_startUp(StartUp::make(m_api, context)) {}
 
 bool KestrioCore::disableNetworkAccess() const {
     return m_api->disableNetworkAccess();
@@ -82,23 +83,39 @@ bool KestrioCore::disableNetworkAccess() const {
 
 void KestrioCore::setDisableNetworkAccess(bool disable) {
     m_api->setDisableNetworkAccess(disable);
+    if (!disable)
+        m_startUp->networkAllowed();
 }
 
 void KestrioCore::setQueueLimit(int limit) {
     m_startUp->setQueueLimit(limit);
 }
 
-Action KestrioCore::whenReady(const Block &operation, std::function<void(KestrioCore &)> repeat) {
-    const Action action = m_startUp->readyState();
-    if (action == Action::doit) {
-        operation();
-    } else if (action == Action::queue) {
-        m_startUp->hold({[weak = weak_from_this(), repeat = std::move(repeat)] {
+void KestrioCore::whenReady(const Call &call) {
+    Action action = m_startUp->readyState();
+    const bool hasRecord = call.kind == Kind::event || call.kind == Kind::attributes;
+    if (action == Action::queue)
+        m_startUp->hold(held(call));
+    else if (action == Action::skip && hasRecord && m_startUp->isRepeated())
+        action = m_startUp->keep(held(call));
+    if (action == Action::doit)
+        call.operation(*this);
+    else if (action == Action::skip && call.dropped)
+        call.dropped();
+}
+
+HeldCall KestrioCore::held(const Call &call) {
+    const auto onCore = [weak = weak_from_this()](Call::Operation operation) -> Block {
+        return [weak, operation = std::move(operation)] {
             if (const auto self = weak.lock())
-                repeat(*self);
-        }});
-    }
-    return action;
+                operation(*self);
+        };
+    };
+    const auto again = [call](KestrioCore &core) {
+        core.whenReady(call);
+    };
+    return {call.kind, onCore(call.later ? call.later : again), onCore(call.operation),
+            call.dropped};
 }
 
 // Start-up and identity
@@ -112,7 +129,12 @@ void KestrioCore::setUserIdentifier(const QString &userIdentifier) {
 }
 
 void KestrioCore::logout() {
-    whenReady([this] { m_startUp->logout(); }, [](KestrioCore &core) { core.logout(); });
+    if (m_startUp->isRepeated())
+        m_startUp->logout();
+    else
+        whenReady({Kind::logout, [](KestrioCore &core) {
+                       core.m_startUp->logout();
+                   }});
 }
 
 // Attributes
@@ -126,22 +148,25 @@ void KestrioCore::setEmailAddress(const QString &email) {
 }
 
 void KestrioCore::setVisitorAttribute(const QString &key, const QString &value) {
-    whenReady([&] { m_api->setVisitorAttribute(key, value, handlingErrors()); },
-              [key, value](KestrioCore &core) { core.setVisitorAttribute(key, value); });
+    whenReady({Kind::attributes, [key, value](KestrioCore &core) {
+                   core.m_api->setVisitorAttribute(key, value, core.handlingErrors());
+               }});
 }
 
 void KestrioCore::setVisitorAttributes(const QMap<QString, QString> &attributes) {
     if (attributes.isEmpty())
         return;
-    whenReady([&] { m_api->setVisitorAttributes(attributes, handlingErrors()); },
-              [attributes](KestrioCore &core) { core.setVisitorAttributes(attributes); });
+    whenReady({Kind::attributes, [attributes](KestrioCore &core) {
+                   core.m_api->setVisitorAttributes(attributes, core.handlingErrors());
+               }});
 }
 
 void KestrioCore::removeVisitorAttributes(const QStringList &keys) {
     if (keys.isEmpty())
         return;
-    whenReady([&] { m_api->removeVisitorAttributes(keys, handlingErrors()); },
-              [keys](KestrioCore &core) { core.removeVisitorAttributes(keys); });
+    whenReady({Kind::attributes, [keys](KestrioCore &core) {
+                   core.m_api->removeVisitorAttributes(keys, core.handlingErrors());
+               }});
 }
 
 SimpleCompletion KestrioCore::handlingErrors() {
@@ -161,16 +186,18 @@ void KestrioCore::trackEvent(const QString &eventName, const SharedHandler &hand
     const QString name = eventName.trimmed();
     if (name.isEmpty())
         return;
-    const Action action = whenReady(
-        [&] {
-            if (handler)
-                trackForSurvey(name, handler);
-            else
-                m_api->trackEvent(name, true, [](auto &&...) {});
-        },
-        [eventName, handler](KestrioCore &core) { core.trackEvent(eventName, handler); });
-    if (action == Action::skip)
-        callOnMain(handler, SurveyState::disabled);
+    if (handler) {
+        whenReady({Kind::other,
+                   [name, handler](KestrioCore &core) { core.trackForSurvey(name, handler); },
+                   {},
+                   [handler] {
+                       callOnMain(handler, SurveyState::disabled);
+                   }});
+    } else {
+        whenReady({Kind::event, [name](KestrioCore &core) {
+                       core.m_api->trackEvent(name, true, [](auto &&...) {});
+                   }});
+    }
 }
 
 void KestrioCore::trackForSurvey(const QString &name, const SharedHandler &handler) {
@@ -203,33 +230,37 @@ SurveyState KestrioCore::surveyReceived(const Survey &survey) {
 // Surveys on screen
 
 void KestrioCore::presentSurvey(const QPointer<QWidget> &from) {
-    whenReady(
-        [&] {
-            if (const std::optional<Survey> held = survey())
-                presentSpecifiedSurvey(*held, from);
-            else
-                logLine(u"No survey found."_s, LogCategory::info);
-        },
-        [from](KestrioCore &core) { core.presentSurvey(from); });
+    whenReady({Kind::other, [from](KestrioCore &core) {
+                   if (const std::optional<Survey> held = core.survey())
+                       core.presentSpecifiedSurvey(*held, from);
+                   else
+                       logLine(u"No survey found."_s, LogCategory::info);
+               }});
 }
 
 void KestrioCore::presentSurvey(qint64 surveyId, const QPointer<QWidget> &from,
                                 const FetchCompletion &fetchCompletion) {
+    const auto kept = keptForMain(fetchCompletion);
     whenReady(
-        [&] {
-            m_api->fetchSurvey(
-                surveyId, [self = shared_from_this(), from, kept = keptForMain(fetchCompletion)](
-                              const auto &survey, const auto &, const auto &) {
-                    if (!survey)
-                        return;
-                    DispatchQueue::main().async([self, from, kept, survey = *survey] {
-                        if (kept)
-                            (*kept)();
-                        self->presentSpecifiedSurvey(survey, from);
-                    });
-                });
-        },
-        [surveyId, from](KestrioCore &core) { core.presentSurvey(surveyId, from, {}); });
+        {Kind::other,
+         [surveyId, from, kept](KestrioCore &core) { core.fetchAndPresent(surveyId, from, kept); },
+         [surveyId, from](KestrioCore &core) {
+             core.presentSurvey(surveyId, from, {});
+         }});
+}
+
+void KestrioCore::fetchAndPresent(qint64 surveyId, const QPointer<QWidget> &from,
+                                  const SharedCompletion &fetchCompletion) {
+    m_api->fetchSurvey(surveyId, [self = shared_from_this(), from,
+                                  fetchCompletion](const auto &survey, const auto &, const auto &) {
+        if (!survey)
+            return;
+        DispatchQueue::main().async([self, from, fetchCompletion, survey = *survey] {
+            if (fetchCompletion)
+                (*fetchCompletion)();
+            self->presentSpecifiedSurvey(survey, from);
+        });
+    });
 }
 
 void KestrioCore::presentDebugSurvey(const QPointer<QWidget> &from) {

@@ -30,6 +30,7 @@ public:
     /// A handler on its way through the threads; null when there is none.
     using SharedHandler = std::shared_ptr<const TrackHandler>;
     using FetchCompletion = std::function<void()>;
+    using SharedCompletion = std::shared_ptr<const FetchCompletion>;
 
     /// The one that `Kestrio::shared()` faces, on the machine's own clock, network and files.
     static const std::shared_ptr<KestrioCore> &shared();
@@ -49,6 +50,8 @@ public:
     bool disableNetworkAccess() const;
     void setDisableNetworkAccess(bool disable);
     void setQueueLimit(int limit);
+    bool retriesStartUp() const { return m_startUp->retries(); }
+    void setRetriesStartUp(bool retries) { m_startUp->setRetries(retries); }
     void configure(const QString &environment);
     void setLocale(const QString &locale);
     void setUserIdentifier(const QString &userIdentifier);
@@ -66,11 +69,27 @@ public:
 private:
     explicit KestrioCore(const LibraryContext &context);
 
-    /// Runs `operation` now, or holds `repeat`, the same public call, or does nothing.
-    Bootstrap::Action whenReady(const Block &operation, std::function<void(KestrioCore &)> repeat);
+    /// A public call that needs a visitor.
+    struct Call {
+        using Operation = std::function<void(KestrioCore &)>;
+
+        HeldCall::Kind kind;
+        Operation operation;
+        /// What is done instead when the call comes too early, once there is a visitor; the same
+        /// call when empty.
+        Operation later = {};
+        /// What is done when the call is dropped; nothing when empty.
+        Block dropped = {};
+    };
+
+    /// Carries out the call now, or holds it, or queues its record, or drops it.
+    void whenReady(const Call &call);
+    HeldCall held(const Call &call);
     void trackEvent(const QString &eventName, const SharedHandler &handler);
     void trackForSurvey(const QString &name, const SharedHandler &handler);
     SurveyState surveyReceived(const Survey &survey);
+    void fetchAndPresent(qint64 surveyId, const QPointer<QWidget> &from,
+                         const SharedCompletion &fetchCompletion);
     void presentSpecifiedSurvey(const Survey &survey, const QPointer<QWidget> &from);
     SimpleCompletion handlingErrors();
     void handleError(const std::optional<Error> &error);

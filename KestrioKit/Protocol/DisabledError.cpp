@@ -22,6 +22,11 @@ QString DisabledError::localizedDescription() const {
     return u"The survey service has disabled KestrioKit: %1"_s.arg(otherText);
 }
 
+const DisabledError &DisabledError::locally() {
+    static const auto *const error = new DisabledError{local, {}};
+    return *error;
+}
+
 Error DisabledError::toError() const {
     return {disabledErrorDomain, int(kind), localizedDescription()};
 }

@@ -30,6 +30,9 @@ struct DisabledError {
     /// The same as a general error.
     Error toError() const;
 
+    /// Of the library itself.
+    static const DisabledError &locally();
+
     friend bool operator==(const DisabledError &, const DisabledError &) = default;
 };
 

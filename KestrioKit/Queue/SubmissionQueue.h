@@ -45,6 +45,9 @@ public:
     /// the queue and its file.
     void updateAuth(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
 
+    /// Sends what is ready, unless the network or the service is not.
+    void resume();
+
     /// Has the state file written, which the end of the application waits for.
     void save() override;
     void tasksDropped(qsizetype count) override { m_droppedRecords->add(count); }
@@ -65,7 +68,6 @@ private:
     bool serviceEnabled() const;
     void enableAll(bool enabled);
     void enableRunners();
-    void resume();
     void flushAll();
     void loadState();
     void restore(const PersistentQueue &state);

@@ -70,6 +70,10 @@ void KestrioService::setDisabledError(const std::optional<DisabledError> &error)
         KSLog(LogLevel::debug, u"Kestrio SDK Enabled"_s);
 }
 
+void KestrioService::resumeSubmissions() {
+    submissionQueue()->resume();
+}
+
 std::shared_ptr<SubmissionQueue> KestrioService::submissionQueue() {
     const std::lock_guard guard(m_submissionQueueLock);
     if (!m_submissionQueue)
@@ -90,6 +94,14 @@ std::optional<Error> KestrioService::refusal() const {
     if (m_disableNetworkAccess)
         return DisabledError{DisabledError::local, {}}.toError();
     return std::nullopt;
+}
+
+std::optional<Error> KestrioService::refusalOfAnswered() const {
+    const std::optional<DisabledError> disabled = disabledError();
+    if (m_startsOver && !m_disableNetworkAccess && disabled &&
+        disabled->kind == DisabledError::local)
+        return std::nullopt;
+    return refusal();
 }
 
 void KestrioService::perform(const URLSession &session, const URLRequest &request,
@@ -117,7 +129,7 @@ void KestrioService::perform(const URLSession &session, const URLRequest &reques
 template <typename Value>
 void KestrioService::sendRequest(const URLRequest &request, bool anonymous,
                                  Completion<Value> completion) {
-    if (const std::optional<Error> error = refusal()) {
+    if (const std::optional<Error> error = refusalOfAnswered()) {
         completion({}, {}, error);
         return;
     }
@@ -158,6 +170,8 @@ void KestrioService::sendSimpleRequest(const URLRequest &request,
 
 Error KestrioService::reportDecodingError(const DecodingError &error) {
     Error general = error.toError();
+    if (m_startsOver)
+        return general;
     const std::optional<DisabledError> disabled = disabledError();
     printLine(u"[KestrioService] Unreadable answer (disabled: %1): %2"_s.arg(
         printedForm(disabled), general.localizedDescription));

@@ -61,6 +61,11 @@ public:
 
     std::optional<DisabledError> disabledError() const override;
     void setDisabledError(const std::optional<DisabledError> &error);
+    /// While true, requests whose answer is waited for are sent although the library has disabled
+    /// itself, and their unreadable answers are not reported; false at first.
+    void setStartsOver(bool startsOver) { m_startsOver = startsOver; }
+    /// Sends what is queued, after the library was disabled.
+    void resumeSubmissions();
 
     void fetchConfig(const Completion<ResponseConfig> &completion);
     void fetchVisitorIdentifier(const std::optional<QString> &userIdentifier, bool anonymous,
@@ -100,6 +105,7 @@ private:
     template <typename Value>
     void sendRequest(const URLRequest &request, bool anonymous, Completion<Value> completion);
     std::optional<Error> refusal() const;
+    std::optional<Error> refusalOfAnswered() const;
     void perform(const URLSession &session, const URLRequest &request, const QString &title,
                  URLTransport::Body body, URLCompletion completion) const;
     Error reportDecodingError(const DecodingError &error);
@@ -116,6 +122,7 @@ private:
     ErrorHandler m_errorHandler;
     std::atomic<bool> m_disableNetworkAccess = false;
     std::atomic<int> m_queueLimit = int(QueueRunner::defaultQueueLimit);
+    std::atomic<bool> m_startsOver = false;
     Atomic<std::optional<DisabledError>> m_disabledError;
     std::shared_ptr<KestrioServiceRequests> m_networkRequests;
     ServiceSessions m_sessions;

@@ -30,7 +30,7 @@ LibraryContext LibraryFixture::context(std::shared_ptr<URLTransport> transport) 
             .fileExecutor = thread,
             .transport = std::move(transport),
             .makeFlagsSource = [source = flagsSource](const QString &) {
-                return source;
+                return source->view();
             }};
 }
 

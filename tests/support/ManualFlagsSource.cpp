@@ -7,6 +7,17 @@ void ManualFlagsSource::change(ReachabilityFlags flags) {
     m_flags = flags;
     if (m_callback && m_queue)
         m_queue->async([callback = m_callback, flags] { callback(flags); });
+    for (const auto &known : m_views) {
+        if (const auto view = known.lock())
+            view->change(flags);
+    }
+}
+
+std::shared_ptr<ReachabilityFlagsSource> ManualFlagsSource::view() {
+    const std::lock_guard guard(m_lock);
+    const auto view = std::make_shared<ManualFlagsSource>(m_flags);
+    m_views.push_back(view);
+    return view;
 }
 
 void ManualFlagsSource::fail(Errors errors) {

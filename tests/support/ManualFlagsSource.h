@@ -3,6 +3,7 @@
 #include "KestrioKit/Platform/ReachabilityFlagsSource.h"
 
 #include <mutex>
+#include <vector>
 
 namespace KestrioKit {
 
@@ -23,6 +24,9 @@ public:
     void change(ReachabilityFlags flags);
     void fail(Errors errors);
 
+    /// Another view of the same system, for another listener.
+    std::shared_ptr<ReachabilityFlagsSource> view();
+
     /// Whether changes reach anybody.
     bool isListenedTo() const;
 
@@ -36,6 +40,7 @@ private:
     Errors m_errors;
     Callback m_callback;
     std::shared_ptr<const DispatchQueue> m_queue;
+    std::vector<std::weak_ptr<ManualFlagsSource>> m_views;
 };
 
 } // namespace KestrioKit
