@@ -1,6 +1,7 @@
 #include "KestrioKit/UI/QuestionView.h"
 
 #include "KestrioKit/UI/AccessibleRole.h"
+#include "KestrioKit/UI/DoublePressFilter.h"
 #include "KestrioKit/UI/Fonts.h"
 #include "KestrioKit/UI/KestrioUI.h"
 #include "KestrioKit/UI/Label.h"
@@ -36,6 +37,13 @@ QuestionContentContainer *makeContentView(const Question &question, const QColor
     Q_UNREACHABLE();
 }
 
+// What can be checked is part of an answer that another button sends.
+QList<QAbstractButton *> answeringButtons(const QWidget &contentView) {
+    QList<QAbstractButton *> buttons = contentView.findChildren<QAbstractButton *>();
+    buttons.removeIf([](const QAbstractButton *button) { return button->isCheckable(); });
+    return buttons;
+}
+
 } // namespace
 
 QuestionView::QuestionView(const Question &question, const QColor &themeColor, bool isLastQuestion,
@@ -58,8 +66,10 @@ QuestionView::QuestionView(const Question &question, const QColor &themeColor, b
     stackView->setContentsMargins({});
     stackView->setSpacing(KestrioUI::Padding::regular);
     stackView->addLayout(questionStackView);
-    if (m_contentView)
-        stackView->addWidget(m_contentView);
+    if (!m_contentView)
+        return;
+    stackView->addWidget(m_contentView);
+    new DoublePressFilter(answeringButtons(*m_contentView), clock, this);
 }
 
 void QuestionView::setDelegate(WeakDelegate<QuestionDelegate> delegate) {
