@@ -11,8 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView defaultLocale("en");
-
 Error presentationError(PresentationObstacle obstacle, const QString &reason) {
     return {presentationErrorDomain, int(obstacle), reason};
 }
@@ -36,14 +34,13 @@ std::optional<Error> obstacle(const Survey &survey, const QWidget *from) {
 } // namespace
 
 void speakLanguage(const Survey &survey) {
-    AnyLanguageBundle::framework().setLanguage(survey.locale.value_or(defaultLocale));
+    AnyLanguageBundle::framework().setLanguage(languageOf(survey));
 }
 
 std::optional<Error> presentSpecifiedSurvey(const Survey &survey, QWidget *from,
                                             const PresentationContext &context) {
     if (std::optional<Error> error = obstacle(survey, from))
         return error;
-    speakLanguage(survey);
     auto *const controller = new SurveyViewController(
         survey, context.themeColor, std::make_shared<KestrioSurveyResponder>(context.api, survey),
         context.clock);

@@ -22,6 +22,10 @@ constexpr auto folderSuffix = ".lproj"_L1;
 constexpr auto tableFile = "Localizable.qm"_L1;
 constexpr const char *tableContext = "Localizable";
 constexpr auto lastResort = "en"_L1;
+/// How many parts of a locale tell its language, "zh-Hant-TW", and how long they are together
+/// (RFC 5646). The service may send any number.
+constexpr qsizetype significantParts = 3;
+constexpr qsizetype significantLength = significantParts * 9 - 1;
 
 /// A name that a locale may begin with, and the language that has the texts for it.
 struct OtherName {
@@ -35,6 +39,14 @@ constexpr OtherName otherNames[] = {
     {"iw"_L1, "he"_L1},         {"in"_L1, "id"_L1},
 };
 
+QStringList listLanguages() {
+    registerTables();
+    QStringList names = QDir(tablesFolder).entryList({u'*' + folderSuffix}, QDir::Dirs, QDir::Name);
+    for (QString &name : names)
+        name.chop(folderSuffix.size());
+    return names;
+}
+
 QString languageNamed(const QString &name) {
     for (const QString &language : AnyLanguageBundle::languages()) {
         if (language.compare(name, Qt::CaseInsensitive) == 0)
@@ -47,9 +59,11 @@ QString languageNamed(const QString &name) {
     return {};
 }
 
-/// The language for `locale`, or for as many of its first parts as there is one for. Empty without.
-QString languageFor(QString locale) {
-    locale.replace(u'_', u'-');
+/// The language for the significant parts of a locale, or for as many of the first of them as there
+/// is one for. Empty without.
+QString languageFor(const QString &name) {
+    QString locale = name.left(significantLength);
+    locale = locale.replace(u'_', u'-').section(u'-', 0, significantParts - 1);
     for (; !locale.isEmpty(); locale.truncate(locale.lastIndexOf(u'-'))) {
         if (QString language = languageNamed(locale); !language.isEmpty())
             return language;
@@ -69,6 +83,11 @@ std::shared_ptr<const QTranslator> firstTable(const QStringList &locales) {
     return nullptr;
 }
 
+/// The table of that language, or else of the default language.
+std::shared_ptr<const QTranslator> tableFor(const QString &language) {
+    return firstTable(QStringList(language) + preferredLanguages() + QStringList(lastResort));
+}
+
 } // namespace
 
 AnyLanguageBundle::AnyLanguageBundle() {
@@ -80,22 +99,26 @@ AnyLanguageBundle &AnyLanguageBundle::framework() {
     return *bundle;
 }
 
-QStringList AnyLanguageBundle::languages() {
-    registerTables();
-    QStringList names = QDir(tablesFolder).entryList({u'*' + folderSuffix}, QDir::Dirs, QDir::Name);
-    for (QString &name : names)
-        name.chop(folderSuffix.size());
-    return names;
+const QStringList &AnyLanguageBundle::languages() {
+    static const auto *const names = new QStringList(listLanguages());
+    return *names;
 }
 
 void AnyLanguageBundle::setLanguage(const QString &language) {
-    const QStringList users = preferredLanguages();
-    m_table.setValue(firstTable(QStringList(language) + users + QStringList(lastResort)));
+    m_table.setValue(tableFor(language));
+}
+
+AnyLanguageBundle::Hold AnyLanguageBundle::holdLanguage(const QString &language) {
+    Hold table = tableFor(language);
+    m_heldTable.setValue(table);
+    return table;
 }
 
 QString AnyLanguageBundle::localizedString(const QString &key, const QString &value) const {
     // A translator that is not installed may be read, and let go of, on any thread.
-    const std::shared_ptr<const QTranslator> table = m_table.value();
+    std::shared_ptr<const QTranslator> table = m_heldTable.value().lock();
+    if (!table)
+        table = m_table.value();
     QString text = table ? table->translate(tableContext, key.toUtf8().constData()) : QString();
     if (!text.isEmpty())
         return text;

@@ -23,7 +23,7 @@ public:
     static AnyLanguageBundle &framework();
 
     /// The languages for which there are texts, by their folders' names: "de", "pt-BR", …
-    static QStringList languages();
+    static const QStringList &languages();
 
     /// Takes texts from `language` from now on, a locale's name in any case, with "-" or "_".
     /// Without a table of that name, the closest: "de" for "de-AT", "zh-Hant" for "zh-TW",
@@ -31,11 +31,19 @@ public:
     /// the default language, as the user's languages are now.
     void setLanguage(const QString &language);
 
+    /// Keeps the language that `holdLanguage()` was called with.
+    using Hold = std::shared_ptr<const QTranslator>;
+
+    /// Takes texts from `language`, found as above, for as long as the result lives, whatever
+    /// `setLanguage()` is called with meanwhile. The hold that was made last counts.
+    [[nodiscard]] Hold holdLanguage(const QString &language);
+
     /// The text for `key`. Without one: `value`, or where that is empty the key itself.
     QString localizedString(const QString &key, const QString &value = {}) const;
 
 private:
     Atomic<std::shared_ptr<const QTranslator>> m_table;
+    Atomic<std::weak_ptr<const QTranslator>> m_heldTable;
 };
 
 } // namespace KestrioKit

@@ -31,6 +31,8 @@ constexpr auto dissolveDuration = 200ms;
 /// Qt does not tell how long its keyboards take to come; this is what most do.
 constexpr auto keyboardDuration = 250ms;
 
+constexpr QLatin1StringView defaultLocale("en");
+
 QColor backgroundColor() {
     return QColor::fromRgbF(0, 0, 0, 0.6F);
 }
@@ -47,10 +49,15 @@ Qt::LayoutDirection textDirection(const std::optional<QString> &locale) {
 
 } // namespace
 
+QString languageOf(const Survey &survey) {
+    return survey.locale.value_or(Constant::defaultLocale);
+}
+
 SurveyViewController::SurveyViewController(Survey survey, const QColor &themeColor,
                                            std::shared_ptr<KestrioSurveyResponder> submitter,
                                            const Clock &clock)
     : m_survey(std::move(survey)),
+      m_language(AnyLanguageBundle::framework().holdLanguage(languageOf(m_survey))),
       m_submitter(std::move(submitter)),
       m_clock(clock),
       m_backgroundView(new BackgroundView(Constant::backgroundColor())),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KestrioKit/Platform/ApplicationLifecycle.h"
+#include "KestrioKit/Platform/LanguageBundle.h"
 #include "KestrioKit/Service/KestrioSurveyResponder.h"
 #include "KestrioKit/UI/KeyboardObserver.h"
 #include "KestrioKit/UI/ModalOverlay.h"
@@ -22,6 +23,9 @@ public:
     /// Called without a survey once one has been shown and is gone.
     virtual void setSurvey(std::optional<Survey> survey) = 0;
 };
+
+/// The language that a survey is shown in: its locale, or English without one.
+QString languageOf(const Survey &survey);
 
 /// A survey on screen: dims a window, slides a card in over it, records the answers, and says which
 /// question comes next. What was answered is submitted once, however the survey ends: dismissed, by
@@ -77,6 +81,7 @@ private:
     void submit();
 
     Survey m_survey;
+    AnyLanguageBundle::Hold m_language;
     std::shared_ptr<KestrioSurveyResponder> m_submitter;
     const Clock &m_clock;
     std::weak_ptr<SurveyViewControllerDelegate> m_delegate;

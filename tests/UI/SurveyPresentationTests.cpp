@@ -1,6 +1,8 @@
 #include "tests/UI/SurveyScreenTest.h"
 
 #include "KestrioKit/Facade/DebugSurvey.h"
+#include "KestrioKit/Platform/LanguageBundle.h"
+#include "KestrioKit/UI/ActionButton.h"
 #include "KestrioKit/UI/KeyboardObserver.h"
 
 #include <QAccessible>
@@ -141,6 +143,23 @@ TEST_F(SurveyPresentation, SaysWhyItCannotShowASurvey) {
     EXPECT_EQ(printed.count(u"There is no widget"_s), 2);
     EXPECT_EQ(printed.count(u"is not shown itself"_s), 1);
     EXPECT_EQ(printed.count(u"Another survey"_s), 1);
+}
+
+TEST_F(SurveyPresentation, KeepsItsLanguageWhenAnotherSurveyArrives) {
+    const auto finishIn = [](const QString &language) {
+        AnyLanguageBundle bundle;
+        bundle.setLanguage(language);
+        return bundle.localizedString(u"Finish"_s);
+    };
+    present(scaleAndText, "de");
+    answer("POST /events",
+           {200, QByteArray(R"({"vid":1,"locale":"fr","questions":)") + scaleAndText + "}"});
+    core->track(u"Other"_s, [](SurveyState) {});
+    finish();
+    click(u"Option 5"_s);
+    EXPECT_EQ(view<ActionButton>()->text(), finishIn(u"de"_s));
+    delete survey();
+    EXPECT_EQ(AnyLanguageBundle::framework().localizedString(u"Finish"_s), finishIn(u"fr"_s));
 }
 
 TEST_F(SurveyPresentation, FetchesASurveyByItsNumber) {
