@@ -1,5 +1,6 @@
 #include "KestrioKit/UI/Animation.h"
 
+#include <QApplication>
 #include <QEasingCurve>
 #include <QStyle>
 #include <QWidget>
@@ -35,9 +36,10 @@ qreal secondsOf(std::chrono::milliseconds duration) {
     return std::chrono::duration<qreal>(duration).count();
 }
 
-// Whether the platform asks for the same states without the way there.
-bool wantsLessMotion(const QWidget *view) {
-    return view->style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, view) <= 0;
+// Whether the platform asks for the same states without the way there. The view's own style does
+// not know.
+bool wantsLessMotion() {
+    return QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) <= 0;
 }
 
 } // namespace
@@ -68,7 +70,7 @@ Animation::Animation(QWidget *view, const AnimationTiming &timing, Apply apply)
 
 Animation *Animation::start(QWidget *view, const AnimationTiming &timing, Apply apply,
                             std::function<void()> finished) {
-    if (!view->isVisible() || wantsLessMotion(view)) {
+    if (!view->isVisible() || wantsLessMotion()) {
         apply(1);
         if (finished)
             finished();

@@ -1,6 +1,5 @@
 #include "KestrioKit/UI/Fonts.h"
 
-#include <QFontDatabase>
 #include <QFontInfo>
 #include <QGuiApplication>
 
@@ -8,11 +7,8 @@
 
 namespace KestrioKit {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
-constexpr auto preferredFamily = "Inter"_L1;
 constexpr qreal referencePointSize = 10;
 constexpr int title2PixelSize = 22;
 constexpr int bodyPixelSize = 17;
@@ -28,8 +24,8 @@ QFont preferredFont(TextStyle style) {
     // Resolved, because the host may have given its font's size in pixels.
     const qreal growth =
         std::max<qreal>(QFontInfo(applicationFont).pointSizeF() / referencePointSize, 1);
-    QFont font = QFontDatabase::hasFamily(preferredFamily) ? QFont(preferredFamily)
-                                                           : QFont(applicationFont.families());
+    // The family alone: whatever else the host's font is, bold say, is not for a survey.
+    QFont font(applicationFont.families());
     font.setPixelSize(qRound(pixelSize(style) * growth));
     return font;
 }

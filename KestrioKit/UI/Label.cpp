@@ -5,22 +5,11 @@
 
 namespace KestrioKit {
 
-using namespace Qt::StringLiterals;
-
-namespace {
-
-/// Only a style sheet of its own keeps those of the host away.
-constexpr auto ownStyleSheet =
-    "background: none; border: none; margin: 0; padding: 0; min-width: 0; min-height: 0"_L1;
-
-} // namespace
-
 Label::Label(const QString &text, const QFont &font, const QColor &color, Qt::Alignment alignment)
     : m_text(text, font), m_overhang(m_text.overhang()), m_color(color), m_alignment(alignment) {
     // The base is what tells assistive technology of the text.
     setTextFormat(Qt::PlainText);
     setText(text);
-    setStyleSheet(ownStyleSheet);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
 }
 

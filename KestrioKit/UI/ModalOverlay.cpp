@@ -1,6 +1,7 @@
 #include "KestrioKit/UI/ModalOverlay.h"
 
 #include "KestrioKit/UI/Animation.h"
+#include "KestrioKit/UI/OwnLook.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>
@@ -17,14 +18,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto thawDuration = 120ms;
-
-/// The nearest style sheet wins over those of the window and of the application.
-constexpr auto resettingStyleSheet =
-    "* { background: none; border: none; margin: 0; padding: 0; min-width: 0; min-height: 0; }"_L1;
-
-bool hasStyleSheet(const QWidget &window) {
-    return !qApp->styleSheet().isEmpty() || !window.styleSheet().isEmpty();
-}
 
 /// What a widget that does not want it would hand on to the widget under it.
 bool isInput(QEvent::Type type) {
@@ -55,6 +48,7 @@ bool isInput(QEvent::Type type) {
 } // namespace
 
 ModalOverlay::ModalOverlay() {
+    keepOwnLook(this);
     // Touches are not accepted, since Qt makes mouse events of those that nobody takes. They do not
     // go on to the host either.
     setAttribute(Qt::WA_NoMousePropagation);
@@ -70,8 +64,6 @@ ModalOverlay::~ModalOverlay() {
 
 void ModalOverlay::cover(QWidget *window) {
     m_focusBefore = window->focusWidget();
-    if (hasStyleSheet(*window))
-        setStyleSheet(resettingStyleSheet);
     window->installEventFilter(this);
     setParent(window);
     // A native window of the host's would lie above anything that is none.

@@ -19,10 +19,11 @@ constexpr int pixelsPerLine = 20;
 /// What is left between a view that was scrolled to and the edge.
 constexpr int revealMargin = 8;
 
-int distance(const QWheelEvent &event) {
+qreal distance(const QWheelEvent &event) {
     if (!event.pixelDelta().isNull())
         return event.pixelDelta().y();
-    return event.angleDelta().y() * QApplication::wheelScrollLines() * pixelsPerLine / anglePerStep;
+    const qreal steps = qreal(event.angleDelta().y()) / anglePerStep;
+    return steps * QApplication::wheelScrollLines() * pixelsPerLine;
 }
 
 } // namespace
@@ -130,7 +131,14 @@ void ScrollView::resizeEvent(QResizeEvent *) {
 }
 
 void ScrollView::wheelEvent(QWheelEvent *event) {
-    setOffset(m_offset - distance(*event));
+    const qreal turned = distance(*event);
+    // A wheel that turns back starts from there.
+    if (turned * m_wheelRemainder < 0)
+        m_wheelRemainder = 0;
+    m_wheelRemainder += turned;
+    const int whole = int(m_wheelRemainder);
+    m_wheelRemainder -= whole;
+    setOffset(m_offset - whole);
 }
 
 } // namespace KestrioKit

@@ -45,6 +45,8 @@ private:
 
     QWidget *m_content = nullptr;
     int m_offset = 0;
+    /// What a fine wheel has turned that does not make a pixel yet.
+    qreal m_wheelRemainder = 0;
 };
 
 } // namespace KestrioKit

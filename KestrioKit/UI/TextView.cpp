@@ -3,7 +3,10 @@
 #include "KestrioKit/UI/Drawing.h"
 #include "KestrioKit/UI/Fonts.h"
 #include "KestrioKit/UI/KestrioUI.h"
+#include "KestrioKit/UI/OwnLook.h"
 
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextDocument>
@@ -17,27 +20,40 @@ namespace {
 
 constexpr int focusedBorderWidth = 2;
 
-// Only a style sheet of its own keeps those of the host away.
-QString ownStyleSheet(const QFont &font, const QColor &themeColor, int height) {
-    return u"QWidget { background: transparent; border: none; margin: 0; padding: 0; }"
-           "QTextEdit { min-height: %1px; max-height: %1px; color: %2; font: %3px \"%4\";"
-           " selection-background-color: %5; selection-color: white; }"
+QString ownStyleSheet(const QColor &themeColor, int height) {
+    return u"QWidget { %1 }"
+           "QTextEdit { min-height: %2px; max-height: %2px; color: %3;"
+           " selection-background-color: %4; selection-color: white; }"
            "QScrollBar:vertical { margin: 3px; width: 10px; }"
-           "QScrollBar::handle:vertical { background: %6; border-radius: 2px; min-height: 16px; }"
+           "QScrollBar::handle:vertical { %1 background: %5; border-radius: 2px;"
+           " min-height: 16px; }"
            "QScrollBar::add-line, QScrollBar::sub-line, QScrollBar::add-page, QScrollBar::sub-page"
-           " { background: none; border: none; height: 0; }"_s.arg(height)
-               .arg(KestrioUI::Color::text().name())
+           " { background: none; border: none; height: 0; }"_s.arg(undoingDeclarations())
+               .arg(height)
+               .arg(KestrioUI::Color::text().name(), themeColor.name(),
+                    KestrioUI::Color::inactive().name());
+}
+
+QString menuStyleSheet(const QColor &themeColor, const QFont &font) {
+    return u"QMenu, QMenu::item, QMenu::separator { %1 }"
+           "QMenu { background: white; border: 1px solid %2; color: %3; font: %4px \"%5\"; }"
+           "QMenu::item { color: %3; padding: 6px 24px; }"
+           "QMenu::item:selected { background: %6; color: white; }"
+           "QMenu::item:disabled { background: none; color: %2; }"
+           "QMenu::separator { background: %2; height: 1px; margin: 4px 0; }"_s
+               .arg(undoingDeclarations(), KestrioUI::Color::inactive().name(),
+                    KestrioUI::Color::text().name())
                .arg(font.pixelSize())
-               .arg(font.family(), themeColor.name(), KestrioUI::Color::inactive().name());
+               .arg(font.family(), themeColor.name());
 }
 
 } // namespace
 
 TextView::TextView(const QColor &themeColor, int inset, int height)
-    : m_themeColor(themeColor), m_caret(*this, themeColor) {
-    const QFont font = preferredFont(TextStyle::body);
-    setStyleSheet(ownStyleSheet(font, themeColor, height));
-    setFont(font);
+    : m_themeColor(themeColor), m_font(preferredFont(TextStyle::body)), m_caret(*this, themeColor) {
+    setStyle(ownStyle());
+    setStyleSheet(ownStyleSheet(themeColor, height));
+    setFont(m_font);
     setFixedHeight(height);
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -49,6 +65,8 @@ TextView::TextView(const QColor &themeColor, int inset, int height)
                        focusedBorderWidth);
     document()->setDocumentMargin(inset - focusedBorderWidth);
     viewport()->setAutoFillBackground(false);
+    // The margin counts as an edit.
+    document()->clearUndoRedoStacks();
 }
 
 // Unlike the base's plain text it keeps spaces that do not break.
@@ -91,6 +109,17 @@ void TextView::changeEvent(QEvent *event) {
         document()->setDefaultTextOption(option);
     }
     QTextEdit::changeEvent(event);
+    // The base takes over what a host's font or style sheet adds to the widget's font.
+    if (document()->defaultFont() != m_font)
+        document()->setDefaultFont(m_font);
+}
+
+// The base's menu would take the field's own style sheet, and show nothing of what is on it.
+void TextView::contextMenuEvent(QContextMenuEvent *event) {
+    QMenu *const menu = createStandardContextMenu(event->pos());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setStyleSheet(menuStyleSheet(m_themeColor, m_font));
+    menu->popup(event->globalPos());
 }
 
 // One painter at a time: the base has its own.

@@ -24,6 +24,7 @@ public:
 protected:
     bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
@@ -32,6 +33,7 @@ private:
     void drawFrame();
 
     QColor m_themeColor;
+    QFont m_font;
     Caret m_caret;
 };
 

@@ -9,6 +9,8 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QTextEdit>
 
 namespace KestrioKit {
@@ -137,6 +139,32 @@ TEST_F(ContentViews, TextIsAnsweredAsTyped) {
     EXPECT_EQ(colorAt(frame(field->viewport()).x() + field->cursorRect().x(), 25), theme);
     QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
     EXPECT_EQ(colorAt(14, 13), theme);
+}
+
+TEST_F(ContentViews, TextFieldHasAnUndoAndAMenuOfItsOwn) {
+    make<OpenQuestionContentView>();
+    auto *const field = window.findChild<QTextEdit *>(u"Open question prompt"_s);
+    const qreal margin = field->document()->documentMargin();
+    QTest::keyClick(field, Qt::Key_X);
+    for (int times = 0; times < 3; ++times)
+        QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(field->document()->documentMargin(), margin);
+    // The offscreen platform warns of what it cannot do for a menu.
+    const auto handler = qInstallMessageHandler([](auto, auto &, auto &) {});
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, field->mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(field, &event);
+    auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    const QImage picture = menu->grab().toImage();
+    qInstallMessageHandler(handler);
+    EXPECT_EQ(picture.pixelColor(4, 4), Qt::white);
+    int dark = 0;
+    for (int pixel = 0; pixel < picture.width() * picture.height(); ++pixel)
+        dark +=
+            picture.pixelColor(pixel % picture.width(), pixel / picture.width()).lightness() < 90;
+    EXPECT_GT(dark, 0);
+    EXPECT_LT(dark, picture.width() * picture.height() / 10);
+    menu->close();
 }
 
 TEST_F(ContentViews, AScaleIsOneStopForTab) {

@@ -67,9 +67,42 @@ private:
     bool m_isVisible = true;
 };
 
+/// A host's style that leaves nothing as it is.
+class RudeStyle final : public StillStyle {
+public:
+    void polish(QWidget *widget) override {
+        StillStyle::polish(widget);
+        if (!widget->isWindow())
+            widget->setMinimumSize(90, 90);
+    }
+    int pixelMetric(PixelMetric metric, const QStyleOption *option,
+                    const QWidget *widget) const override {
+        return StillStyle::pixelMetric(metric, option, widget) + 7;
+    }
+};
+
 } // namespace
 
-using SurveyLayout = SurveyScreenTest;
+class SurveyLayout : public SurveyScreenTest {
+protected:
+    /// Of a card that asks a question of that type, of which `meanwhile` is called before the
+    /// second page.
+    QImage pictureOf(const QByteArray &type, const std::function<void()> &meanwhile) {
+        const QByteArray question = R"({"name":1,"type":")" + type + R"(","props":{"message":"How?",
+            "options":[{"id":1,"label":"One","value":"1"}]}})";
+        present("[" + question + "]");
+        meanwhile();
+        if (type == "likert")
+            click(u"Option 3"_s);
+        window.setFocus();
+        // Within the corners, around which the host shows.
+        const QRect card = frame(u"Kestrio Survey"_s).adjusted(14, 14, -14, -14);
+        const QImage image = window.grab(card).toImage();
+        delete survey();
+        core->setSurvey(std::nullopt);
+        return image;
+    }
+};
 
 TEST_F(SurveyLayout, SizesTheCardByTheWindow) {
     present(shortQuestion);
@@ -111,10 +144,19 @@ TEST_F(SurveyLayout, ScrollsWhatIsTooHighAndFollowsTheFocus) {
     key(Qt::Key_PageDown);
     EXPECT_EQ(scroll->offset(), scroll->height());
     const QPoint middle = frame(scroll).center();
-    QWindowSystemInterface::handleWheelEvent(window.windowHandle(), middle,
-                                             window.mapToGlobal(middle), {}, {0, 120});
-    finish();
-    EXPECT_LT(scroll->offset(), scroll->height());
+    const auto turn = [&](int eighthsOfADegree) {
+        QWindowSystemInterface::handleWheelEvent(
+            window.windowHandle(), middle, window.mapToGlobal(middle), {}, {0, eighthsOfADegree});
+        finish();
+        return scroll->offset();
+    };
+    const int notch = scroll->height() - turn(120);
+    EXPECT_GT(notch, 0);
+    for (int step = 0; step < 120; ++step)
+        turn(1);
+    EXPECT_EQ(scroll->offset(), scroll->height() - 2 * notch);
+    turn(-1);
+    EXPECT_EQ(turn(-1), scroll->height() - 2 * notch + 1);
     key(Qt::Key_End);
     EXPECT_EQ(focused(), u"Multi-choice option: Option 60"_s);
     EXPECT_TRUE(frame(scroll).contains(frame(u"Multi-choice option: Option 60"_s)));
@@ -155,30 +197,47 @@ TEST_F(SurveyLayout, ScrollsWithAFingerWithoutPressing) {
     EXPECT_EQ(view<SurveyView>()->questionIndex(), 1);
 }
 
-TEST_F(SurveyLayout, LooksTheSameUnderAHostsStyleSheet) {
-    const auto picture = [this](const QByteArray &type) {
-        present(R"([{"name":1,"type":")" + type + R"(","props":{"message":"How?",
-            "options":[{"id":1,"label":"One","value":"1"}]}}])");
-        if (type == "likert")
-            click(u"Option 3"_s);
-        window.setFocus();
-        // Within the corners, around which the host shows.
-        const QRect card = frame(u"Kestrio Survey"_s).adjusted(14, 14, -14, -14);
-        const QImage image = window.grab(card).toImage();
-        delete survey();
-        core->setSurvey(std::nullopt);
-        return image;
+TEST_F(SurveyLayout, LooksTheSameWhateverTheHostLooksLike) {
+    const QString sheet =
+        // Not for the window itself, which lies in a parent.
+        u"QWidget QWidget QWidget { min-width: 120px; max-width: 300px; max-height: 90px;"
+        " padding: 9px; border: 3px solid red; background: yellow; color: red; font: 40px serif;"
+        " text-decoration: underline }"
+        "QLabel { min-height: 90px } QTextEdit { min-height: 200px }"
+        "QTextEdit:focus { color: blue } QScrollBar { width: 40px }"_s;
+    const QFont plainFont = QApplication::font();
+    QFont font = plainFont;
+    font.setBold(true);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, 5);
+    QWidget parent;
+    window.setParent(&parent, Qt::Window);
+    window.show();
+    const std::function<void()> plain = [&] {
+        qApp->setStyleSheet({});
+        window.setStyleSheet({});
+        parent.setStyleSheet({});
+        QApplication::setStyle(new StillStyle);
+        QApplication::setFont(plainFont);
+        QApplication::setPalette({});
+    };
+    const std::function<void()> looks[] = {
+        [&] { qApp->setStyleSheet(sheet); },
+        [&] { window.setStyleSheet(sheet); },
+        [&] { parent.setStyleSheet(sheet); },
+        [] { QApplication::setStyle(new RudeStyle); },
+        [&] { QApplication::setFont(font); },
+        [] { QApplication::setPalette(QPalette(Qt::red, Qt::yellow)); },
     };
     for (const QByteArray type : {"nps", "open", "multiplechoice", "multipleselect", "likert"}) {
-        const QImage plain = picture(type);
-        qApp->setStyleSheet(
-            u"QWidget QWidget { min-width: 120px; min-height: 60px; padding: 9px; color: red;"
-            " background: yellow; border: 3px solid red; font: 40px serif }"
-            "QLabel { min-height: 90px } QTextEdit { min-height: 200px }"
-            "QTextEdit:focus { color: blue } QScrollBar { width: 40px }"_s);
-        EXPECT_EQ(picture(type), plain) << type.constData();
-        qApp->setStyleSheet({});
+        const QImage picture = pictureOf(type, plain);
+        for (const auto &look : looks) {
+            SCOPED_TRACE(type.toStdString() + std::to_string(&look - looks));
+            EXPECT_EQ(pictureOf(type, look), picture);
+            EXPECT_EQ(pictureOf(type, [] {}), picture);
+            plain();
+        }
     }
+    window.setParent(nullptr);
 }
 
 TEST_F(SurveyLayout, RisesJustAboveTheKeyboard) {

@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QProxyStyle>
 #include <QStyleFactory>
 #include <QWindow>
 
@@ -17,18 +16,6 @@ namespace {
 
 constexpr QSize windowSize(390, 700);
 
-class StillStyle final : public QProxyStyle {
-public:
-    StillStyle() : QProxyStyle(u"fusion"_s) {}
-
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *data) const override {
-        if (hint == SH_Widget_Animation_Duration)
-            return 0;
-        return QProxyStyle::styleHint(hint, option, widget, data);
-    }
-};
-
 QString compact(const QJsonValue &value) {
     return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact))
         .chopped(1)
@@ -36,6 +23,15 @@ QString compact(const QJsonValue &value) {
 }
 
 } // namespace
+
+StillStyle::StillStyle() : QProxyStyle(u"fusion"_s) {}
+
+int StillStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                          QStyleHintReturn *data) const {
+    return hint == SH_Widget_Animation_Duration
+               ? 0
+               : QProxyStyle::styleHint(hint, option, widget, data);
+}
 
 SurveyScreenTest::SurveyScreenTest() {
     QApplication::setStyle(new StillStyle);

@@ -5,10 +5,19 @@
 #include "tests/support/OnlineFixture.h"
 
 #include <QLineEdit>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QTest>
 
 namespace KestrioKit {
+
+/// A host's style, without animations.
+class StillStyle : public QProxyStyle {
+public:
+    StillStyle();
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override;
+};
 
 /// A host's window with a field and a button, and surveys over it that the service sends and is
 /// told about. Nothing moves: each state is there at once, but for `finishDelay`.
