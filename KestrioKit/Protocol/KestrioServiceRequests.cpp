@@ -1,5 +1,8 @@
 #include "KestrioKit/Protocol/KestrioServiceRequests.h"
 
+#include "KestrioKit/Platform/Logging.h"
+
+#include <QRegularExpression>
 #include <QUrlQuery>
 
 #include <algorithm>
@@ -17,6 +20,8 @@ constexpr auto localScheme = "http"_L1;
 constexpr int localPort = 8080;
 constexpr auto scheme = "https"_L1;
 constexpr auto bulkVersion = "2"_L1;
+constexpr int highestPort = 65535;
+constexpr auto hostVariable = "KESTRIO_HOSTNAME";
 constexpr double millisecondsPerSecond = 1000;
 
 // What may stand in a path besides letters, digits and "-._~" (RFC 3986, 3.3). QUrl's own escaping
@@ -41,7 +46,6 @@ bool isReadable(const QUrl &url) {
 
 QString hostFromEnvironment() {
     constexpr auto environmentVariable = "KESTRIO_ENVIRONMENT";
-    constexpr auto hostVariable = "KESTRIO_HOSTNAME";
     if (qEnvironmentVariableIsSet(environmentVariable)) {
         const QString environment = qEnvironmentVariable(environmentVariable);
         if (environment.contains("local"_L1))
@@ -65,6 +69,44 @@ qint64 nextReportNumber(const Clock &clock) {
     return number;
 }
 
+/// A host name, an IPv4 address or an IPv6 address, the latter in brackets where a port follows it.
+struct HostAndPort {
+    QString host;
+    std::optional<int> port;
+};
+
+/// Splits "host", "host:port" or "[address]:port". Absent when what follows the host is no port.
+std::optional<HostAndPort> splitHost(const QString &text) {
+    const qsizetype colon = text.lastIndexOf(u':');
+    const bool isBareAddress = !text.startsWith(u'[') && text.count(u':') > 1;
+    if (colon < 0 || isBareAddress || text.endsWith(u']'))
+        return HostAndPort{text, {}};
+    const QString digits = text.sliced(colon + 1);
+    static const QRegularExpression port(u"^[0-9]{1,5}\\z"_s);
+    if (!port.match(digits).hasMatch() || digits.toInt() < 1 || digits.toInt() > highestPort)
+        return std::nullopt;
+    return HostAndPort{text.first(colon), digits.toInt()};
+}
+
+/// What every URL begins with. Absent when `text` cannot be a host.
+std::optional<QUrl> baseUrl(const QString &text) {
+    const std::optional<HostAndPort> parts = splitHost(text);
+    if (!parts)
+        return std::nullopt;
+    const bool local = text.contains(localHost);
+    QUrl url;
+    url.setScheme(local ? localScheme : scheme);
+    url.setHost(parts->host);
+    // An http URL must name a host (RFC 9110, 4.2); QUrl drops one that it finds invalid.
+    if (url.host().isEmpty())
+        return std::nullopt;
+    if (parts->port)
+        url.setPort(*parts->port);
+    else if (local)
+        url.setPort(localPort);
+    return isReadable(url) ? std::optional(url) : std::nullopt;
+}
+
 std::optional<URLRequest> request(const char *method, const std::optional<QUrl> &url) {
     if (!url)
         return std::nullopt;
@@ -83,7 +125,7 @@ std::optional<URLRequest> request(const char *method, const std::optional<QUrl> 
 } // namespace
 
 QString KestrioServiceRequests::host() const {
-    std::call_once(m_hostOnce, [this] { m_host = hostFromEnvironment(); });
+    findHost();
     return m_host;
 }
 
@@ -92,22 +134,33 @@ KestrioServiceRequests::forVisitor(std::optional<qint64> visitorIdentifier) cons
     auto requests = std::make_unique<KestrioServiceRequests>(m_clock);
     requests->setEnvironment(environment());
     requests->setVisitorIdentifier(visitorIdentifier);
-    std::call_once(requests->m_hostOnce, [&] { requests->m_host = host(); });
+    findHost();
+    std::call_once(requests->m_hostOnce, [&] {
+        requests->m_host = m_host;
+        requests->m_baseUrl = m_baseUrl;
+    });
     return requests;
 }
 
+void KestrioServiceRequests::findHost() const {
+    std::call_once(m_hostOnce, [this] {
+        const QString text = hostFromEnvironment();
+        m_baseUrl = baseUrl(text);
+        m_host = m_baseUrl ? m_baseUrl->host() : text;
+        if (!m_baseUrl)
+            printLine(
+                u"[KestrioService] Nothing can be sent: %1 is not a host, with or without a port: %2"_s
+                    .arg(QLatin1StringView(hostVariable), printedForm(text)));
+    });
+}
+
 std::optional<QUrl> KestrioServiceRequests::url(const QString &path) const {
-    const bool local = host().contains(localHost);
-    QUrl url;
-    url.setScheme(local ? localScheme : scheme);
-    url.setHost(host());
-    // An http URL must name a host (RFC 9110, 4.2); QUrl drops one that it finds invalid.
-    if (url.host().isEmpty() || leadsElsewhere(path))
+    findHost();
+    if (!m_baseUrl || leadsElsewhere(path))
         return std::nullopt;
-    if (local)
-        url.setPort(localPort);
+    QUrl url = *m_baseUrl;
     url.setPath(escapedPath(path), QUrl::StrictMode);
-    return isReadable(url) ? std::optional(url) : std::nullopt;
+    return url.isValid() ? std::optional(url) : std::nullopt;
 }
 
 std::optional<QUrl> KestrioServiceRequests::versionedUrl(const QString &relativePath) const {

@@ -43,7 +43,9 @@ public:
 
     /// The service's host name, taken from the process environment at the first call:
     /// "KESTRIO_ENVIRONMENT" that contains "local" (localhost) or "stag" (staging), or does not
-    /// (production); else "KESTRIO_HOSTNAME"; else production.
+    /// (production); else "KESTRIO_HOSTNAME"; else production. The variable may name a port, as in
+    /// "[::1]:3000". Requests then go to that port, and this is the host alone. A value that cannot
+    /// be a host is logged once.
     QString host() const;
 
     /// The version of the service's interface: the first segment of most paths.
@@ -67,6 +69,7 @@ public:
     std::optional<URLRequest> newRecordError(const Request::RecordError &error) const;
 
 private:
+    void findHost() const;
     std::optional<QUrl> url(const QString &path) const;
     std::optional<QUrl> versionedUrl(const QString &relativePath) const;
     std::optional<QUrl> environmentUrl(const QString &subPath) const;
@@ -79,6 +82,8 @@ private:
     Atomic<std::optional<qint64>> m_visitorIdentifier;
     mutable std::once_flag m_hostOnce;
     mutable QString m_host;
+    /// Without a path; absent when `m_host` makes none.
+    mutable std::optional<QUrl> m_baseUrl;
 };
 
 } // namespace KestrioKit

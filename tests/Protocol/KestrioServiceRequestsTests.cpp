@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace KestrioKit;
 using namespace Qt::StringLiterals;
 
@@ -47,14 +49,31 @@ TEST_F(KestrioServiceRequestsTests, takesTheHostFromTheEnvironment) {
         {{}, "service.test", "https://service.test/"},
         {{}, "my.localhost", "http://my.localhost:8080/"},
         {{}, "::1", "https://[::1]/"},
+        {{}, "localhost:3000", "http://localhost:3000/"},
+        {{}, "service.test:65535", "https://service.test:65535/"},
+        {{}, "[::1]:3000", "https://[::1]:3000/"},
+        {{}, "[::1]", "https://[::1]/"},
         // No host names.
         {{}, "service.test/path", ""},
-        {{}, "localhost:3000", ""},
+        {{}, "http://service.test", ""},
+        {{}, "service.test:", ""},
+        {{}, "service.test:0", ""},
+        {{}, "service.test:65536", ""},
+        {{}, "localhost:+80", ""},
+        {{}, ":3000", ""},
+        {{}, "::1]:3000", ""},
+        {{}, "user@service.test", ""},
         {{}, "", ""},
     };
     for (const auto &[environment, host, expected] : cases) {
         setHostVariables(environment, host);
-        const auto request = KestrioServiceRequests(clock).newConfig();
+        testing::internal::CaptureStdout();
+        const KestrioServiceRequests builder(clock);
+        const auto request = builder.newConfig();
+        EXPECT_EQ(builder.newVisitors({}).has_value(), request.has_value());
+        const std::string printed = testing::internal::GetCapturedStdout();
+        EXPECT_EQ(std::ranges::count(printed, '\n'), request ? 0 : 1);
+        EXPECT_EQ(printed.find("KESTRIO_HOSTNAME") == std::string::npos, request.has_value());
         EXPECT_EQ(request ? request->url.resolved(QUrl(u"/"_s)).toEncoded() : QByteArray(),
                   expected)
             << host.value_or("no host").constData();
