@@ -1,5 +1,7 @@
 #include "KestrioKit/Platform/Logging.h"
 
+#include <QRegularExpression>
+
 #include <array>
 #include <cstdio>
 #include <mutex>
@@ -13,8 +15,43 @@ namespace {
 constexpr std::array<QLatin1StringView, 5> levelNames{"FINE"_L1, "INFO"_L1, "DEBUG"_L1, "ERROR"_L1,
                                                       "NONE"_L1};
 
+constexpr auto maskedToken = R"("token":"***")"_L1;
+
 QString printedDate(const QDateTime &date) {
     return date.toUTC().toString(u"yyyy-MM-dd HH:mm:ss"_s) + u" +0000"_s;
+}
+
+/// Whether a terminal, a file's reader or a parser of JSON could take it for the end of a line, or
+/// for more than a character.
+bool isControl(QChar character) {
+    return character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
+           character == QChar::ParagraphSeparator;
+}
+
+QString escaped(QChar character) {
+    switch (character.unicode()) {
+    case '\n':
+        return u"\\n"_s;
+    case '\r':
+        return u"\\r"_s;
+    case '\t':
+        return u"\\t"_s;
+    default:
+        return u"\\u%1"_s.arg(int(character.unicode()), 4, 16, QLatin1Char('0'));
+    }
+}
+
+/// `text` without anything that ends a line, so that nobody who chooses its words writes two.
+QString singleLine(const QString &text) {
+    QString line;
+    line.reserve(text.size());
+    for (const QChar character : text) {
+        if (isControl(character))
+            line += escaped(character);
+        else
+            line += character;
+    }
+    return line;
 }
 
 void write(const QString &text) {
@@ -50,22 +87,26 @@ bool passes(LogLevel level, LogLevel current) {
 }
 
 void printLine(const QString &line) {
-    write(line + u'\n');
+    write(singleLine(line) + u'\n');
 }
 
 QString printedForm(const QString &text) {
-    QString escaped = text;
-    escaped.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s);
-    escaped.replace(u'\n', u"\\n"_s).replace(u'\r', u"\\r"_s);
-    return u'"' + escaped + u'"';
+    QString quoted = text;
+    quoted.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s);
+    return u'"' + singleLine(quoted) + u'"';
 }
 
 QString printedForm(const char *text) {
     return printedForm(QString::fromUtf8(text));
 }
 
-QString printedForm(const QByteArray &text) {
-    return printedForm(QString::fromUtf8(text));
+QString printedForm(const QByteArray &body) {
+    // Possessive, so that a long token does not reach the limits of matching. Its end may be
+    // missing.
+    static const auto *const token =
+        new QRegularExpression(uR"("token"\s*:\s*"(?:[^"\\]++|\\.)*+"?)"_s,
+                               QRegularExpression::DotMatchesEverythingOption);
+    return printedForm(QString::fromUtf8(body).replace(*token, maskedToken));
 }
 
 QString printedForm(qint64 number) {
@@ -111,7 +152,7 @@ void LogTrace::print() const {
     QString text = u"%1 TRACE %2 elapsed: %3\n"_s.arg(printedDate(m_start), rawValue(m_level),
                                                       QString::number(elapsed));
     for (const Entry &entry : m_entries)
-        text += printedDate(entry.date) + u'\t' + printedList(entry.messages) + u'\n';
+        text += printedDate(entry.date) + u'\t' + singleLine(printedList(entry.messages)) + u'\n';
     write(text);
 }
 

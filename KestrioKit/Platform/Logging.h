@@ -24,14 +24,16 @@ LogLevel currentLogLevel();
 /// Whether a message of `level` is printed when `current` is asked for. `none` never is.
 bool passes(LogLevel level, LogLevel current);
 
-/// Writes one line to standard output as a whole. Thread-safe.
+/// Writes one line to standard output as a whole. Thread-safe. It stays one line whatever is in it:
+/// control characters and Unicode's line separators are escaped, as "\n" or "\u2028".
 void printLine(const QString &line);
 
 /// The printed form of an item of a log line: texts in double quotes, the rest as it is. Types of
 /// other layers add their own overloads beside their declarations.
 QString printedForm(const QString &text);
 QString printedForm(const char *text);
-QString printedForm(const QByteArray &text);
+/// Of the body of a request or an answer, in UTF-8: a visitor's token in it is masked.
+QString printedForm(const QByteArray &body);
 QString printedForm(qint64 number);
 template <typename Value>
 QString printedForm(const std::optional<Value> &value) {

@@ -108,16 +108,21 @@ void KestrioService::perform(const URLSession &session, const URLRequest &reques
                              const QString &title, URLTransport::Body body,
                              URLCompletion completion) const {
     const auto trace = std::make_shared<LogTrace>(
-        LogLevel::info, QStringList{printedForm(title), printedForm(request.method),
+        LogLevel::info, QStringList{printedForm(title), printedForm(request.method.constData()),
                                     printedForm(request.url.toString())});
-    if (!request.body.isEmpty())
+    // Of a simple request only its method and its URL are for the log.
+    const bool isSimple = body == URLTransport::Body::discard;
+    if (!isSimple && !request.body.isEmpty())
         trace->log({}, [&] { return QStringList{printedForm(request.body)}; });
     session.dataTask(
-        request, body, [trace, completion = std::move(completion)](const URLResult &result) {
-            trace->log({}, [&] {
-                const auto reason = result.error ? result.error->localizedDescription : QString();
-                return QStringList{printedForm(result.data), printedForm(reason)};
-            });
+        request, body,
+        [trace, isSimple, completion = std::move(completion)](const URLResult &result) {
+            if (!isSimple)
+                trace->log({}, [&] {
+                    const auto reason =
+                        result.error ? result.error->localizedDescription : QString();
+                    return QStringList{printedForm(result.data), printedForm(reason)};
+                });
             std::optional<qint64> status;
             if (result.response)
                 status = result.response->statusCode;

@@ -18,4 +18,21 @@ TEST(LoggingTest, PrintsWhatIsAtLeastAsSevereAsTheLevelAskedFor) {
               uR"(["a \"b\"\\\n", -7])"_s);
 }
 
+TEST(LoggingTest, PrintsOneLineWhateverIsInIt) {
+    testing::internal::CaptureStdout();
+    printLine(u"a\r\n\t\u0000\u001b\u007f\u0085\u009f\u2028\u2029é\u00a0😀"_s);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "a\\r\\n\\t\\u0000\\u001b\\u007f\\u0085\\u009f\\u2028\\u2029é\u00a0😀\n");
+}
+
+TEST(LoggingTest, MasksTheTokenOfABody) {
+    const std::pair<QByteArray, QString> cases[] = {
+        {R"({"vid":1,"token":"a\"b\\","n":"c"})", u"{'vid':1,'token':'***','n':'c'}"_s},
+        {"{\"token\" :\n\"" + QByteArray(5'000'000, 'a'), u"{'token':'***'"_s},
+        {R"({"tokens":"a","token":null})", u"{'tokens':'a','token':null}"_s},
+    };
+    for (const auto &[body, printed] : cases)
+        EXPECT_EQ(printedForm(body), u'"' + QString(printed).replace(u'\'', u"\\\""_s) + u'"');
+}
+
 } // namespace KestrioKit

@@ -5,6 +5,9 @@ namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
 
+// Read once.
+[[maybe_unused]] static const bool levelChosen = qputenv("KESTRIO_LOG_LEVEL", "INFO");
+
 class KestrioServiceTest : public OnlineFixture {
 protected:
     KestrioServiceTest() { service->setEnvironmentId(u"env"_s); }
@@ -27,6 +30,21 @@ TEST_F(KestrioServiceTest, RefusesEverythingWithinTheCallWhileDisabled) {
     service->setDisableNetworkAccess(false);
     EXPECT_EQ(refusal(), imposed.toError());
     EXPECT_EQ(lines(), QList<QByteArray>());
+}
+
+TEST_F(KestrioServiceTest, TracesNoTokenAndNothingOfWhatIsRecorded) {
+    answer("POST /1/environments/env/visitors", {200, R"({"vid":1,"token":"secret"})"});
+    testing::internal::CaptureStdout();
+    service->fetchVisitorIdentifier(u"user"_s, true, [](auto &&...) {});
+    service->authorize(u"secret"_s, 1);
+    service->setVisitorAttribute(u"!email"_s, u"a@b"_s, {});
+    finish();
+    const QString printed = QString::fromStdString(testing::internal::GetCapturedStdout());
+    EXPECT_EQ(requests("PUT /1/visitors/1/attributes/!email").size(), 1);
+    for (const QString &shown : {u"user"_s, u"***"_s, u"attributes/!email"_s})
+        EXPECT_TRUE(printed.contains(shown)) << qPrintable(printed);
+    for (const QString &hidden : {u"secret"_s, u"a@b"_s})
+        EXPECT_FALSE(printed.contains(hidden)) << qPrintable(printed);
 }
 
 TEST_F(KestrioServiceTest, ReportsErrorsWithWhatItKnows) {
