@@ -110,6 +110,19 @@ bool isText(const QVariant &value) {
     return value.canConvert<QString>();
 }
 
+/// Whether `argument` says a value of `type`, rather than being made one: "abc" is no number, 1.5
+/// no integer, and "maybe" neither true nor false.
+bool saysValueOf(const QVariant &argument, QMetaType type) {
+    QVariant value = argument;
+    if (!value.convert(type))
+        return false;
+    if (type == QMetaType::fromType<qint64>())
+        return value.toDouble() == argument.toDouble();
+    const QString text = argument.toString();
+    return type != QMetaType::fromType<bool>() || text == "true"_L1 || text == "false"_L1 ||
+           text == "1"_L1 || text == "0"_L1;
+}
+
 // Only a handler may be left out; a null widget is told like any other; lists and maps are of
 // texts.
 bool fits(const QVariant &argument, QMetaType type) {
@@ -118,7 +131,7 @@ bool fits(const QVariant &argument, QMetaType type) {
     if (argument.isNull())
         return type == QMetaType::fromType<Kestrio::TrackHandler>() ||
                type == QMetaType::fromType<Kestrio::FetchCompletion>();
-    if (argument.metaType() != type && !QMetaType::canConvert(argument.metaType(), type))
+    if (argument.metaType() != type && !saysValueOf(argument, type))
         return false;
     if (type == QMetaType::fromType<QVariantMap>())
         return std::ranges::all_of(argument.toMap(), isText);

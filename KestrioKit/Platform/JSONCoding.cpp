@@ -12,6 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
+
 bool isBlank(char character) {
     return character == ' ' || character == '\t' || character == '\n' || character == '\r';
 }
@@ -94,7 +96,10 @@ bool JSONCoding<float>::decode(const QJsonValue &value, float &result, DecodingE
     return true;
 }
 
-Decoded<QJsonValue> parseJSON(const QByteArray &text) {
+Decoded<QJsonValue> parseJSON(const QByteArray &bytes) {
+    // RFC 8259, 8.1 allows to ignore it, and Qt's parser refuses it.
+    const QByteArray text =
+        bytes.startsWith(byteOrderMark) ? bytes.sliced(byteOrderMark.size()) : bytes;
     const bool container = startsWithContainer(text);
     QJsonParseError failure;
     const QJsonDocument document =

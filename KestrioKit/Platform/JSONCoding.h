@@ -202,8 +202,9 @@ bool KeyTableCoding<Record>::decodeField(const QJsonObject &object, Record &resu
 template <typename Record>
 using Decoded = std::variant<Record, DecodingError>;
 
-/// Parses a JSON text with any value outermost; an error for what is not JSON or nests too deeply.
-Decoded<QJsonValue> parseJSON(const QByteArray &text);
+/// Parses a JSON text with any value outermost, without the byte order mark that it may begin with;
+/// an error for what is not JSON or nests too deeply.
+Decoded<QJsonValue> parseJSON(const QByteArray &bytes);
 
 /// Reads a record from a JSON text.
 template <typename Record>

@@ -4,6 +4,7 @@
 #include "tests/support/RecordingServer.h"
 
 #include <QCoreApplication>
+#include <QWidget>
 
 using namespace KestrioKit;
 using namespace Qt::StringLiterals;
@@ -19,6 +20,7 @@ TEST_F(SelectorsTest, CallTheOneKestrioIfTheirArgumentsFit) {
     EXPECT_EQ(kestrio.thread(), QCoreApplication::instance()->thread());
 
     const auto handler = QVariant::fromValue<Kestrio::TrackHandler>([](SurveyState) {});
+    const auto nobody = QVariant::fromValue<QWidget *>(nullptr);
     const QVariant nested = QVariantList{QVariantList{u"a"_s}};
     const struct {
         const char *selector;
@@ -44,6 +46,10 @@ TEST_F(SelectorsTest, CallTheOneKestrioIfTheirArgumentsFit) {
         {"setVisitorAttributes:", {QVariantMap{{u"k"_s, nested}}}},
         {"removeVisitorAttributes:", {nested}},
         {"trackWithEventName:handler:", {u"n"_s, u"handler"_s}},
+        {"setDisableNetworkAccess:", {u"maybe"_s}},
+        {"presentSurveyWithId:from:fetchCompletion:", {u"abc"_s, nobody, {}}},
+        {"presentSurveyWithId:from:fetchCompletion:", {1.5, nobody, {}}},
+        {"presentSurveyWithId:from:fetchCompletion:", {u"7"_s, nobody, {}}, QVariant()},
     };
     for (const auto &[selector, arguments, result, lastLine] : cases) {
         SCOPED_TRACE(selector);

@@ -32,6 +32,7 @@ TEST(JSONCodingTest, WritesWhatItReadsInTheOrderOfTheTable) {
     } cases[] = {
         {R"( {"leaves":[],"name":"ü\"\n\u2028😀","more":[]} )",
          "{\"name\":\"ü\\\"\\n\u2028😀\",\"leaves\":[]}"},
+        {"\xEF\xBB\xBF{\"name\":\"\",\"leaves\":[]}", R"({"name":"","leaves":[]})"},
         {R"({"name":"","leaves":[{"note":null,"n":5.0},{"n":9223372036854775807,"mood":7}]})",
          R"({"name":"","leaves":[{"n":5},{"n":9223372036854775807}]})"},
     };
@@ -55,6 +56,7 @@ TEST(JSONCodingTest, SaysWhatIsWrongAndWhere) {
         {R"({"name":"","leaves":[{"n":9223372036854775808}]})", typeMismatch, u"leaves[0].n"_s},
         {"null", typeMismatch},
         {"[1],[2]"},
+        {"\xEF\xBB\xBF\xEF\xBB\xBF{}"},
         {"\"\xff\""},
         {QByteArray("1\0", 2)},
         {QByteArray(100'000, '[') + QByteArray(100'000, ']')},
