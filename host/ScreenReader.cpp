@@ -1,6 +1,7 @@
 #include "host/ScreenReader.h"
 
 #include <QMetaEnum>
+#include <QPointer>
 
 #include <private/qguiapplication_p.h>
 #include <qpa/qplatformaccessibility.h>
@@ -15,13 +16,35 @@ QStringList &spoken() {
     return *texts;
 }
 
+QString checkState(QAccessibleInterface &interface) {
+    const QString word =
+        interface.role() == QAccessible::RadioButton ? u"selected"_s : u"checked"_s;
+    return interface.state().checked ? word : u"not "_s + word;
+}
+
 QString description(QAccessibleInterface &interface) {
     QStringList parts{interface.text(QAccessible::Name), roleName(interface.role())};
     if (interface.state().checkable)
-        parts.append(interface.state().checked ? u"checked"_s : u"not checked"_s);
+        parts.append(checkState(interface));
     parts.append(interface.text(QAccessible::Description));
     parts.removeAll(QString());
     return parts.join(u", ");
+}
+
+void hearAlert(QAccessibleInterface &interface) {
+    for (const auto &[label, relation] : interface.relations(QAccessible::Label))
+        spoken().append(label->text(QAccessible::Name));
+    spoken().append(interface.text(QAccessible::Name));
+}
+
+/// Qt may tell of the same focus twice, and what has neither name nor purpose is not spoken of.
+void hearFocus(QAccessibleInterface &interface) {
+    static QPointer<QObject> focus;
+    if (std::exchange(focus, interface.object()) == interface.object())
+        return;
+    const QString name = interface.text(QAccessible::Name);
+    if (interface.role() != QAccessible::Client || !name.isEmpty())
+        spoken().append(description(interface));
 }
 
 void hear(QAccessibleEvent *event) {
@@ -30,14 +53,14 @@ void hear(QAccessibleEvent *event) {
         return;
     switch (event->type()) {
     case QAccessible::Alert:
-        spoken().append(interface->text(QAccessible::Name));
+        hearAlert(*interface);
         break;
     case QAccessible::Focus:
-        spoken().append(description(*interface));
+        hearFocus(*interface);
         break;
     case QAccessible::StateChanged:
         if (interface->state().focused)
-            spoken().append(interface->state().checked ? u"checked"_s : u"not checked"_s);
+            spoken().append(checkState(*interface));
         break;
     case QAccessible::NameChanged:
     case QAccessible::ValueChanged:

@@ -1,5 +1,6 @@
 #include "KestrioKit/UI/MultipleChoiceQuestionContentView.h"
 
+#include "KestrioKit/UI/AccessibleRole.h"
 #include "KestrioKit/UI/ArrowKeys.h"
 #include "KestrioKit/UI/KestrioUI.h"
 #include "KestrioKit/UI/ThemedButton.h"
@@ -28,6 +29,7 @@ MultipleChoiceQuestionContentView::MultipleChoiceQuestionContentView(const Detai
     stackView->setSpacing(KestrioUI::Padding::tiny);
     for (const Option &option : questionDetails.options.value_or(QList<Option>()))
         addButton(option);
+    setRadioGroup(m_buttons);
     new ArrowKeys(m_buttons, ArrowKeys::TabStops::one, this);
 }
 

@@ -1,13 +1,12 @@
 #include "KestrioKit/UI/PageControl.h"
 
-#include <QAccessibleWidget>
+#include "KestrioKit/UI/AccessibleRole.h"
+
 #include <QPainter>
 
 #include <algorithm>
 
 namespace KestrioKit {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -20,30 +19,6 @@ constexpr qreal edgeDotSize = 4;
 constexpr int pitch = 16;
 } // namespace Constant
 
-class PageControlInterface final : public QAccessibleWidget, public QAccessibleValueInterface {
-public:
-    explicit PageControlInterface(PageControl *view)
-        : QAccessibleWidget(view, QAccessible::ProgressBar), m_view(view) {}
-
-    void *interface_cast(QAccessible::InterfaceType type) override {
-        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface *>(this)
-                                                   : QAccessibleWidget::interface_cast(type);
-    }
-    QVariant currentValue() const override { return m_view->currentPage() + 1; }
-    QVariant minimumValue() const override { return 1; }
-    QVariant maximumValue() const override { return m_view->numberOfPages(); }
-    QVariant minimumStepSize() const override { return 1; }
-    void setCurrentValue(const QVariant &) override {}
-
-private:
-    const PageControl *m_view;
-};
-
-QAccessibleInterface *makeInterface(const QString &, QObject *object) {
-    auto *const view = qobject_cast<PageControl *>(object);
-    return view ? new PageControlInterface(view) : nullptr;
-}
-
 } // namespace
 
 PageControl::PageControl(int numberOfPages, const QColor &pageIndicatorTintColor,
@@ -51,21 +26,19 @@ PageControl::PageControl(int numberOfPages, const QColor &pageIndicatorTintColor
     : m_numberOfPages(numberOfPages),
       m_pageIndicatorTintColor(pageIndicatorTintColor),
       m_currentPageIndicatorTintColor(currentPageIndicatorTintColor) {
-    // Qt takes it once, and forgets it with each application object.
-    QAccessible::installFactory(makeInterface);
+    // Without a value, of which a screen reader would make a percentage.
+    setAccessibleRole(this, QAccessible::ProgressBar);
     describe();
 }
 
 void PageControl::setCurrentPage(int page) {
     m_currentPage = std::clamp(page, 0, std::max(m_numberOfPages - 1, 0));
     describe();
-    QAccessibleValueChangeEvent event(this, m_currentPage + 1);
-    QAccessible::updateAccessibility(&event);
     update();
 }
 
 void PageControl::describe() {
-    setAccessibleName(u"%1 / %2"_s.arg(m_currentPage + 1).arg(m_numberOfPages));
+    setAccessibleName(positionText(m_currentPage + 1, m_numberOfPages));
 }
 
 QSize PageControl::sizeHint() const {

@@ -1,5 +1,6 @@
 #include "KestrioKit/UI/ScaleQuestionContentView.h"
 
+#include "KestrioKit/UI/AccessibleRole.h"
 #include "KestrioKit/UI/ArrowKeys.h"
 #include "KestrioKit/UI/KestrioUI.h"
 #include "KestrioKit/UI/LabelRow.h"
@@ -34,8 +35,7 @@ ScaleQuestionContentView::ScaleQuestionContentView(const Details &questionDetail
         m_buttons.append(button);
         ++value;
     }
-    m_buttons.first()->setAccessibleDescription(labels.left);
-    m_buttons.last()->setAccessibleDescription(labels.right);
+    setRadioGroup(m_buttons, labels);
     new ArrowKeys(m_buttons, ArrowKeys::TabStops::one, this);
 
     auto *const stackView = new QVBoxLayout(this);

@@ -91,6 +91,7 @@ QWidget *SurveyView::makeQuestionView(qint64 index) {
     auto *const page = new QuestionView(m_questions[index], m_themeColor,
                                         index == m_questions.size() - 1, m_clock);
     page->setDelegate(this);
+    setAccessibleLabel(page, m_pageControl);
     return page;
 }
 

@@ -17,7 +17,8 @@ static QStringList texts(const QString &language) {
     AnyLanguageBundle bundle;
     bundle.setLanguage(language);
     QStringList texts;
-    for (const auto &key : {u"Next"_s, u"Finish"_s, u"Thanks!"_s, u"I think that..."_s, u"Close"_s})
+    for (const auto &key :
+         {u"Next"_s, u"Finish"_s, u"Thanks!"_s, u"I think that..."_s, u"Close"_s, u"%1 of %2"_s})
         texts.append(bundle.localizedString(key, missing));
     return texts;
 }

@@ -7,6 +7,8 @@
 #include "KestrioKit/UI/OpenQuestionContentView.h"
 #include "tests/UI/ViewTest.h"
 
+#include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -180,7 +182,28 @@ TEST_F(ContentViews, AScaleIsOneStopForTab) {
     keys({Qt::Key_Home, Qt::Key_Left, Qt::Key_End, Qt::Key_Right});
     EXPECT_EQ(focused(), u"Option 5"_s);
     EXPECT_EQ(answers.list.size(), 0);
-    EXPECT_EQ(control(u"Option 1"_s)->accessibleDescription(), u"Never"_s);
+}
+
+// A screen reader asks about a control as soon as it hears of it.
+TEST_F(ContentViews, ScalesAndChoicesAreRadioGroupsForAScreenReader) {
+    QAccessible::installUpdateHandler(
+        [](QAccessibleEvent *event) { event->accessibleInterface(); });
+    QAccessible::setActive(true);
+    make<LikertQuestionContentView>();
+    make<MultipleChoiceQuestionContentView>();
+    const std::pair<QString, QString> cases[] = {{u"Option 1"_s, u"Never, 1 of 5"_s},
+                                                 {u"Option 2"_s, u"2 of 5"_s},
+                                                 {u"Multi-choice option: Yes"_s, u"1 of 4"_s}};
+    for (const auto &[identifier, description] : cases) {
+        auto *const interface = QAccessible::queryAccessibleInterface(control(identifier));
+        EXPECT_EQ(interface->role(), QAccessible::RadioButton);
+        EXPECT_TRUE(interface->state().checkable && !interface->state().checked);
+        EXPECT_EQ(interface->text(QAccessible::Description), description);
+        interface->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }
+    EXPECT_TRUE(QTest::qWaitFor([this] { return answers.list.size() == 3; }));
+    QAccessible::setActive(false);
+    QAccessible::installUpdateHandler(nullptr);
 }
 
 TEST_F(ContentViews, ScalesShareTheRowEquallyAtEachWidth) {

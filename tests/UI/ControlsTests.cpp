@@ -149,8 +149,9 @@ TEST_F(Controls, PageControlMarksTheCurrentPage) {
             EXPECT_TRUE(isNear(colorAt(8 + known.edge + 1.5, 13), Qt::white));
             auto *const interface = QAccessible::queryAccessibleInterface(pages);
             EXPECT_EQ(interface->role(), QAccessible::ProgressBar);
-            EXPECT_EQ(interface->valueInterface()->currentValue(), known.page);
-            EXPECT_EQ(interface->valueInterface()->maximumValue(), known.pages);
+            EXPECT_EQ(interface->text(QAccessible::Name),
+                      u"%1 of %2"_s.arg(known.page).arg(known.pages));
+            EXPECT_FALSE(interface->valueInterface());
             delete pages;
         }
     }

@@ -107,16 +107,16 @@ def main():
                  if known.get_role_name() == "push button" and known.get_name() == "Place order")
     print("waiting for the survey")
     expect_question("How easy was it to find what you were looking for?",
-                    [("push button", str(point)) for point in range(1, 6)])
+                    [("radio button", str(point)) for point in range(1, 6)])
     try:
         order.do_action(0)
         sys.exit("the host's button can be pressed under the survey")
     except gi.repository.GLib.Error:
         print("the host's button is out of reach")
-    press("push button", "4")
+    press("radio button", "4")
     expect_question("How did you hear about us?",
-                    [("push button", "A search engine"), ("push button", "Somewhere else")])
-    press("push button", "A search engine")
+                    [("radio button", "A search engine"), ("radio button", "Somewhere else")])
+    press("radio button", "A search engine")
     expect_question("Which of these would you use?",
                     [("check box", "Free returns"), ("check box", "Gift wrapping"),
                      ("push button", "Next")])
@@ -125,8 +125,8 @@ def main():
                .contains(Atspi.StateType.CHECKED))
     press("push button", "Next")
     expect_question("How likely are you to recommend our shop to a friend?",
-                    [("push button", str(point)) for point in range(11)])
-    press("push button", "9")
+                    [("radio button", str(point)) for point in range(11)])
+    press("radio button", "9")
     expect_question("What should we do better?",
                     [("text", "I think that..."), ("push button", "Finish")])
     find("text", "I think that...").get_editable_text_iface().insert_text(0, "Nothing", 7)

@@ -28,5 +28,10 @@
         <extracomment>Put the survey away</extracomment>
         <translation>Loka</translation>
     </message>
+    <message>
+        <source>%1 of %2</source>
+        <extracomment>Which one of how many: question 2 of 5</extracomment>
+        <translation>%1 af %2</translation>
+    </message>
 </context>
 </TS>

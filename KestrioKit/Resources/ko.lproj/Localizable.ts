@@ -28,5 +28,10 @@
         <extracomment>Put the survey away</extracomment>
         <translation>닫기</translation>
     </message>
+    <message>
+        <source>%1 of %2</source>
+        <extracomment>Which one of how many: question 2 of 5</extracomment>
+        <translation>%2개 중 %1번째</translation>
+    </message>
 </context>
 </TS>

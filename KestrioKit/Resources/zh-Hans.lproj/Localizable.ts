@@ -28,5 +28,10 @@
         <extracomment>Put the survey away</extracomment>
         <translation>关闭</translation>
     </message>
+    <message>
+        <source>%1 of %2</source>
+        <extracomment>Which one of how many: question 2 of 5</extracomment>
+        <translation>第 %1 项，共 %2 项</translation>
+    </message>
 </context>
 </TS>

@@ -28,5 +28,10 @@
         <extracomment>Put the survey away</extracomment>
         <translation>關閉</translation>
     </message>
+    <message>
+        <source>%1 of %2</source>
+        <extracomment>Which one of how many: question 2 of 5</extracomment>
+        <translation>第 %1 項，共 %2 項</translation>
+    </message>
 </context>
 </TS>
