@@ -2,6 +2,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;

@@ -1,6 +1,8 @@
 #include "KestrioKit/Service/KestrioService.h"
 #include "tests/support/OnlineFixture.h"
 
+#include <QJsonArray>
+
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
@@ -45,6 +47,19 @@ TEST_F(KestrioServiceTest, TracesNoTokenAndNothingOfWhatIsRecorded) {
         EXPECT_TRUE(printed.contains(shown)) << qPrintable(printed);
     for (const QString &hidden : {u"secret"_s, u"a@b"_s})
         EXPECT_FALSE(printed.contains(hidden)) << qPrintable(printed);
+}
+
+TEST_F(KestrioServiceTest, TakesTheNearestQueueLimitUntilThereIsAQueue) {
+    flagsSource->change({});
+    service->setQueueLimit(0);
+    service->authorize(u"t"_s, 5);
+    service->setQueueLimit(10);
+    for (const QString &name : {u"a"_s, u"b"_s})
+        service->trackEvent(name, true, [](auto &&...) {});
+    settle();
+    flagsSource->change(ReachabilityFlag::reachable);
+    finish();
+    EXPECT_EQ(bodies("POST /1/visitors/5/events/batch")[0]["events"_L1].toArray().size(), 1);
 }
 
 TEST_F(KestrioServiceTest, ReportsErrorsWithWhatItKnows) {
