@@ -3,17 +3,11 @@
 using namespace KestrioKit;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr int recordsOfAKind = 25;
-
-} // namespace
-
-PersistentQueue fullState() {
+PersistentQueue fullState(qint64 recordsOfAKind) {
     PersistentQueue state;
     state.visitorIdentifier = visitorOfFullState;
     state.visitorToken = u"22C51FA0-2C5F-4383-8F83-3E82F7502192"_s;
-    for (int index = 0; index < recordsOfAKind; ++index) {
+    for (qint64 index = 0; index < recordsOfAKind; ++index) {
         Request::TrackEvent event;
         event.event = u"Catalogue Opened"_s;
         state.events.append(event);

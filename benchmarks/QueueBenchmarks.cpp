@@ -23,12 +23,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto stateFile = "SubmissionQueue"_L1;
-constexpr qint64 maximumSize = 1 << 20;
-constexpr int records = 125;
-/// The events go together.
-constexpr int requestsOfFullState = 101;
+constexpr qint64 maximumSize = 1 << 30;
+constexpr int kinds = 5;
+/// Of the default limit; of the largest, each takes so much longer.
 constexpr int drains = 20;
 constexpr int saves = 200;
+constexpr int drainsOfMany = 1;
+constexpr int savesOfMany = 20;
 
 using SteadyClock = std::chrono::steady_clock;
 
@@ -39,7 +40,8 @@ double secondsSince(SteadyClock::time_point start) {
 /// Passes requests on, remembers them, and tells when the answer to the last one was handled.
 class WatchedTransport final : public URLTransport {
 public:
-    explicit WatchedTransport(Executor &executor) : m_transport(executor, Clock::system()) {}
+    WatchedTransport(Executor &executor, qint64 requests)
+        : m_transport(executor, Clock::system()), m_expected(requests) {}
 
     /// To be called, and calls `done`, on the library's thread.
     void watch(Block done) {
@@ -48,7 +50,7 @@ public:
         m_done = std::move(done);
     }
     const QList<URLRequest> &requests() const { return m_requests; }
-    bool allSucceeded() const { return m_successes == requestsOfFullState; }
+    bool allSucceeded() const { return m_successes == m_expected; }
 
     void send(URLRequest request, Body body, URLCompletion completion) override {
         m_requests.append(request);
@@ -56,7 +58,7 @@ public:
                          [this, completion = std::move(completion)](const URLResult &result) {
                              completion(result);
                              m_successes += result.response && result.response->statusCode == 200;
-                             if (++m_answers == requestsOfFullState)
+                             if (++m_answers == m_expected)
                                  m_done();
                          });
     }
@@ -64,16 +66,17 @@ public:
 
 private:
     NetworkTransport m_transport;
+    qint64 m_expected;
     QList<URLRequest> m_requests;
-    int m_answers = 0;
-    int m_successes = 0;
+    qint64 m_answers = 0;
+    qint64 m_successes = 0;
     Block m_done;
 };
 
 /// A queue with a full state, as it is after a start without a network.
 class WaitingQueue {
 public:
-    WaitingQueue() {
+    explicit WaitingQueue(qint64 recordsOfAKind) : m_recordsOfAKind(recordsOfAKind) {
         m_builder->setVisitorIdentifier(visitorOfFullState);
         refill();
     }
@@ -83,8 +86,9 @@ public:
         runBehind([] {});
         m_flagsSource->change({});
         Storage::setUp();
-        Storage::store(std::optional(fullState()), Storage::localLibraryURL(stateFile));
-        m_queue = SubmissionQueue::make(m_service, m_context);
+        Storage::store(std::optional(fullState(m_recordsOfAKind)),
+                       Storage::localLibraryURL(stateFile));
+        m_queue = SubmissionQueue::make(m_service, m_context, m_recordsOfAKind);
         runBehind([] {});
     }
     /// Runs `block` on the library's thread, behind all that waits there, and waits for it and for
@@ -117,10 +121,13 @@ public:
     const WatchedTransport &transport() const { return *m_transport; }
 
 private:
+    qint64 m_recordsOfAKind;
     LibraryThread m_thread{Clock::system()};
     TransientThread m_fileThread;
     std::shared_ptr<ManualFlagsSource> m_flagsSource = std::make_shared<ManualFlagsSource>();
-    std::shared_ptr<WatchedTransport> m_transport = std::make_shared<WatchedTransport>(m_thread);
+    // The events go together.
+    std::shared_ptr<WatchedTransport> m_transport =
+        std::make_shared<WatchedTransport>(m_thread, (kinds - 1) * m_recordsOfAKind + 1);
     LibraryContext m_context{.clock = Clock::system(),
                              .executor = m_thread,
                              .fileExecutor = m_fileThread,
@@ -144,10 +151,10 @@ void writeAtomically(benchmark::State &state, const QString &file, const QByteAr
 /// Until it is on disk; the part of the calling thread besides. The floor is measured in turn with
 /// it: how long a disk takes to sync changes from second to second.
 void save(benchmark::State &state) {
-    WaitingQueue waiting;
+    WaitingQueue waiting(state.range(0));
     Storage::remove(stateFile);
     const QString file = *Storage::localLibraryURL("Floor"_L1);
-    const QByteArray text = encodeJSON(fullState());
+    const QByteArray text = encodeJSON(fullState(state.range(0)));
     std::vector<double> caller;
     std::vector<double> whole;
     std::vector<double> floor;
@@ -168,12 +175,21 @@ void save(benchmark::State &state) {
     state.counters["whole"] = quantile(whole, 0.5);
     state.counters["floor"] = quantile(floor, 0.5);
 }
-BENCHMARK(save)->Iterations(saves)->UseManualTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(save)
+    ->Arg(defaultLimit)
+    ->Iterations(saves)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(save)
+    ->Arg(largestLimit)
+    ->Iterations(savesOfMany)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
 
 void drain(benchmark::State &state) {
     if (!serviceRuns())
         return state.SkipWithError("there is no service");
-    WaitingQueue waiting;
+    WaitingQueue waiting(state.range(0));
     waiting.drain();
     std::vector<double> seconds;
     for ([[maybe_unused]] auto iteration : state) {
@@ -183,9 +199,18 @@ void drain(benchmark::State &state) {
         if (!waiting.transport().allSucceeded())
             state.SkipWithError("not every record was taken");
     }
-    state.counters["per_second"] = records / quantile(seconds, 0.5);
+    state.counters["per_second"] = double(kinds * state.range(0)) / quantile(seconds, 0.5);
 }
-BENCHMARK(drain)->Iterations(drains)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(drain)
+    ->Arg(defaultLimit)
+    ->Iterations(drains)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(drain)
+    ->Arg(largestLimit)
+    ->Iterations(drainsOfMany)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 void post(QNetworkAccessManager &manager, const URLRequest &request, const Block &done) {
     QNetworkRequest bare(request.url);
@@ -217,7 +242,7 @@ double postAll(QNetworkAccessManager &manager, const QList<URLRequest> &requests
 void postBare(benchmark::State &state) {
     if (!serviceRuns())
         return state.SkipWithError("there is no service");
-    WaitingQueue waiting;
+    WaitingQueue waiting(state.range(0));
     waiting.drain();
     const QList<URLRequest> requests = waiting.transport().requests();
     QNetworkAccessManager manager;
@@ -227,8 +252,17 @@ void postBare(benchmark::State &state) {
         seconds.push_back(postAll(manager, requests));
         state.SetIterationTime(seconds.back());
     }
-    state.counters["per_second"] = records / quantile(seconds, 0.5);
+    state.counters["per_second"] = double(kinds * state.range(0)) / quantile(seconds, 0.5);
 }
-BENCHMARK(postBare)->Iterations(drains)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(postBare)
+    ->Arg(defaultLimit)
+    ->Iterations(drains)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(postBare)
+    ->Arg(largestLimit)
+    ->Iterations(drainsOfMany)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -16,6 +16,9 @@ namespace {
 constexpr qint64 maximumSize = 1 << 30;
 constexpr int repetitions = 5;
 
+constexpr auto forBothLimits = [](auto *registered) {
+    registered->Arg(defaultLimit)->Arg(largestLimit);
+};
 constexpr auto repeated = [](auto *registered) {
     registered->Unit(benchmark::kMicrosecond)->Repetitions(repetitions)->ReportAggregatesOnly();
 };
@@ -58,35 +61,36 @@ void parseSurvey(benchmark::State &state) {
 BENCHMARK(parseSurvey)->Apply(repeated);
 
 void encodeState(benchmark::State &state) {
-    const PersistentQueue queue = fullState();
+    const PersistentQueue queue = fullState(state.range(0));
     for ([[maybe_unused]] auto iteration : state)
         benchmark::DoNotOptimize(encodeJSON(queue));
     state.counters["bytes"] = double(encodeJSON(queue).size());
 }
-BENCHMARK(encodeState)->Apply(repeated);
+BENCHMARK(encodeState)->Apply(repeated)->Apply(forBothLimits);
 
 void writeStateAsText(benchmark::State &state) {
     // Without quotes, which the writer would escape: as many bytes come out as there are.
-    const QString text = QString::fromUtf8(encodeJSON(fullState())).replace(u'"', u' ');
+    const QString text =
+        QString::fromUtf8(encodeJSON(fullState(state.range(0)))).replace(u'"', u' ');
     for ([[maybe_unused]] auto iteration : state) {
         JSONWriter writer;
         writer.string(text);
         benchmark::DoNotOptimize(writer.text());
     }
 }
-BENCHMARK(writeStateAsText)->Apply(repeated);
+BENCHMARK(writeStateAsText)->Apply(repeated)->Apply(forBothLimits);
 
 void loadState(benchmark::State &state) {
     const std::optional url = file();
-    Storage::store(std::optional(fullState()), url);
+    Storage::store(std::optional(fullState(state.range(0))), url);
     for ([[maybe_unused]] auto iteration : state)
         benchmark::DoNotOptimize(Storage::load<PersistentQueue>(url, maximumSize));
 }
-BENCHMARK(loadState)->Apply(repeated);
+BENCHMARK(loadState)->Apply(repeated)->Apply(forBothLimits);
 
 void readAndParseState(benchmark::State &state) {
     const QString name = file();
-    Storage::store(std::optional(fullState()), std::optional(name));
+    Storage::store(std::optional(fullState(state.range(0))), std::optional(name));
     for ([[maybe_unused]] auto iteration : state) {
         QFile source(name);
         if (!source.open(QIODevice::ReadOnly))
@@ -94,6 +98,6 @@ void readAndParseState(benchmark::State &state) {
         benchmark::DoNotOptimize(QJsonDocument::fromJson(source.readAll()));
     }
 }
-BENCHMARK(readAndParseState)->Apply(repeated);
+BENCHMARK(readAndParseState)->Apply(repeated)->Apply(forBothLimits);
 
 } // namespace

@@ -51,6 +51,18 @@ def added($what; $suffix; $key; $unit; $goal):
 def track($when; $part; $what; $goal):
   row($what; "µs"; counter("track/" + $when; $part); counter("postEmptyBlock/" + $when; $part); $goal);
 
+# Where there is much to write, its text must be made, too: $making is the least time for that.
+def state($limit; $what; $making; $savingGoal):
+  row("encoding \($what)"; "µs"; time("encodeState/" + $limit); time("writeStateAsText/" + $limit);
+      {times: 2}),
+  row("saving \($what), calling thread"; "µs"; counter("save/" + $limit; "caller"); null; {most: 20}),
+  row("saving \($what), whole"; "µs"; counter("save/" + $limit; "whole");
+      counter("save/" + $limit; "floor") + $making; {times: $savingGoal}),
+  row("loading \($what)"; "µs"; time("loadState/" + $limit); time("readAndParseState/" + $limit);
+      {times: 2}),
+  row("draining \($what)"; "records/s"; counter("drain/" + $limit; "per_second");
+      counter("postBare/" + $limit; "per_second"); {least: 0.8});
+
 def rows:
   track("busy"; "median"; "`track` without a handler, queue busy, median"; {most: 5, times: 4}),
   track("busy"; "p99"; "the same, 99th percentile"; {most: 50, times: 4}),
@@ -59,13 +71,8 @@ def rows:
   row("`configure`, first call"; "µs"; counter("configure"; "median"); counter("readFile"; "median");
       {most: 3000}),
   row("decoding a survey of 3 KB"; "µs"; time("decodeSurvey"); time("parseSurvey"); {times: 1.5}),
-  row("encoding a full state"; "µs"; time("encodeState"); time("writeStateAsText"); {times: 2}),
-  row("saving a full state, calling thread"; "µs"; counter("save"; "caller"); null; {most: 20}),
-  row("saving a full state, whole"; "µs"; counter("save"; "whole"); counter("save"; "floor");
-      {times: 1.2}),
-  row("loading a full state"; "µs"; time("loadState"); time("readAndParseState"); {times: 2}),
-  row("draining a full state"; "records/s"; counter("drain"; "per_second");
-      counter("postBare"; "per_second"); {least: 0.8}),
+  state("25"; "a full state"; 0; 1.2),
+  state("10000"; "10,000 records of a kind"; time("writeStateAsText/10000"); 2),
   present($one; 1), present($two; 2), frames($one; 1), frames($two; 2),
   added("memory, host with a request of its own"; "_online"; "KiB"; "KiB"; {most: 3072}),
   added("memory, host without"; ""; "KiB"; "KiB"; {most: 3072}),
