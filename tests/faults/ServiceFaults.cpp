@@ -132,6 +132,8 @@ TEST_F(ServiceFaults, KeepWhatMayYetBeDeliveredAndNothingElse) {
         const char *name;
         ServerAnswer answer;
         Verdict verdict;
+        /// Only then is the time-out short: a busy machine is silent for a while, too.
+        bool silent = false;
     } cases[] = {
         {"500", {500}, kept},
         {"503", {503, "{}", {{"Retry-After", "86400"}}}, kept},
@@ -143,10 +145,10 @@ TEST_F(ServiceFaults, KeepWhatMayYetBeDeliveredAndNothingElse) {
         {"no status", {0}, kept},
         {"not HTTP", ServerAnswer::raw("SSH-2.0-OpenSSH\r\n"), kept},
         {"noise", ServerAnswer::raw("\xff\x01\r\n\r\n\x16\x03"_ba + '\0'), kept},
-        {"negative length", {200, "{}", {{"Content-Length", "-1"}}}, kept},
+        {"negative length", {200, "{}", {{"Content-Length", "-1"}}}, kept, true},
         {"wrong types", {200, R"({"vid":"x","questions":7,"surveyId":{}})"}, ended},
         {"deep", {200, QByteArray(megabyte, '[')}, ended},
-        {"hanging", ServerAnswer::badly(Manner::hang), kept},
+        {"hanging", ServerAnswer::badly(Manner::hang), kept, true},
         {"redirected", ServerAnswer::redirect(307, there), kept},
         {"flood", flood({200, chunk}), ended},
         {"failing flood", flood({503, chunk}), kept},
@@ -155,7 +157,7 @@ TEST_F(ServiceFaults, KeepWhatMayYetBeDeliveredAndNothingElse) {
     };
     FaultRow row("answers that are none", 60s);
     int largest = 0;
-    for (const auto &[name, given, verdict] : cases) {
+    for (const auto &[name, given, verdict, silent] : cases) {
         SCOPED_TRACE(name);
         const QString number = QString::number(&given - &cases[0].answer);
         const QStringList records{u'a' + number, u'e' + number};
@@ -163,9 +165,7 @@ TEST_F(ServiceFaults, KeepWhatMayYetBeDeliveredAndNothingElse) {
                                    "POST /events"};
         for (const QByteArray &line : lines)
             answer(line, given);
-        // Only silence is to run into the time-out, and not a machine that is busy.
-        const auto timeout = given.manner == Manner::hang ? 1s : URLRequest().timeout;
-        route->setTimeout(timeout);
+        route->setTimeout(silent ? 1s : URLRequest().timeout);
         ASSERT_TRUE(forgetPeak());
         const int before = peak();
         int calls = 0;
