@@ -34,21 +34,6 @@ Environment hostEnvironment(const QString &dataFolder, const Environment &enviro
     return all;
 }
 
-QStringList hostCommand(const QStringList &launcher) {
-    return launcher + QStringList{hostProgramFile(), u"--script"_s, u"-"_s};
-}
-
-/// The whole lines, without their ends.
-QByteArrayList wholeLines(const QByteArray &output) {
-    QByteArrayList lines = output.split('\n');
-    lines.removeLast();
-    return lines;
-}
-
-bool isReport(const QByteArray &line) {
-    return line.startsWith('{');
-}
-
 } // namespace
 
 QString hostProgramFile() {
@@ -95,7 +80,7 @@ std::optional<int> RunningProgram::waitForEnd(std::chrono::milliseconds limit) {
 
 HostProgram::HostProgram(const QString &dataFolder, const Environment &environment,
                          const QStringList &launcher)
-    : m_program(hostCommand(launcher).first(), hostCommand(launcher).sliced(1),
+    : m_program(u"env"_s, launcher + QStringList{hostProgramFile(), u"--script"_s, u"-"_s},
                 hostEnvironment(dataFolder, environment)) {}
 
 QJsonObject HostProgram::nextReport() {
@@ -119,17 +104,13 @@ void HostProgram::kill() {
 
 QList<QJsonObject> HostProgram::reports() const {
     QList<QJsonObject> reports;
-    for (const QByteArray &line : wholeLines(m_program.output())) {
-        if (isReport(line))
+    // What follows the last line feed is not whole yet.
+    const QByteArray &output = m_program.output();
+    for (const QByteArray &line : output.first(output.lastIndexOf('\n') + 1).split('\n')) {
+        if (line.startsWith('{'))
             reports.append(QJsonDocument::fromJson(line).object());
     }
     return reports;
-}
-
-QByteArrayList HostProgram::logLines() const {
-    QByteArrayList lines = wholeLines(m_program.output());
-    lines.removeIf(isReport);
-    return lines;
 }
 
 ServiceProgram::ServiceProgram(const QString &databaseFile, const QStringList &arguments,

@@ -79,8 +79,6 @@ public:
 
     /// Every report so far, taken or not.
     QList<QJsonObject> reports() const;
-    /// The lines of standard output that are no reports.
-    QByteArrayList logLines() const;
     RunningProgram &program() { return m_program; }
 
 private:

@@ -1,6 +1,5 @@
 #include "tests/support/RecordingServer.h"
 
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -13,39 +12,6 @@ namespace KestrioKit {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// A listening socket on the loopback address; its port goes into `port`. -1 when it cannot be had.
-template <typename Address>
-int listenOn(Address address, in_port_t Address::*portField, quint16 &port) {
-    const int listener =
-        socket(reinterpret_cast<sockaddr &>(address).sa_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const int on = 1;
-    setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    address.*portField = htons(port);
-    socklen_t size = sizeof address;
-    auto *const generic = reinterpret_cast<sockaddr *>(&address);
-    if (bind(listener, generic, size) != 0 || listen(listener, SOMAXCONN) != 0 ||
-        getsockname(listener, generic, &size) != 0) {
-        close(listener);
-        return -1;
-    }
-    port = ntohs(address.*portField);
-    return listener;
-}
-
-int listenOnIPv4(quint16 &port) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return listenOn(address, &sockaddr_in::sin_port, port);
-}
-
-int listenOnIPv6(quint16 &port) {
-    sockaddr_in6 address{};
-    address.sin6_family = AF_INET6;
-    address.sin6_addr = in6addr_loopback;
-    return listenOn(address, &sockaddr_in6::sin6_port, port);
-}
 
 bool sendBytes(int socket, const QByteArray &bytes) {
     qsizetype sent = 0;
@@ -78,14 +44,16 @@ QByteArray receiveBytes(int socket) {
 
 } // namespace
 
-RecordingServer::RecordingServer(quint16 port) {
-    const int ipv4 = listenOnIPv4(port);
-    if (ipv4 < 0)
-        return;
-    m_port = port;
-    m_listeners.push_back(ipv4);
-    if (const int ipv6 = listenOnIPv6(port); ipv6 >= 0)
-        m_listeners.push_back(ipv6);
+RecordingServer::RecordingServer(quint16 port) : m_port(port) {
+    for (QTcpServer &listener : m_listeners) {
+        const bool first = &listener == &m_listeners[0];
+        listener.setListenBacklogSize(SOMAXCONN);
+        if (listener.listen(first ? QHostAddress::LocalHost : QHostAddress::LocalHostIPv6, m_port))
+            listener.pauseAccepting(); // the acceptor takes the connections
+        else if (first)
+            return;
+        m_port = m_listeners[0].serverPort();
+    }
     m_acceptor = std::thread([this] { acceptConnections(); });
 }
 
@@ -95,15 +63,13 @@ RecordingServer::~RecordingServer() {
         m_stopping = true;
         for (const int socket : m_sockets)
             shutdown(socket, SHUT_RDWR);
-        for (const int listener : m_listeners)
-            shutdown(listener, SHUT_RDWR);
+        for (const QTcpServer &listener : m_listeners)
+            shutdown(int(listener.socketDescriptor()), SHUT_RDWR);
     }
     if (m_acceptor.joinable())
         m_acceptor.join();
     for (std::thread &connection : m_connections)
         connection.join();
-    for (const int listener : m_listeners)
-        close(listener);
 }
 
 QUrl RecordingServer::url(const QString &path) const {
@@ -147,8 +113,8 @@ bool RecordingServer::waitForRequests(qsizetype count, std::chrono::milliseconds
 
 void RecordingServer::acceptConnections() {
     std::vector<pollfd> listeners;
-    for (const int listener : m_listeners)
-        listeners.push_back({listener, POLLIN, 0});
+    for (const QTcpServer &listener : m_listeners)
+        listeners.push_back({int(listener.socketDescriptor()), POLLIN, 0});
     while (poll(listeners.data(), listeners.size(), -1) > 0) {
         for (const pollfd &listener : listeners) {
             if (listener.revents == 0)

@@ -4,6 +4,8 @@
 #include "tests/support/ServerAnswer.h"
 #include "tests/support/Waiting.h"
 
+#include <QTcpServer>
+
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -32,7 +34,7 @@ public:
     Q_DISABLE_COPY_MOVE(RecordingServer)
 
     /// Whether the port could be had.
-    bool isListening() const { return m_port != 0; }
+    bool isListening() const { return m_listeners[0].isListening(); }
     quint16 port() const { return m_port; }
     /// "http://127.0.0.1:<port>" with the path (and query).
     QUrl url(const QString &path = {}) const;
@@ -60,7 +62,7 @@ private:
     bool send(int socket, const ServerAnswer &answer);
 
     quint16 m_port = 0;
-    std::vector<int> m_listeners;
+    QTcpServer m_listeners[2]; // IPv4, and IPv6 where there is one
     std::thread m_acceptor;
 
     mutable std::mutex m_lock;
