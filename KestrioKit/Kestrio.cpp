@@ -2,12 +2,25 @@
 
 #include "KestrioKit/Facade/KestrioCore.h"
 #include "KestrioKit/Facade/Selectors.h"
+#include "KestrioKit/Platform/ApplicationLifecycle.h"
 
 #include <QCoreApplication>
 #include <QThread>
 #include <QWidget>
 
+#include <array>
+
+using KestrioKit::ApplicationLifecycle;
 using KestrioKit::KestrioCore;
+
+namespace {
+
+/// Whether a call counts, which every operation asks first.
+bool counts() {
+    return ApplicationLifecycle::shared().takesCalls();
+}
+
+} // namespace
 
 Kestrio &Kestrio::shared() {
     // Never destroyed: hosts may call while the process ends.
@@ -16,19 +29,29 @@ Kestrio &Kestrio::shared() {
 }
 
 Kestrio::Kestrio(std::shared_ptr<KestrioCore> core) : m_core(std::move(core)) {
-    if (const QCoreApplication *const application = QCoreApplication::instance()) {
-        moveToThread(application->thread());
-    } else {
-        // Which thread will be the main one is not known yet. It may fetch what belongs to none.
-        moveToThread(nullptr);
-        KestrioKit::DispatchQueue::main().async([this] { moveToThread(QThread::currentThread()); });
-    }
+    const QCoreApplication *const application = QCoreApplication::instance();
+    moveToThread(application ? application->thread() : nullptr);
+    // Which thread will be the main one is not known before there is an application object. It may
+    // fetch what belongs to none. Never destroyed, as this object.
+    using Event = ApplicationLifecycle::Event;
+    ApplicationLifecycle &lifecycle = ApplicationLifecycle::shared();
+    static const auto *const observations =
+        new std::array{lifecycle.observe(Event::created,
+                                         [this] {
+                                             if (!thread())
+                                                 moveToThread(QThread::currentThread());
+                                         }),
+                       lifecycle.observe(Event::terminated, [this] {
+                           if (thread() == QThread::currentThread())
+                               moveToThread(nullptr);
+                       })};
+    static_cast<void>(observations);
 }
 
 Kestrio::~Kestrio() = default;
 
 std::optional<qint64> Kestrio::visitorIdentifier() const {
-    return m_core->api()->visitorIdentifier();
+    return counts() ? m_core->api()->visitorIdentifier() : std::nullopt;
 }
 
 bool Kestrio::disableNetworkAccess() const {
@@ -36,7 +59,8 @@ bool Kestrio::disableNetworkAccess() const {
 }
 
 void Kestrio::setDisableNetworkAccess(bool disable) {
-    m_core->setDisableNetworkAccess(disable);
+    if (counts())
+        m_core->setDisableNetworkAccess(disable);
 }
 
 void Kestrio::setQueueLimit(int limit) {
@@ -52,54 +76,70 @@ void Kestrio::setRetriesStartUp(bool retries) {
 }
 
 void Kestrio::configure(const QString &environment) {
+    if (!counts())
+        return;
+    ApplicationLifecycle::claimProcess();
     m_core->configure(environment);
 }
 
 void Kestrio::setLocale(const QString &locale) {
-    m_core->setLocale(locale);
+    if (counts())
+        m_core->setLocale(locale);
 }
 
 void Kestrio::setUserIdentifier(const QString &userIdentifier) {
-    m_core->setUserIdentifier(userIdentifier);
+    if (counts())
+        m_core->setUserIdentifier(userIdentifier);
 }
 
 void Kestrio::setEmailAddress(const QString &email) {
-    m_core->setEmailAddress(email);
+    if (counts())
+        m_core->setEmailAddress(email);
 }
 
 void Kestrio::setVisitorAttribute(const QString &key, const QString &value) {
-    m_core->setVisitorAttribute(key, value);
+    if (counts())
+        m_core->setVisitorAttribute(key, value);
 }
 
 void Kestrio::setVisitorAttributes(const QMap<QString, QString> &attributes) {
-    m_core->setVisitorAttributes(attributes);
+    if (counts())
+        m_core->setVisitorAttributes(attributes);
 }
 
 void Kestrio::removeVisitorAttributes(const QStringList &keys) {
-    m_core->removeVisitorAttributes(keys);
+    if (counts())
+        m_core->removeVisitorAttributes(keys);
 }
 
 void Kestrio::track(const QString &eventName, const TrackHandler &handler) {
-    m_core->track(eventName, handler);
+    if (counts())
+        m_core->track(eventName, handler);
 }
 
 void Kestrio::presentSurvey(QWidget *from) {
-    m_core->presentSurvey(from);
+    if (counts())
+        m_core->presentSurvey(from);
 }
 
 void Kestrio::presentSurvey(qint64 surveyId, QWidget *from,
                             const FetchCompletion &fetchCompletion) {
-    m_core->presentSurvey(surveyId, from, fetchCompletion);
+    if (counts())
+        m_core->presentSurvey(surveyId, from, fetchCompletion);
 }
 
 void Kestrio::presentDebugSurvey(QWidget *from) {
-    m_core->presentDebugSurvey(from);
+    if (counts())
+        m_core->presentDebugSurvey(from);
 }
 
 void Kestrio::logout() {
-    m_core->logout();
+    if (counts())
+        m_core->logout();
 }
 
 std::optional<QVariant> Kestrio::perform(const QString &selector, const QVariantList &arguments) {
+    if (!counts())
+        return std::nullopt;
     return KestrioKit::performSelector(*this, selector, arguments);
 }

@@ -39,6 +39,21 @@ class KestrioCore;
 /// the main thread, in their order, once there is a visitor. Of events without a handler and
 /// changes of attributes, the last 1,000 are held.
 ///
+/// Applications and processes:
+/// - One application object may follow another, also on another thread. Records wait for the next
+///   one, start-up goes on where it was, and other requests that the end of the first one cut off
+///   fail when the next one starts: the handler of an event is then told `noSurvey`.
+/// - `exit()` may be called on any thread; what was recorded by then is stored. Calls made while
+/// the
+///   process ends, by destructors of static objects say, are ignored.
+/// - A child that is forked after `configure()` has nothing of the library's: calls in it are
+///   ignored, and nothing is waited for. Qt itself waits there without end for threads that have
+///   looked up names lately, so that a child should end by `_exit()` or start another program. A
+///   child that is forked before `configure()` may call it itself.
+/// - The library may be loaded with `dlopen()`, on any thread. It then stays until the process
+/// ends:
+///   `dlclose()` does not remove it.
+///
 /// Name the application (`QCoreApplication::setApplicationName`) before `configure()`: the name
 /// says where the library keeps its files.
 class KESTRIOKIT_EXPORT Kestrio final : public QObject {
@@ -49,8 +64,9 @@ class KESTRIOKIT_EXPORT Kestrio final : public QObject {
 
 public:
     /// Called once, on the main thread, with what became of an event: `disabled` for one that was
-    /// dropped. Never called while starting does not come to an end, right after `logout()`, and
-    /// when the application quits. It is destroyed on the main thread, too.
+    /// dropped. Never called while starting does not come to an end, right after `logout()`, when
+    /// the application quits, unless another application object follows, while the process ends,
+    /// and in a forked child. It is destroyed on the main thread, too.
     using TrackHandler = std::function<void(SurveyState)>;
 
     /// Called, and destroyed, on the main thread.

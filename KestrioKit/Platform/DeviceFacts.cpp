@@ -103,9 +103,10 @@ QString machine() {
 } // namespace
 
 DeviceFacts DeviceFacts::current() {
-    static const QString version = ::KestrioKit::osVersion();
-    static const QString hardware = ::KestrioKit::machine();
-    return {ScreenSize::shared().value(), ::KestrioKit::languageCode(), version, hardware};
+    // Never destroyed: hosts may call while the process ends.
+    static const auto *const version = new QString(::KestrioKit::osVersion());
+    static const auto *const hardware = new QString(::KestrioKit::machine());
+    return {ScreenSize::shared().value(), ::KestrioKit::languageCode(), *version, *hardware};
 }
 
 // After each of the user's languages Qt lists other spellings of it: en-GB, en-Latn-GB, fr,

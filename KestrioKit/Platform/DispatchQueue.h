@@ -43,8 +43,8 @@ public:
     /// this queue that is being run. Not to be called from a block of the same queue.
     void sync(const Block &block) const;
 
-    /// The application's event loop. Blocks submitted before the application object exists run
-    /// once its event loop does; those submitted after it has gone never do.
+    /// The application's event loop. Blocks submitted while there is no application object run once
+    /// the event loop of the next one does.
     static const DispatchQueue &main();
 
 private:

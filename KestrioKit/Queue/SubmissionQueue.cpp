@@ -96,7 +96,7 @@ void SubmissionQueue::observeApplication() {
             self->save();
     };
     ApplicationLifecycle &lifecycle = ApplicationLifecycle::shared();
-    m_willTerminateObserver = lifecycle.observe(Event::willTerminate, [weak = weak_from_this()] {
+    m_lastSaveObserver = lifecycle.observe(Event::lastSave, [weak = weak_from_this()] {
         if (const auto self = weak.lock()) {
             self->m_queue.async([dropped = self->m_droppedRecords] { dropped->print(); });
             self->save();

@@ -95,7 +95,7 @@ private:
     std::shared_ptr<QueueRunner> m_historyQueue;
     std::shared_ptr<QueueRunner> m_attributesQueue;
     std::array<std::shared_ptr<QueueRunner>, 5> m_allQueues;
-    ApplicationLifecycle::Observation m_willTerminateObserver;
+    ApplicationLifecycle::Observation m_lastSaveObserver;
     ApplicationLifecycle::Observation m_willResignActiveObserver;
     std::shared_ptr<Reachability> m_reachability;
 };
