@@ -1,13 +1,11 @@
 #include "KestrioKit/Platform/NetworkTask.h"
 
-#include "KestrioKit/Platform/Atomic.h"
 #include "KestrioKit/Platform/Redirection.h"
 #include "KestrioKit/Platform/UploadBody.h"
 
 #include <QNetworkAccessManager>
 
 #include <utility>
-#include <vector>
 
 namespace KestrioKit {
 
@@ -20,9 +18,9 @@ constexpr qint64 readBufferSize = 256 * 1024;
 
 enum StatusCode {
     firstFinal = 200,
-    firstRedirection = 300,
+    noContent = 204,
+    notModified = 304,
     firstRefusal = 400,
-    firstInvalid = 600
 };
 
 // Whether the error is one that Qt makes of a status of 400 and above.
@@ -33,6 +31,11 @@ bool isRefusal(QNetworkReply::NetworkError error) {
             error <= QNetworkReply::UnknownContentError &&
             error != QNetworkReply::ContentReSendError) ||
            error >= QNetworkReply::InternalServerError;
+}
+
+// Whether Qt reads no body after such a status, whatever length is told (RFC 9112, 6.3).
+bool lacksBody(int status) {
+    return status < firstFinal || status == noContent || status == notModified;
 }
 
 bool canBeSentTo(const QUrl &url) {
@@ -66,33 +69,33 @@ QNetworkRequest networkRequest(const URLRequest &request) {
     return result;
 }
 
-// Completions of requests that the end of the application cut off. What they hold would notice
-// being destroyed (an unfinished log trace prints itself), so they stay, where leak checkers see
-// them.
-void keepForGood(URLCompletion completion) {
-    static auto *const kept = new Atomic<std::vector<URLCompletion>>;
-    kept->mutate([&](auto &completions) { completions.push_back(std::move(completion)); });
-}
-
 } // namespace
 
-NetworkTask::NetworkTask(QNetworkAccessManager &manager, URLRequest request,
-                         URLTransport::Body body, URLCompletion completion)
+NetworkTask::NetworkTask(QNetworkAccessManager &manager, Executor &executor, URLRequest request,
+                         URLTransport::Body body, URLCompletion completion, Finished finished)
     : QObject(&manager),
       m_manager(manager),
+      m_executor(executor),
       m_request(std::move(request)),
       m_body(body),
-      m_completion(std::move(completion)) {}
+      m_completion(std::move(completion)),
+      m_finished(std::move(finished)) {}
 
 NetworkTask::~NetworkTask() {
-    if (m_completion)
-        keepForGood(std::move(m_completion));
+    if (!m_completion)
+        return;
+    URLResult result;
+    result.cutOff = true;
+    result.error = transportError(m_request, QNetworkReply::OperationCanceledError,
+                                  u"the application ended before the answer came"_s);
+    m_executor.post([completion = std::move(m_completion), result] { completion(result); });
 }
 
 void NetworkTask::start() {
     if (!canBeSentTo(m_request.url)) {
         const QString reason = u"its URL is not one of an HTTP service"_s;
-        return complete({{}, {}, error(QNetworkReply::ProtocolUnknownError, reason)});
+        const int code = QNetworkReply::ProtocolUnknownError;
+        return complete({{}, {}, transportError(m_request, code, reason)}, Connections::sound);
     }
     auto *const body = new UploadBody(m_request.body);
     m_reply = m_manager.sendCustomRequest(networkRequest(m_request), m_request.method, body);
@@ -126,8 +129,10 @@ void NetworkTask::replyFinished() {
     if (m_reply->isOpen())
         readBody();
     m_reply->deleteLater();
-    if (!followRedirection())
-        complete(result());
+    if (followRedirection())
+        return;
+    const URLResult outcome = result();
+    complete(outcome, connections(outcome.error));
 }
 
 bool NetworkTask::followRedirection() {
@@ -154,8 +159,13 @@ QNetworkReply::NetworkError NetworkTask::replyError() const {
     if (error != QNetworkReply::NoError && !redirected && !refused)
         return error;
     // Sometimes it takes one that was cut off for whole.
-    const qint64 length = m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
-    return m_received < length ? QNetworkReply::RemoteHostClosedError : QNetworkReply::NoError;
+    return !lacksBody(statusCode()) && m_received < toldLength()
+               ? QNetworkReply::RemoteHostClosedError
+               : QNetworkReply::NoError;
+}
+
+qint64 NetworkTask::toldLength() const {
+    return m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
 }
 
 int NetworkTask::statusCode() const {
@@ -170,7 +180,8 @@ URLResult NetworkTask::result() const {
     if (!tooLong)
         result.error = failure();
     else if (m_body == URLTransport::Body::keep)
-        result.error = error(QNetworkReply::OperationCanceledError, u"its answer is too long"_s);
+        result.error = transportError(m_request, QNetworkReply::OperationCanceledError,
+                                      u"its answer is too long"_s);
     if (!result.error)
         result.data = m_data;
     return result;
@@ -181,38 +192,54 @@ std::optional<Error> NetworkTask::failure() const {
     case QNetworkReply::NoError:
         return statusFailure();
     case QNetworkReply::OperationCanceledError:
-        return error(QNetworkReply::TimeoutError,
-                     m_gaveUp ? u"its answer took too long"_s
-                              : u"nothing arrived for %1 seconds"_s.arg(m_request.timeout.count()));
+        return transportError(
+            m_request, QNetworkReply::TimeoutError,
+            m_gaveUp ? u"its answer took too long"_s
+                     : u"nothing arrived for %1 seconds"_s.arg(m_request.timeout.count()));
     case QNetworkReply::ContentReSendError:
     case QNetworkReply::RemoteHostClosedError:
-        return error(QNetworkReply::RemoteHostClosedError,
-                     u"the connection was closed before the whole answer came"_s);
+        return transportError(m_request, QNetworkReply::RemoteHostClosedError,
+                              u"the connection was closed before the whole answer came"_s);
     default:
-        return error(code, m_reply->errorString());
+        return transportError(m_request, code, m_reply->errorString());
     }
 }
 
 std::optional<Error> NetworkTask::statusFailure() const {
     const int code = statusCode();
-    if (code < firstFinal || code >= firstInvalid)
-        return error(QNetworkReply::ProtocolFailure, u"its answer has the status %1"_s.arg(code));
-    if (code < firstRedirection || code >= firstRefusal)
-        return std::nullopt;
-    if (m_redirections == maximumRedirections)
-        return error(QNetworkReply::TooManyRedirectsError, u"it was redirected too often"_s);
-    return error(QNetworkReply::InsecureRedirectError,
-                 u"its answer, status %1, leads elsewhere"_s.arg(code));
+    if (code < firstFinal)
+        return transportError(m_request, QNetworkReply::ProtocolFailure,
+                              u"its answer has the status %1"_s.arg(code));
+    if (m_redirections == maximumRedirections && isRedirection(code))
+        return transportError(m_request, QNetworkReply::TooManyRedirectsError,
+                              u"it was redirected too often"_s);
+    return std::nullopt;
 }
 
-Error NetworkTask::error(QNetworkReply::NetworkError code, const QString &reason) const {
-    const QString host = m_request.url.adjusted(QUrl::RemoveUserInfo).authority();
-    return {transportErrorDomain, code, u"The request to %1 failed: %2."_s.arg(host, reason)};
+NetworkTask::Connections NetworkTask::connections(const std::optional<Error> &error) const {
+    // Nobody knows whether a body follows that must not be there.
+    if (!error)
+        return lacksBody(statusCode()) && toldLength() > 0 ? Connections::broken
+                                                           : Connections::sound;
+    switch (error->code) {
+    case QNetworkReply::SslHandshakeFailedError:
+    case QNetworkReply::ProtocolFailure:
+    case QNetworkReply::ProtocolUnknownError:
+    case QNetworkReply::UnknownContentError:
+        return Connections::broken;
+    case QNetworkReply::RemoteHostClosedError:
+        return statusCode() == 0 ? Connections::sound : Connections::broken;
+    case QNetworkReply::TimeoutError:
+        return Connections::doubtful;
+    default:
+        return Connections::sound;
+    }
 }
 
-void NetworkTask::complete(const URLResult &result) {
+void NetworkTask::complete(const URLResult &result, Connections connections) {
     const URLCompletion completion = std::exchange(m_completion, nullptr);
     completion(result);
+    m_finished(connections);
     deleteLater();
 }
 

@@ -8,14 +8,17 @@
 namespace KestrioKit {
 
 /// Carries requests over HTTP/1.1 (RFC 9112), encrypted where their URL is of "https", without
-/// cookies or a cache. The errors' domain is `transportErrorDomain`; refusals (4xx, 5xx) are none.
-/// Nothing is sent twice: what a closing connection cuts off fails.
+/// cookies or a cache. The errors' domain is `transportErrorDomain`; a whole answer with any status
+/// from 200 on is none. Nothing is sent twice: what a closing connection cuts off fails.
+///
+/// There are two of Qt's network managers at most, each with a thread and a few connections.
 class NetworkTransport final : public URLTransport {
 public:
     /// Requests are sent and completed on the thread of `executor`, a Qt thread with an event loop.
-    /// It must outlive this object, as must `clock`. What is out when that thread ends is dropped.
+    /// It must outlive this object, as must `clock`. What is out when that thread ends completes
+    /// with an error once there is another one.
     NetworkTransport(Executor &executor, const Clock &clock);
-    /// Drops what is still out.
+    /// Cuts off what is still out.
     ~NetworkTransport() override;
 
     void send(URLRequest request, Body body, URLCompletion completion) override;

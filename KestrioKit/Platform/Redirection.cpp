@@ -7,11 +7,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 enum StatusCode { // RFC 9110, 15.4
+    firstRedirection = 300,
     movedPermanently = 301,
     found = 302,
     seeOther = 303,
     temporaryRedirect = 307,
     permanentRedirect = 308,
+    lastRedirection = 399,
 };
 
 bool keepsMethod(int statusCode, const QByteArray &method) {
@@ -40,6 +42,10 @@ bool sameOrigin(const QUrl &one, const QUrl &other) {
 }
 
 } // namespace
+
+bool isRedirection(int statusCode) {
+    return statusCode >= firstRedirection && statusCode <= lastRedirection;
+}
 
 std::optional<URLRequest> redirectedRequest(const URLRequest &request, int statusCode,
                                             const QUrl &target) {

@@ -6,6 +6,9 @@
 
 namespace KestrioKit {
 
+/// Whether the status is one of a redirection (3xx).
+bool isRedirection(int statusCode);
+
 /// The request that an answer with the status of a redirection (3xx) leads to, headers and body
 /// included; absent when it must not be followed. Only targets of the same origin (scheme, host and
 /// port, RFC 6454) are, so that no credentials travel elsewhere, and only where the method stays

@@ -15,6 +15,8 @@ struct URLResult {
     std::optional<QByteArray> data;
     std::optional<HTTPURLResponse> response;
     std::optional<Error> error;
+    /// Whether the end of the application object cut the request off. There is an error then, too.
+    bool cutOff = false;
 };
 
 using URLCompletion = std::function<void(const URLResult &)>;
@@ -33,7 +35,8 @@ public:
     virtual ~URLTransport() = default;
 
     /// Sends the request, once, and calls `completion` once, never within this call. A request that
-    /// is still out when the application ends is dropped without a call. Thread-safe.
+    /// the end of the application object cuts off completes when another one starts, with an error;
+    /// without another one it never does. Thread-safe.
     virtual void send(URLRequest request, Body body, URLCompletion completion) = 0;
 
     /// How many requests are out. Each counts until its completion has returned. Thread-safe.
@@ -41,6 +44,13 @@ public:
 
     static constexpr qint64 maximumBodySize = 10 * 1024 * 1024;
 };
+
+/// An error of `transportErrorDomain`: "The request to <host> failed: <reason>."
+Error transportError(const URLRequest &request, int code, const QString &reason);
+/// The error of a record whose answer has a status that says neither that the service has it nor
+/// that it never will: a redirection that is not followed, such as a captive portal's, or a status
+/// of 600 and above. Absent for every other status.
+std::optional<Error> undecidedError(const URLRequest &request, int statusCode);
 
 /// Requests that share headers. Immutable, thus thread-safe.
 class URLSession {

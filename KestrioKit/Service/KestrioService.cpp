@@ -133,13 +133,17 @@ void KestrioService::perform(const URLSession &session, const URLRequest &reques
 
 template <typename Value>
 void KestrioService::sendRequest(const URLRequest &request, bool anonymous,
-                                 Completion<Value> completion) {
+                                 Completion<Value> completion, AfterCut afterwards) {
     if (const std::optional<Error> error = refusalOfAnswered()) {
         completion({}, {}, error);
         return;
     }
-    const auto judge = [self = shared_from_this(),
-                        completion = std::move(completion)](const URLResult &result) {
+    const auto judge = [self = shared_from_this(), request, anonymous,
+                        completion = std::move(completion), afterwards](const URLResult &result) {
+        if (result.cutOff && afterwards == AfterCut::sendAgain) {
+            self->sendRequest<Value>(request, anonymous, completion, afterwards);
+            return;
+        }
         if (!result.data || result.error) {
             completion({}, result.response, result.error);
             return;
@@ -168,8 +172,12 @@ void KestrioService::sendSimpleRequest(const URLRequest &request,
     }
     perform(*m_sessions.session(token), request, u"[KestrioService] Sending simple request"_s,
             URLTransport::Body::discard,
-            [completion = std::move(completion)](const URLResult &result) {
-                completion(result.response, result.error);
+            [request, completion = std::move(completion)](const URLResult &result) {
+                const std::optional<Error> error =
+                    result.error || !result.response
+                        ? result.error
+                        : undecidedError(request, result.response->statusCode);
+                completion(result.response, error);
             });
 }
 
@@ -193,12 +201,13 @@ void KestrioService::handleError(const Error &error) {
 
 void KestrioService::fetchConfig(const Completion<ResponseConfig> &completion) {
     if (const auto request = m_networkRequests->newConfig()) {
-        sendRequest<ResponseConfig>(*request, false,
-                                    [self = shared_from_this(), completion](const auto &config,
-                                                                            const auto &response,
-                                                                            const auto &error) {
-                                        self->checkDisabled(config, response, error, completion);
-                                    });
+        sendRequest<ResponseConfig>(
+            *request, false,
+            [self = shared_from_this(), completion](const auto &config, const auto &response,
+                                                    const auto &error) {
+                self->checkDisabled(config, response, error, completion);
+            },
+            AfterCut::sendAgain);
     }
 }
 
@@ -223,13 +232,13 @@ void KestrioService::fetchVisitorIdentifier(const std::optional<QString> &userId
                                             bool anonymous,
                                             const Completion<ResponseVisitors> &completion) {
     if (const auto request = m_networkRequests->newVisitors(userIdentifier))
-        sendRequest<ResponseVisitors>(*request, anonymous, completion);
+        sendRequest<ResponseVisitors>(*request, anonymous, completion, AfterCut::sendAgain);
 }
 
 void KestrioService::setUserIdentifier(const QString &userIdentifier,
                                        const Completion<ResponseVisitors> &completion) {
     if (const auto request = m_networkRequests->newSetUserIdentifier(userIdentifier))
-        sendRequest<ResponseVisitors>(*request, false, completion);
+        sendRequest<ResponseVisitors>(*request, false, completion, AfterCut::sendAgain);
 }
 
 void KestrioService::fetchSurvey(qint64 surveyId, const Completion<Survey> &completion) {

@@ -102,8 +102,13 @@ public:
     void reportIdle(std::function<void(bool idle)> report);
 
 private:
+    /// What becomes of a request that the end of the application object has cut off, when another
+    /// one starts. Start-up goes on where it was.
+    enum class AfterCut { fail, sendAgain };
+
     template <typename Value>
-    void sendRequest(const URLRequest &request, bool anonymous, Completion<Value> completion);
+    void sendRequest(const URLRequest &request, bool anonymous, Completion<Value> completion,
+                     AfterCut afterwards = AfterCut::fail);
     std::optional<Error> refusal() const;
     std::optional<Error> refusalOfAnswered() const;
     void perform(const URLSession &session, const URLRequest &request, const QString &title,

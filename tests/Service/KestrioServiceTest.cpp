@@ -62,6 +62,21 @@ TEST_F(KestrioServiceTest, TakesTheNearestQueueLimitUntilThereIsAQueue) {
     EXPECT_EQ(bodies("POST /1/visitors/5/events/batch")[0]["events"_L1].toArray().size(), 1);
 }
 
+TEST_F(KestrioServiceTest, TakesAWholeAnswerOfAnyOtherStatusForNeitherValueNorError) {
+    RecordingServer portal;
+    for (const int status : {300, 301, 302, 303, 304, 307, 404, 503, 600}) {
+        answer("GET /config", ServerAnswer::redirect(status, portal.url().toEncoded()));
+        int told = 0;
+        service->fetchConfig([&](const auto &config, const auto &response, const auto &error) {
+            EXPECT_FALSE(config || error) << status;
+            told = response ? response->statusCode : 0;
+        });
+        finish();
+        EXPECT_EQ(told, status);
+        EXPECT_EQ(service->disabledError(), std::nullopt);
+    }
+}
+
 TEST_F(KestrioServiceTest, ReportsErrorsWithWhatItKnows) {
     service->recordError({{}, 0, u"broken"_s}, u"main()"_s, {{u"plan"_s, {u"gold"_s}}});
     finish();

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSet>
 #include <QSslConfiguration>
 #include <QSslKey>
 #include <QSslServer>
@@ -31,6 +32,15 @@ int peak() {
 bool forgetPeak() {
     QFile references(u"/proc/self/clear_refs"_s);
     return references.open(QIODevice::WriteOnly) && references.write("5") == 1;
+}
+
+qsizetype threadsOfManagers() {
+    qsizetype count = 0;
+    for (const QString &task : QDir(u"/proc/self/task"_s).entryList({u"[0-9]*"_s})) {
+        QFile name(u"/proc/self/task/%1/comm"_s.arg(task));
+        count += name.open(QIODevice::ReadOnly) && name.readAll().startsWith("QNetworkAccess");
+    }
+    return count;
 }
 
 /// A server at "https://localhost" with a certificate of its own, on the test's thread.
@@ -150,6 +160,10 @@ TEST_F(ServiceFaults, KeepWhatMayYetBeDeliveredAndNothingElse) {
         {"deep", {200, QByteArray(megabyte, '[')}, ended},
         {"hanging", ServerAnswer::badly(Manner::hang), kept, true},
         {"redirected", ServerAnswer::redirect(307, there), kept},
+        {"portal", ServerAnswer::redirect(302, there), kept},
+        {"choices", {300}, kept},
+        {"not modified", {304}, kept},
+        {"600", {600}, kept},
         {"flood", flood({200, chunk}), ended},
         {"failing flood", flood({503, chunk}), kept},
         {"untold flood", flood(ServerAnswer::raw("HTTP/1.1 200 OK\r\n\r\n" + chunk)), ended},
@@ -266,6 +280,26 @@ TEST_F(ServiceFaults, WithoutATrustedConnectionKeepTheRecordAndTheToken) {
     }
     EXPECT_TRUE(good.received.contains("Bearer t1"));
     row.add({{5, "faults"}, {5, "records"}});
+}
+
+TEST_F(ServiceFaults, WhichHangsClosesAndBabblesCostsTwoManagersAtMost) {
+    FaultRow row("a service that hangs, closes and babbles", 240s);
+    const ServerAnswer manners[] = {
+        ServerAnswer::badly(Manner::hang), ServerAnswer::cut(200, 0), {103}};
+    const int rounds = FaultRow::times(40, 6);
+    qsizetype most = 0;
+    QSet<int> ended;
+    for (int number = 0; number < 3 * rounds; ++number) {
+        const QString event = u"Asked %1"_s.arg(number);
+        answer("POST /events", manners[number % 3]);
+        core->track(event, [&ended, number](SurveyState) { ended.insert(number); });
+        ASSERT_TRUE(waitFor([&] { return arrivals(event) == 1; }));
+        ASSERT_TRUE(waitFor([&] { return number % 3 == 0 || ended.contains(number); }));
+        most = std::max(most, threadsOfManagers());
+    }
+    finish();
+    EXPECT_EQ(ended.size(), 3 * rounds);
+    row.add({{3 * rounds, "events"}, {most, "network managers at most", 2}});
 }
 
 // The time-out is of silence, which never comes.
