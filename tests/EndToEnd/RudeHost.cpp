@@ -1,10 +1,15 @@
 #include <KestrioKit/Kestrio.h>
 
 #include <QCoreApplication>
+#include <QSocketNotifier>
 #include <QTimer>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
+#include <future>
 #include <thread>
 
 // A host that uses the library when and where a well-behaved one would not. The scene is the first
@@ -29,6 +34,11 @@ void callEverything() {
     kestrio.visitorIdentifier();
     kestrio.perform(u"logout"_s);
 }
+
+/// Calls while the process ends, and after Qt's own statics have gone.
+struct CallsToTheLast {
+    ~CallsToTheLast() { callEverything(); }
+} callsToTheLast;
 
 // Runs the event loop until there is a visitor.
 int runUntilVisitor() {
@@ -74,13 +84,65 @@ int leavingByExit(int argc, char **argv) {
     std::exit(code);
 }
 
+int leavingFromAWorker(int argc, char **argv) {
+    QCoreApplication application(argc, argv);
+    Kestrio::shared().configure(u"env"_s);
+    static const CallsToTheLast late;
+    Kestrio::shared().track(u"Asked"_s, [](SurveyState) {
+        std::thread([] {
+            Kestrio::shared().track(u"Unanswered"_s);
+            std::exit(0);
+        }).detach();
+    });
+    return QCoreApplication::exec();
+}
+
+// The child has none of the library's threads to wait for. (It has none of Qt's either, which waits
+// without end for those that looked up names.)
+int leavingAForkedChild(int argc, char **argv) {
+    constexpr unsigned limit = 8; // seconds; less than it would wait for its threads
+    QCoreApplication application(argc, argv);
+    Kestrio::shared().configure(u"env"_s);
+    const int code = runUntilVisitor();
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(limit);
+        std::atexit([] { _exit(0); });
+        callEverything();
+        std::exit(1);
+    }
+    int status = 0;
+    return waitpid(child, &status, 0) == child && status == 0 ? code : 1;
+}
+
+// The first application ends on its thread while a request is in flight: when the test says so.
+int withTwoApplications(int argc, char **argv) {
+    std::promise<void> firstGone, secondThere;
+    std::thread first([&] {
+        {
+            QCoreApplication application(argc, argv);
+            Kestrio::shared().configure(u"env"_s);
+            const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+            QObject::connect(&input, &QSocketNotifier::activated, &QCoreApplication::quit);
+            QCoreApplication::exec();
+        }
+        firstGone.set_value();
+        secondThere.get_future().wait();
+    });
+    firstGone.get_future().wait();
+    QCoreApplication application(argc, argv);
+    secondThere.set_value();
+    first.join();
+    return runUntilVisitor();
+}
+
 constexpr struct {
     const char *name;
     int (*play)(int argc, char **argv);
 } scenes[] = {
-    {"around", aroundTheApplication},
-    {"no-loop", withoutAnEventLoop},
-    {"exit", leavingByExit},
+    {"around", aroundTheApplication}, {"no-loop", withoutAnEventLoop},
+    {"exit", leavingByExit},          {"worker-exit", leavingFromAWorker},
+    {"fork", leavingAForkedChild},    {"two-applications", withTwoApplications},
 };
 
 } // namespace

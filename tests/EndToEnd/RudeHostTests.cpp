@@ -5,20 +5,52 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-using namespace KestrioKit;
+namespace KestrioKit {
+
 using namespace Qt::StringLiterals;
 
-TEST(RudeHost, mayCallAtAnyTimeAndLosesNothing) {
-    RecordingServer server(servicePort);
-    answerAsService(server);
-    const QTemporaryDir data;
-    for (const char *const scene : {"around", "no-loop", "exit"}) {
-        RunningProgram host(
-            QStringLiteral(KESTRIO_RUDE_HOST), {QString::fromLatin1(scene)},
-            {{u"XDG_DATA_HOME"_s, data.path()}, {u"KESTRIO_ENVIRONMENT"_s, u"local"_s}});
-        EXPECT_EQ(host.waitForEnd(), 0) << scene << '\n' << host.output().toStdString();
+/// Hosts that treat the library as none should, and the service that they use.
+class RudeHostTest : public ::testing::Test {
+protected:
+    RudeHostTest() { answerAsService(server); }
+
+    Environment environment() const {
+        return {{u"XDG_DATA_HOME"_s, data.path()}, {u"KESTRIO_ENVIRONMENT"_s, u"local"_s}};
     }
-    QFile state(data.filePath(u"rude-host/Kestrio/SubmissionQueue.json"_s));
-    ASSERT_TRUE(state.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(state.readAll().contains("\"Unanswered\"")) << "what was tracked before exit()";
+    bool stores(const QByteArray &text) const {
+        QFile state(data.filePath(u"rude-host/Kestrio/SubmissionQueue.json"_s));
+        return state.open(QIODevice::ReadOnly) && state.readAll().contains(text);
+    }
+
+    const QString program = QStringLiteral(KESTRIO_RUDE_HOST);
+    const QTemporaryDir data;
+    RecordingServer server{servicePort};
+};
+
+TEST_F(RudeHostTest, MayCallAtAnyTimeAndLosesNothing) {
+    for (const QString &scene :
+         {u"around"_s, u"no-loop"_s, u"fork"_s, u"exit"_s, u"worker-exit"_s}) {
+        SCOPED_TRACE(qPrintable(scene));
+        RunningProgram host(program, {scene}, environment());
+        EXPECT_EQ(host.waitForEnd(), 0) << host.output().toStdString();
+        EXPECT_EQ(stores("\"Unanswered\""), scene.endsWith(u"exit"_s)) << "tracked before exit()";
+        QFile::remove(data.filePath(u"rude-host/Kestrio/SubmissionQueue.json"_s));
+    }
 }
+
+TEST_F(RudeHostTest, MayEndTheApplicationInFlightAndMakeAnotherElsewhere) {
+    server.answerNext(ServerAnswer::badly(ServerAnswer::Manner::hang));
+    RunningProgram host(program, {u"two-applications"_s}, environment());
+    ASSERT_TRUE(server.waitForRequests(1));
+    host.write("next\n");
+    EXPECT_EQ(host.waitForEnd(), 0) << host.output().toStdString();
+    EXPECT_EQ(server.requests()[0].target, server.requests()[1].target);
+}
+
+TEST_F(RudeHostTest, MayLoadTheLibraryOnAThreadThatEnds) {
+    RunningProgram host(QStringLiteral(KESTRIO_RUDE_LOADER), {QStringLiteral(KESTRIO_RUDE_PLUGIN)},
+                        environment());
+    EXPECT_EQ(host.waitForEnd(), 0) << host.output().toStdString();
+}
+
+} // namespace KestrioKit
