@@ -19,9 +19,9 @@ struct HeldCall {
     /// Makes it again.
     Block call;
     /// Queues the record of an event or a change of attributes.
-    Block record;
+    Block record = {};
     /// Tells the host that it was dropped; empty when nobody waits for that.
-    Block dropped;
+    Block dropped = {};
 
     bool hasRecord() const { return kind == Kind::event || kind == Kind::attributes; }
 };

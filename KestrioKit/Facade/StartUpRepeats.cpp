@@ -132,6 +132,9 @@ void StartUp::beginRepeating() {
     m_failures = 0;
     m_api->setDisabledError(DisabledError::locally());
     m_api->setStartsOver(true);
+    // Else the queue would find out by sending, which counts as a failed attempt.
+    if (m_api->visitorIdentifier())
+        m_api->resumeSubmissions();
     m_bootstrap->holdAgain();
     if (recordsAreTheVisitors())
         m_bootstrap->recordHeld();

@@ -202,6 +202,8 @@ void StartUp::logout() {
             m_bootstrap->dropHeld();
         if (m_phase == Phase::waiting)
             return;
+        if (m_phase == Phase::starting)
+            m_phase = Phase::idle;
         send = m_phase == Phase::repeating ? configRequest()
                                            : visitorRequest(std::nullopt, false, Purpose::visitor);
     }

@@ -45,7 +45,7 @@ public:
     /// the queue and its file.
     void updateAuth(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
 
-    /// Sends what is ready, unless the network or the service is not.
+    /// Sends what is ready, or pauses while there is no network or the service is disabled.
     void resume();
 
     /// Has the state file written, which the end of the application waits for.

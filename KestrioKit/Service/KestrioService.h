@@ -64,7 +64,7 @@ public:
     /// While true, requests whose answer is waited for are sent although the library has disabled
     /// itself, and their unreadable answers are not reported; false at first.
     void setStartsOver(bool startsOver) { m_startsOver = startsOver; }
-    /// Sends what is queued, after the library was disabled.
+    /// Sends what is queued, or keeps it while the library is disabled: to be called after a change.
     void resumeSubmissions();
 
     void fetchConfig(const Completion<ResponseConfig> &completion);

@@ -71,6 +71,12 @@ TEST_F(RepeatedStartUpTest, IsNotMadeAfterAFinalAnswerOrWhenTheHostDoesNotWantIt
         later(1000);
         EXPECT_EQ(starts(), before) << given.status;
     }
+    startAfresh();
+    configure();
+    core->setRetriesStartUp(false);
+    const qsizetype before = starts();
+    later(1000);
+    EXPECT_EQ(starts(), before) << "any more";
 }
 
 TEST_F(RepeatedStartUpTest, DeliversOnceWhatTheHostDidMeanwhile) {
@@ -137,6 +143,33 @@ TEST_F(RepeatedStartUpTest, LeavesItToTheNextProcessWhereAVisitorIsStored) {
         configure();
         expectEachOnce(name);
     }
+}
+
+TEST_F(RepeatedStartUpTest, DeliversTheStoredVisitorsRecordsAtTheMomentOfSuccess) {
+    startAfresh(stored);
+    answer(configLine, away);
+    configure();
+    trackEvents(u"kept-"_s);
+    flagsSource->change({});
+    finish();
+    answer(configLine, {});
+    flagsSource->change(ReachabilityFlag::reachable);
+    finish();
+    expectEachOnce(u"kept-"_s);
+}
+
+TEST_F(RepeatedStartUpTest, HoldsSoManyCallsAndDropsTheOldestEventsFirst) {
+    const auto bootstrap = std::make_shared<Bootstrap>(thread);
+    QList<qsizetype> made;
+    for (qsizetype call = 0; call <= Bootstrap::recordLimit; ++call)
+        bootstrap->enqueue(
+            {call == 0 ? HeldCall::Kind::attributes : HeldCall::Kind::event, [&made, call] {
+                 made.append(call);
+             }});
+    bootstrap->flush();
+    settle();
+    EXPECT_EQ(made.size(), Bootstrap::recordLimit);
+    EXPECT_EQ(made.first(2), QList<qsizetype>({0, 2}));
 }
 
 TEST_F(RepeatedStartUpTest, ComesWithTheNetworkAndWaitsForTheHostToAllowIt) {
