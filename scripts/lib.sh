@@ -13,8 +13,11 @@ packages=(
 )
 # Fonts of many scripts, for pictures.
 picture_packages=(fonts-inter fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji)
-# An X server, a message bus, and a client for what Qt tells assistive technology.
-accessibility_packages=(xvfb xauth dbus at-spi2-core gir1.2-atspi-2.0 python3-gi)
+# An X server, a message bus, a client for what Qt tells assistive technology, a screen reader, and
+# Wayland.
+accessibility_packages=(
+    xvfb xauth dbus at-spi2-core gir1.2-atspi-2.0 python3-gi orca weston qt6-wayland
+)
 # A compiler with fuzzers, their runtime, and names for their stack traces.
 fuzz_packages=(clang libclang-rt-14-dev llvm)
 
