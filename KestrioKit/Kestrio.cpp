@@ -64,7 +64,8 @@ void Kestrio::setDisableNetworkAccess(bool disable) {
 }
 
 void Kestrio::setQueueLimit(int limit) {
-    m_core->setQueueLimit(limit);
+    if (counts())
+        m_core->setQueueLimit(limit);
 }
 
 bool Kestrio::retriesStartUp() const {
@@ -72,7 +73,17 @@ bool Kestrio::retriesStartUp() const {
 }
 
 void Kestrio::setRetriesStartUp(bool retries) {
-    m_core->setRetriesStartUp(retries);
+    if (counts())
+        m_core->setRetriesStartUp(retries);
+}
+
+bool Kestrio::savesPromptly() const {
+    return m_core->savesPromptly();
+}
+
+void Kestrio::setSavesPromptly(bool saves) {
+    if (counts())
+        m_core->setSavesPromptly(saves);
 }
 
 void Kestrio::configure(const QString &environment) {

@@ -35,31 +35,33 @@ class KestrioCore;
 /// and requests that the service refuses, are neither.
 ///
 /// Calls made before `configure()` are dropped, except `setLocale`, `setDisableNetworkAccess`,
-/// `setQueueLimit` and `setRetriesStartUp`. Calls made while it is under way are held and run on
-/// the main thread, in their order, once there is a visitor. Of events without a handler and
-/// changes of attributes, the last 1,000 are held.
+/// `setQueueLimit`, `setRetriesStartUp` and `setSavesPromptly`. Calls made while it is under way
+/// are held and run on the main thread, in their order, once there is a visitor. Of events without
+/// a handler and changes of attributes, the last 1,000 are held.
 ///
 /// Applications and processes:
 /// - One application object may follow another, also on another thread. Records wait for the next
 ///   one, start-up goes on where it was, and other requests that the end of the first one cut off
 ///   fail when the next one starts: the handler of an event is then told `noSurvey`.
 /// - `exit()` may be called on any thread; what was recorded by then is stored. Calls made while
-/// the
-///   process ends, by destructors of static objects say, are ignored.
+///   the process ends, by destructors of static objects for example, are ignored.
 /// - A child that is forked after `configure()` has nothing of the library's: calls in it are
 ///   ignored, and nothing is waited for. Qt itself waits there without end for threads that have
 ///   looked up names lately, so that a child should end by `_exit()` or start another program. A
 ///   child that is forked before `configure()` may call it itself.
 /// - The library may be loaded with `dlopen()`, on any thread. It then stays until the process
-/// ends:
-///   `dlclose()` does not remove it.
+///   ends: `dlclose()` does not remove it.
 ///
 /// Name the application (`QCoreApplication::setApplicationName`) before `configure()`: the name
-/// says where the library keeps its files.
+/// says where the library keeps its files. Several processes of one application may run at a time:
+/// what one of them leaves unsent when it ends, or is killed, a running one sends within seconds,
+/// or else the next start does, as long as the visitor is the same. Who saves the visitor last
+/// decides who that is at the next start.
 class KESTRIOKIT_EXPORT Kestrio final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool disableNetworkAccess READ disableNetworkAccess WRITE setDisableNetworkAccess)
     Q_PROPERTY(bool retriesStartUp READ retriesStartUp WRITE setRetriesStartUp)
+    Q_PROPERTY(bool savesPromptly READ savesPromptly WRITE setSavesPromptly)
     Q_DISABLE_COPY_MOVE(Kestrio)
 
 public:
@@ -111,6 +113,16 @@ public:
     /// When false, the library stays disabled after such a failure, or holds its calls.
     bool retriesStartUp() const;
     void setRetriesStartUp(bool retries);
+
+    /// Whether what is queued is on disk soon after the call that queued it; false at first. By
+    /// default the library saves after each request that has ended, when the application stops
+    /// being active, and when it ends: a process that is killed loses what it has queued since.
+    /// While set, events without a handler, single attributes, answers and error reports are saved
+    /// too, 200 milliseconds after the call at the latest if the disk is fast, and at most once in
+    /// 200 milliseconds. The disk is written on a thread of the library's. Records that were queued
+    /// before it is set are saved with the next one. May be set before `configure()`.
+    bool savesPromptly() const;
+    void setSavesPromptly(bool saves);
 
     /// Starts: reads the stored identity, fetches the environment's configuration and a visitor.
     /// Called before the application object exists, it starts once the event loop runs.

@@ -85,20 +85,25 @@ Outcome ask(const CommandCall &call) {
     return Outcome::done();
 }
 
-Outcome switchNetwork(const CommandCall &call) {
+Outcome switchSetting(const CommandCall &call, const QString &name, void (Kestrio::*set)(bool),
+                      bool valueWhenOn) {
     const QString &position = call.arguments[0];
     if (position != "on"_L1 && position != "off"_L1)
-        return Outcome::failed(u"the network can be on or off"_s);
-    Kestrio::shared().setDisableNetworkAccess(position == "off"_L1);
+        return Outcome::failed(name + u" can be on or off"_s);
+    (Kestrio::shared().*set)((position == "on"_L1) == valueWhenOn);
     return Outcome::done();
 }
 
+Outcome switchNetwork(const CommandCall &call) {
+    return switchSetting(call, u"the network"_s, &Kestrio::setDisableNetworkAccess, false);
+}
+
 Outcome switchRetries(const CommandCall &call) {
-    const QString &position = call.arguments[0];
-    if (position != "on"_L1 && position != "off"_L1)
-        return Outcome::failed(u"retries can be on or off"_s);
-    Kestrio::shared().setRetriesStartUp(position == "on"_L1);
-    return Outcome::done();
+    return switchSetting(call, u"retries"_s, &Kestrio::setRetriesStartUp, true);
+}
+
+Outcome switchPromptSaves(const CommandCall &call) {
+    return switchSetting(call, u"prompt saves"_s, &Kestrio::setSavesPromptly, true);
 }
 
 Outcome reportVisitor(const CommandCall &) {
@@ -158,6 +163,7 @@ constexpr std::array commands{
     Command{"ask"_L1, "NAME"_L1, Arity::exactly(1), ask},
     Command{"network"_L1, "on|off"_L1, Arity::exactly(1), switchNetwork},
     Command{"retries"_L1, "on|off"_L1, Arity::exactly(1), switchRetries},
+    Command{"prompt-saves"_L1, "on|off"_L1, Arity::exactly(1), switchPromptSaves},
     Command{"visitor"_L1, {}, Arity::exactly(0), reportVisitor},
     Command{"perform"_L1, "SELECTOR [ARG]..."_L1, Arity::atLeast(1), perform},
 };

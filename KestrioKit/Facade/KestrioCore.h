@@ -52,6 +52,8 @@ public:
     void setQueueLimit(int limit);
     bool retriesStartUp() const { return m_startUp->retries(); }
     void setRetriesStartUp(bool retries) { m_startUp->setRetries(retries); }
+    bool savesPromptly() const { return m_api->savesPromptly(); }
+    void setSavesPromptly(bool saves) { m_api->setSavesPromptly(saves); }
     void configure(const QString &environment);
     void setLocale(const QString &locale);
     void setUserIdentifier(const QString &userIdentifier);

@@ -45,13 +45,16 @@ void Storage::removeLeftovers() {
     const std::optional<QString> folder = libraryFolder();
     if (!folder)
         return;
-    const QDateTime latest = QDateTime::currentDateTimeUtc().addSecs(-leftoverAge);
     static const QRegularExpression unfinished(
-        u"\\A(SubmissionQueue|VisitorData)\\.json\\.[A-Za-z]{6}\\z"_s);
+        u"\\A(SubmissionQueue(-[0-9a-f]{32})?|VisitorData)\\.json\\.[A-Za-z]{6}\\z"_s);
     for (const QFileInfo &file : QDir(*folder).entryInfoList(QDir::Files)) {
-        if (file.lastModified() < latest && unfinished.match(file.fileName()).hasMatch())
+        if (isOld(file) && unfinished.match(file.fileName()).hasMatch())
             QFile::remove(file.filePath());
     }
+}
+
+bool Storage::isOld(const QFileInfo &file) {
+    return file.lastModified().secsTo(QDateTime::currentDateTime()) > leftoverAge;
 }
 
 void Storage::createLibraryFolder() {
@@ -72,19 +75,18 @@ void Storage::remove(QLatin1StringView filename) {
         QFile::remove(*url);
 }
 
-void Storage::write(const QString &url, const QByteArray &text) {
+bool Storage::write(const QString &url, const QByteArray &text) {
     QSaveFile file(url);
     if (!file.open(QIODevice::WriteOnly)) {
         // Somebody may have tidied up under the running program.
         createLibraryFolder();
         if (!file.open(QIODevice::WriteOnly))
-            return;
+            return false;
     }
     // Before the first byte: nobody else gets to read a token.
     file.setPermissions(ownerOnly);
     // Qt 6.4 commits a file whose last bytes a full disk did not take.
-    if (file.write(text) == text.size() && file.flush())
-        file.commit();
+    return file.write(text) == text.size() && file.flush() && file.commit();
 }
 
 std::optional<QByteArray> Storage::read(const QString &url, qint64 maximumSize) {

@@ -6,6 +6,8 @@
 
 #include <optional>
 
+class QFileInfo;
+
 namespace KestrioKit {
 
 /// The library's JSON files: one folder "Kestrio" within the application's data folder
@@ -20,17 +22,21 @@ public:
     /// folder is emptied first.
     static void setUp();
 
-    /// Removes what a process left unfinished in the folder an hour ago or earlier.
+    /// Makes the folder unless it is there.
+    static void createLibraryFolder();
+
+    /// Removes what a process left unfinished in the folder, once it is old.
     static void removeLeftovers();
+    /// Whether the file was last written an hour ago or earlier: no process is at it any more.
+    static bool isOld(const QFileInfo &file);
 
     /// Where the file of that name lies; absent when the platform names no data folder.
     static std::optional<QString> localLibraryURL(QLatin1StringView filename);
 
-    /// Replaces the whole file, atomically.
+    /// Replaces the whole file, atomically. Returns whether it did.
     template <typename Record>
-    static void store(const std::optional<Record> &record, const std::optional<QString> &url) {
-        if (record && url)
-            write(*url, encodeJSON(*record));
+    static bool store(const std::optional<Record> &record, const std::optional<QString> &url) {
+        return record && url && write(*url, encodeJSON(*record));
     }
 
     /// Reads a record; absent when there is no file, or it is larger than `maximumSize` bytes, or
@@ -50,9 +56,8 @@ public:
 
 private:
     static std::optional<QString> libraryFolder();
-    static void createLibraryFolder();
     static void resetLibraryFolder();
-    static void write(const QString &url, const QByteArray &text);
+    static bool write(const QString &url, const QByteArray &text);
     static std::optional<QByteArray> read(const QString &url, qint64 maximumSize);
 };
 

@@ -26,6 +26,15 @@ struct PersistentQueue {
                !attributes.isEmpty();
     }
 
+    /// Whether both together hold at most `limit` records of each kind.
+    bool fitsBeside(const PersistentQueue &other, qsizetype limit) const {
+        return events.size() + other.events.size() <= limit &&
+               surveys.size() + other.surveys.size() <= limit &&
+               errors.size() + other.errors.size() <= limit &&
+               history.size() + other.history.size() <= limit &&
+               attributes.size() + other.attributes.size() <= limit;
+    }
+
     friend bool operator==(const PersistentQueue &, const PersistentQueue &) = default;
 };
 

@@ -1,25 +1,12 @@
 #include "KestrioKit/Queue/StateFile.h"
 
 #include "KestrioKit/Platform/Atomic.h"
-#include "KestrioKit/Platform/Storage.h"
+
+#include <QFile>
 
 #include <utility>
 
 namespace KestrioKit {
-
-namespace {
-
-constexpr QLatin1StringView filename("SubmissionQueue");
-
-// Far beyond what records with long texts come to; a larger file is not one of ours.
-qint64 maximumSize(qsizetype queueLimit) {
-    constexpr qint64 base = 256 * 1024 * 1024;
-    constexpr qint64 kinds = 5;
-    constexpr qint64 sizeOfRecord = 8 * 1024;
-    return base + kinds * queueLimit * sizeOfRecord;
-}
-
-} // namespace
 
 struct StateFile::Change {
     /// Absent when the file is to go.
@@ -29,38 +16,63 @@ struct StateFile::Change {
 
 /// What waits for the executor: one change, since the next one makes it void.
 struct StateFile::Changes {
-    Atomic<std::optional<Change>> next;
+    explicit Changes(qsizetype queueLimit) : folder(queueLimit) {}
+
+    struct Waiting {
+        std::optional<Change> change;
+        /// Their records are in the change. They wait on while nothing can be stored.
+        LeftFiles taken;
+    };
+    Atomic<Waiting> next;
+    StateFolder folder;
 
     void makeNext() {
-        const std::optional<Change> change =
-            next.mutate([](auto &waiting) { return std::exchange(waiting, std::nullopt); });
-        if (!change)
-            return;
-        if (change->state)
-            Storage::store(change->state, Storage::localLibraryURL(filename));
-        else
-            Storage::remove(filename);
+        const Waiting waiting = next.mutate([](auto &all) { return std::exchange(all, {}); });
+        if (!waiting.change)
+            return keep(waiting.taken);
+        if (!waiting.change->state)
+            folder.clear();
+        else if (!folder.store(*waiting.change->state))
+            return keep(waiting.taken);
+        for (const auto &file : waiting.taken)
+            QFile::remove(file->path);
+    }
+
+    void keep(const LeftFiles &taken) {
+        next.mutate([&taken](auto &all) { all.taken += taken; });
     }
 };
 
-StateFile::StateFile(SerialExecutor &executor)
-    : m_executor(executor), m_changes(std::make_shared<Changes>()) {}
+StateFile::StateFile(SerialExecutor &executor, qsizetype queueLimit)
+    : m_executor(executor), m_changes(std::make_shared<Changes>(queueLimit)) {}
 
-std::optional<PersistentQueue> StateFile::load(qsizetype queueLimit) {
-    return Storage::load<PersistentQueue>(Storage::localLibraryURL(filename),
-                                          maximumSize(queueLimit));
+StateFolder::Found StateFile::load(std::optional<qint64> visitor) {
+    return m_changes->folder.load(visitor);
 }
 
-void StateFile::store(PersistentQueue state, std::shared_ptr<void> task) {
-    make({std::move(state), std::move(task)});
+void StateFile::search(std::optional<qint64> visitor,
+                       std::function<void(StateFolder::Found)> report) {
+    m_executor.post([changes = m_changes, visitor, report = std::move(report)] {
+        report(changes->folder.search(visitor));
+    });
+}
+
+void StateFile::store(PersistentQueue state, std::shared_ptr<void> task, const LeftFiles &taken) {
+    make({std::move(state), std::move(task)}, taken);
 }
 
 void StateFile::remove() {
-    make({});
+    make({}, {});
 }
 
-void StateFile::make(Change change) {
-    m_changes->next.setValue(std::move(change));
+// Together: a state that is older than `taken` must not stand for it.
+void StateFile::make(Change change, const LeftFiles &taken) {
+    std::optional<Change> next(std::move(change));
+    m_changes->next.mutate([&](auto &waiting) {
+        // The old one is destroyed after the lock is gone.
+        std::swap(waiting.change, next);
+        waiting.taken += taken;
+    });
     m_executor.post([changes = m_changes] { changes->makeNext(); });
 }
 

@@ -53,7 +53,8 @@ SubmissionQueue::SubmissionQueue(std::weak_ptr<SubmissionSender> api, const Libr
       m_queue(u"KestrioSubmissionQueue"_s, context.executor),
       m_queueLimit(queueLimit),
       m_droppedRecords(std::make_shared<DroppedRecords>(m_queue, m_clock, queueLimit)),
-      m_stateFile(context.fileExecutor),
+      m_stateFile(context.fileExecutor, queueLimit),
+      m_promptSaves(m_queue, context.clock),
       m_eventsQueue(std::make_shared<BatchRecordQueueRunner>(m_api, m_queue, m_clock, u"EVENTS"_s,
                                                              queueLimit)),
       m_surveysQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock,
@@ -93,13 +94,13 @@ void SubmissionQueue::observeApplication() {
     using Event = ApplicationLifecycle::Event;
     const Block saveIfAlive = [weak = weak_from_this()] {
         if (const auto self = weak.lock())
-            self->save();
+            self->saveState();
     };
     ApplicationLifecycle &lifecycle = ApplicationLifecycle::shared();
     m_lastSaveObserver = lifecycle.observe(Event::lastSave, [weak = weak_from_this()] {
         if (const auto self = weak.lock()) {
             self->m_queue.async([dropped = self->m_droppedRecords] { dropped->print(); });
-            self->save();
+            self->saveState();
         }
     });
     m_willResignActiveObserver = lifecycle.observe(Event::willResignActive, saveIfAlive);
@@ -109,10 +110,24 @@ void SubmissionQueue::appendRequest(QueueTask task) {
     if (m_disableNetworkAccess)
         return;
     const std::shared_ptr<QueueRunner> &target = runner(task.request);
-    target->append(std::move(task));
+    if (m_promptSaves.enabled())
+        appendAndSave(target, std::move(task));
+    else
+        target->append(std::move(task));
     if (!std::ranges::all_of(m_allQueues, &QueueRunner::enabled,
                              &std::shared_ptr<QueueRunner>::get))
         resume();
+}
+
+// In the block that appends: the caller pays no more than without.
+void SubmissionQueue::appendAndSave(const std::shared_ptr<QueueRunner> &target, QueueTask task) {
+    m_queue.async([self = shared_from_this(), target, task = std::move(task)] {
+        target->take({task});
+        self->m_promptSaves.request([weak = self->weak_from_this()] {
+            if (const auto strong = weak.lock())
+                strong->saveState();
+        });
+    });
 }
 
 void SubmissionQueue::appendRequest(QueueableRequest request) {
@@ -157,12 +172,19 @@ void SubmissionQueue::setIdentity(std::optional<qint64> visitorIdentifier,
 }
 
 void SubmissionQueue::save() {
+    saveState();
+    m_queue.async([self = shared_from_this()] { self->searchAfterSave(); });
+}
+
+void SubmissionQueue::saveState() {
     ++m_savesWaiting;
     m_queue.async(
         [self = shared_from_this(), task = ApplicationLifecycle::shared().beginBackgroundTask()] {
             // The last of several that wait finds what the others would have, and more.
-            if (--self->m_savesWaiting == 0)
-                self->m_stateFile.store(self->currentState(), task);
+            if (--self->m_savesWaiting > 0)
+                return;
+            self->m_promptSaves.saved();
+            self->m_stateFile.store(self->currentState(), task);
         });
 }
 
@@ -204,10 +226,51 @@ void SubmissionQueue::enableRunners() {
 }
 
 void SubmissionQueue::loadState() {
-    const std::optional<PersistentQueue> state = StateFile::load(m_queueLimit);
-    if (state && state->version == PersistentQueue::currentVersion &&
-        state->visitorIdentifier == m_visitorIdentifier)
-        restore(*state);
+    adopt(m_stateFile.load(m_visitorIdentifier));
+}
+
+// The owner need not look unless something happens anyway: an idle process does not wake up for it.
+void SubmissionQueue::searchAfterSave() {
+    if (m_searchesAfterSaves && m_clock.now() >= m_nextSearch)
+        search();
+}
+
+void SubmissionQueue::searchLater() {
+    m_queue.asyncAfter(m_nextSearch, std::make_shared<DispatchWorkItem>([weak = weak_from_this()] {
+                           if (const auto self = weak.lock())
+                               self->search();
+                       }));
+}
+
+void SubmissionQueue::search() {
+    m_nextSearch = DispatchTime::distantFuture();
+    m_stateFile.search(m_visitorIdentifier, [weak = weak_from_this()](const auto &found) {
+        if (const auto self = weak.lock())
+            self->m_queue.async([self, found] { self->adopt(found); });
+    });
+}
+
+void SubmissionQueue::adopt(const StateFolder::Found &found) {
+    StateFile::LeftFiles taken;
+    bool isAll = true;
+    for (const auto &[state, file] : found.states) {
+        // The process's own file always counts. Another's waits until nothing is dropped for it.
+        const bool fits = !file || state.fitsBeside(currentState(), m_queueLimit);
+        isAll = isAll && fits;
+        if (!fits)
+            continue;
+        // What belonged to a visitor who has gone meanwhile has gone, too.
+        if (state.visitorIdentifier == m_visitorIdentifier)
+            restore(state);
+        if (file)
+            taken.append(file);
+    }
+    if (!taken.isEmpty())
+        m_stateFile.store(currentState(), nullptr, taken);
+    m_nextSearch = m_clock.now() + double(searchInterval.count());
+    m_searchesAfterSaves = found.owns && isAll;
+    if (!m_searchesAfterSaves)
+        searchLater();
 }
 
 void SubmissionQueue::restore(const PersistentQueue &state) {

@@ -5,6 +5,7 @@
 #include "KestrioKit/Queue/BatchRecordQueueRunner.h"
 #include "KestrioKit/Queue/DroppedRecords.h"
 #include "KestrioKit/Queue/PersistentQueue.h"
+#include "KestrioKit/Queue/PromptSaves.h"
 #include "KestrioKit/Queue/Reachability.h"
 #include "KestrioKit/Queue/SingleRecordQueueRunner.h"
 #include "KestrioKit/Queue/StateFile.h"
@@ -19,7 +20,10 @@ namespace KestrioKit {
 /// Everything that is still to be sent, in five runners and one state file.
 ///
 /// The file holds what the runners did at the last save: after each finished send, when the
-/// application stops being active, and when it ends. Bulk changes of attributes are not in it.
+/// application stops being active, when it ends, and soon after each request where the host wants
+/// that. Bulk changes of attributes are not in it. Several processes may use one folder: records
+/// that one leaves are sent by another, or by the next.
+///
 /// Runners are paused while the network cannot be reached. All operations may be called from any
 /// thread and return at once; lists are touched on the library's thread alone.
 class SubmissionQueue final : public QueueRunnerDelegate,
@@ -36,6 +40,10 @@ public:
     /// While true, new requests are dropped; false at first.
     void setDisableNetworkAccess(bool disable) { m_disableNetworkAccess = disable; }
 
+    /// While true, what is appended is saved soon after; false at first. What is queued already is
+    /// not saved for it.
+    void setSavesPromptly(bool saves) { m_promptSaves.setEnabled(saves); }
+
     /// Queues a task for the runner of its kind.
     void appendRequest(QueueTask task);
     /// Queues a body whose outcome nobody waits for.
@@ -51,6 +59,9 @@ public:
     /// Has the state file written, which the end of the application waits for.
     void save() override;
     void tasksDropped(qsizetype count) override { m_droppedRecords->add(count); }
+
+    /// How long after a search for what other processes have left the next one may come.
+    static constexpr std::chrono::seconds searchInterval{10};
 
     /// Calls `report` on the library's thread: whether nothing is being sent and nothing is ready.
     void reportIdle(std::function<void(bool idle)> report);
@@ -69,7 +80,13 @@ private:
     void enableAll(bool enabled);
     void enableRunners();
     void flushAll();
+    void appendAndSave(const std::shared_ptr<QueueRunner> &target, QueueTask task);
+    void saveState();
     void loadState();
+    void searchAfterSave();
+    void searchLater();
+    void search();
+    void adopt(const StateFolder::Found &found);
     void restore(const PersistentQueue &state);
     void clear();
     void setIdentity(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
@@ -85,7 +102,11 @@ private:
     const qsizetype m_queueLimit;
     std::shared_ptr<DroppedRecords> m_droppedRecords;
     StateFile m_stateFile;
+    PromptSaves m_promptSaves;
     std::atomic<int> m_savesWaiting = 0;
+    /// Whether searches wait for a save, and when the next one may be; used on the queue alone.
+    bool m_searchesAfterSaves = false;
+    DispatchTime m_nextSearch;
     /// Of the records that are queued; used on the queue alone.
     std::optional<qint64> m_visitorIdentifier;
     std::optional<QString> m_visitorToken;

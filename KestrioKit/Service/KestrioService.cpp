@@ -58,6 +58,13 @@ void KestrioService::setDisableNetworkAccess(bool disable) {
         m_submissionQueue->setDisableNetworkAccess(disable);
 }
 
+void KestrioService::setSavesPromptly(bool saves) {
+    const std::lock_guard guard(m_submissionQueueLock);
+    m_savesPromptly = saves;
+    if (m_submissionQueue)
+        m_submissionQueue->setSavesPromptly(saves);
+}
+
 std::optional<DisabledError> KestrioService::disabledError() const {
     return m_disabledError.value();
 }
@@ -84,6 +91,7 @@ std::shared_ptr<SubmissionQueue> KestrioService::submissionQueue() {
 void KestrioService::makeSubmissionQueue() {
     m_submissionQueue = SubmissionQueue::make(weak_from_this(), m_context, m_queueLimit);
     m_submissionQueue->setDisableNetworkAccess(m_disableNetworkAccess);
+    m_submissionQueue->setSavesPromptly(m_savesPromptly);
 }
 
 // Sending

@@ -53,6 +53,9 @@ public:
     /// Stops all sending, and drops new records, while true; false at first.
     bool disableNetworkAccess() const { return m_disableNetworkAccess; }
     void setDisableNetworkAccess(bool disable);
+    /// While true, what is queued is saved soon after; false at first.
+    bool savesPromptly() const { return m_savesPromptly; }
+    void setSavesPromptly(bool saves);
 
     /// How many records of a kind may wait to be sent, from 1 to `largestQueueLimit`; values
     /// outside become the nearest. Counts for a queue that is made later.
@@ -64,7 +67,8 @@ public:
     /// While true, requests whose answer is waited for are sent although the library has disabled
     /// itself, and their unreadable answers are not reported; false at first.
     void setStartsOver(bool startsOver) { m_startsOver = startsOver; }
-    /// Sends what is queued, or keeps it while the library is disabled: to be called after a change.
+    /// Sends what is queued, or keeps it while the library is disabled: to be called after a
+    /// change.
     void resumeSubmissions();
 
     void fetchConfig(const Completion<ResponseConfig> &completion);
@@ -128,6 +132,7 @@ private:
     std::atomic<bool> m_disableNetworkAccess = false;
     std::atomic<int> m_queueLimit = int(QueueRunner::defaultQueueLimit);
     std::atomic<bool> m_startsOver = false;
+    std::atomic<bool> m_savesPromptly = false;
     Atomic<std::optional<DisabledError>> m_disabledError;
     std::shared_ptr<KestrioServiceRequests> m_networkRequests;
     ServiceSessions m_sessions;

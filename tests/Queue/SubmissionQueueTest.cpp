@@ -78,6 +78,37 @@ TEST_F(SubmissionQueueTest, KeepsWhatIsStoredWhenTheApplicationStepsBackWhileItI
     EXPECT_EQ(file(), stateText({"first"}));
 }
 
+TEST_F(SubmissionQueueTest, SavesPromptlyWhereTheHostWantsThatAtMostOnceInAWhile) {
+    make();
+    appendEvent(u"out"_s);
+    settle();
+    advance(1000);
+    EXPECT_EQ(file(), "none");
+    queue->setSavesPromptly(true);
+    const struct {
+        QString event;
+        double seconds;
+        QByteArrayList saved;
+    } rows[] = {{u"a"_s, 0.05, {"a", "out"}},
+                {u"b"_s, 0.19, {"a", "out"}},
+                {u"c"_s, 0.01, {"a", "b", "c", "out"}},
+                {u"d"_s, 0.2, {"a", "b", "c", "d", "out"}},
+                {u"e"_s, 0.2, {"a", "b", "c", "d", "e", "out"}}};
+    for (const auto &[event, seconds, saved] : rows) {
+        appendEvent(event);
+        settle();
+        advance(seconds);
+        EXPECT_EQ(file(), stateText(saved)) << qPrintable(event);
+    }
+    // A save of another reason is one, too.
+    appendEvent(u"f"_s);
+    answer(200);
+    EXPECT_EQ(file(), stateText({"a", "b", "c", "d", "e", "f"}));
+    ASSERT_TRUE(QFile::remove(fileName));
+    advance(1000);
+    EXPECT_EQ(file(), "none");
+}
+
 TEST_F(SubmissionQueueTest, AnotherVisitorEmptiesItButForWhatComesAfter) {
     make();
     appendEvent(u"out"_s);

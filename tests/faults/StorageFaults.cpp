@@ -1,3 +1,4 @@
+#include "KestrioKit/Platform/Atomic.h"
 #include "tests/faults/FaultRow.h"
 #include "tests/support/Programs.h"
 #include "tests/support/RecordingServer.h"
@@ -35,9 +36,12 @@ QByteArray records(const QString &owner) {
 class StorageFaults : public ::testing::Test {
 protected:
     StorageFaults() {
-        server.setScript([](const RecordedRequest &request) -> ServerAnswer {
-            if (request.body.contains("\"Unanswered\""))
+        server.setScript([this](const RecordedRequest &request) -> ServerAnswer {
+            const QStringList names = namesIn(request);
+            if (request.body.contains("\"Unanswered\"") || (isAway && !names.isEmpty())) {
+                unanswered.mutate([&](QStringList &all) { all += names; });
                 return ServerAnswer::badly(ServerAnswer::Manner::hang);
+            }
             // So slow that something is under way whenever the process ends.
             std::this_thread::sleep_for(5ms);
             const bool visitor = request.target.endsWith("/visitors") || request.method == "PUT";
@@ -45,6 +49,9 @@ protected:
         });
     }
 
+    static QStringList namesIn(const RecordedRequest &request) {
+        return testNames(request.target + ' ' + request.body);
+    }
     QString path(QLatin1StringView file = {}) const {
         return data.filePath(u"kestrio-host/Kestrio/"_s + file);
     }
@@ -56,21 +63,71 @@ protected:
             << file.data() << ": " << text.toStdString();
         return text;
     }
-    /// The records in the state file. Both files must be whole.
+    /// The records in the state files of all processes. All files must be whole.
     QStringList stored() const {
         read(identityFile);
-        return testNames(read(stateFile));
+        QStringList names;
+        for (const QString &file : QDir(path()).entryList({u"SubmissionQueue*.json"_s}))
+            names += testNames(read(QLatin1StringView(file.toLatin1())));
+        return names;
     }
     /// How often each record was delivered.
     QMap<QString, int> delivered() const {
         QMap<QString, int> times;
         for (const RecordedRequest &request : server.requests()) {
-            for (const QString &name : testNames(request.target + ' ' + request.body))
+            for (const QString &name : namesIn(request))
                 ++times[name];
+        }
+        for (const QString &name : unanswered.value()) {
+            if (--times[name] <= 0)
+                times.remove(name);
         }
         return times;
     }
 
+    /// A host's whole life.
+    void finishHost(const QByteArray &commands) const {
+        HostProgram host(data.path());
+        host.send(HostProgram::start + commands);
+        EXPECT_EQ(host.finish(), 0);
+    }
+    /// Waits until every one of the names was delivered or stored.
+    bool waitForSafe(const QStringList &names) {
+        return waitFor([&] {
+            ++looks;
+            const QStringList safe = stored() + delivered().keys();
+            return std::ranges::all_of(names, [&](auto &name) { return safe.contains(name); });
+        });
+    }
+    /// Counts a further delivery of what is stored although the service has it.
+    void excuseStored() {
+        const QMap<QString, int> before = delivered();
+        for (const QString &name : stored())
+            excused[name] += before.contains(name) ? 1 : 0;
+    }
+    /// What became of all, and of those that must not be lost.
+    void addOutcome(FaultRow &row, const QStringList &promised, const QByteArray &what) {
+        const QMap<QString, int> times = delivered();
+        const QStringList sent = times.keys();
+        const auto isLost = [&](const QString &name) {
+            return !times.contains(name);
+        };
+        const auto isTooOften = [&](const QString &name) {
+            return times[name] > 1 + excused.value(name);
+        };
+        row.add({{promised.size(), what},
+                 {std::ranges::count_if(promised, isLost), "of them lost", 0},
+                 {std::accumulate(times.begin(), times.end(), 0) - sent.size(), "deliveries again"},
+                 {std::ranges::count_if(sent, isTooOften), "of them without need", 0},
+                 {QDir(path()).entryList({u"*.lock"_s, u"SubmissionQueue-*"_s}).size(),
+                  "files left behind", 0}});
+    }
+
+    /// Whether the service takes no records, and keeps those who send them waiting.
+    std::atomic<bool> isAway = false;
+    Atomic<QStringList> unanswered;
+    QMap<QString, int> excused;
+    int looks = 0;
     QTemporaryDir data;
     RecordingServer server{servicePort};
 };
@@ -81,43 +138,23 @@ TEST_F(StorageFaults, KilledWhileItSavesLosesNothingThatWasSaved) {
     SCOPED_TRACE(seed);
     QRandomGenerator random(seed);
     const int kills = FaultRow::times(200, 10);
-    const auto finishHost = [this](const QByteArray &commands) {
-        HostProgram host(data.path());
-        host.send(HostProgram::start + commands);
-        EXPECT_EQ(host.finish(), 0);
-    };
     QElapsedTimer life;
     life.start();
     finishHost(records(u"whole"_s) + "wait-for idle 60000");
     const int longestLife = int(life.elapsed());
-    QMap<QString, int> excused;
     for (int kill = 0; kill < kills; ++kill) {
         HostProgram host(data.path());
         host.send(HostProgram::start + records(QString::number(kill)));
         pause(random.bounded(longestLife) * 1ms);
         host.kill();
         ASSERT_TRUE(waitFor([this] { return server.openConnections() == 0; }));
-        const QMap<QString, int> before = delivered();
-        for (const QString &name : stored())
-            excused[name] += before.contains(name) ? 1 : 0;
+        excuseStored();
     }
     finishHost({});
-    const QMap<QString, int> times = delivered();
-    const QStringList saved = excused.keys(), sent = times.keys();
-    const auto isLost = [&](const QString &name) {
-        return !times.contains(name);
-    };
-    const auto isTooOften = [&](const QString &name) {
-        return times[name] > 1 + excused.value(name);
-    };
+    row.add({{kills, "kills"}});
+    addOutcome(row, excused.keys(), "records in the file at a kill");
     const qsizetype given = 2 * recordsOfAKind * (kills + 1);
-    row.add({{kills, "kills"},
-             {saved.size(), "records in the file at a kill"},
-             {std::ranges::count_if(saved, isLost), "of them lost", 0},
-             {std::accumulate(times.begin(), times.end(), 0) - times.size(), "deliveries again"},
-             {std::ranges::count_if(sent, isTooOften), "of them without need", 0},
-             {given - sent.size(), "neither saved nor sent at the kill"},
-             {QDir(path()).entryList(QDir::Files).size() - 2, "files left behind"}});
+    row.add({{given - delivered().size(), "neither saved nor sent at the kill"}});
 }
 
 /// Storage that fails, and what mends it: commands to a disk of the test's own, where $DISK is the
@@ -131,7 +168,8 @@ struct StorageFault {
 const StorageFault storageFaults[] = {
     {"full", "! head -c 1M /dev/zero 2>/dev/null >$DISK/filler", "rm $DISK/filler"},
     {"limited", "prlimit --pid $PID --fsize=0:", "prlimit --pid $PID --fsize=unlimited:"},
-    {"read-only", "mount -o remount,ro $DISK", "mount -o remount,rw $DISK"},
+    // A mount of its own: what a process has open to write keeps the disk's from becoming one.
+    {"read-only", "mount --bind $DISK $DISK && mount -o remount,bind,ro $DISK", "umount -l $DISK"},
     // What the library has to make again, once it can.
     {"removed", "rm -r $FOLDER && touch $FOLDER", "rm $FOLDER"},
     {"folders-for-the-files", "rm $FILES && mkdir $FILES", "rmdir $FILES"},
@@ -185,31 +223,65 @@ TEST_F(StorageFaults, GoesOnDeliveringAndSavesAgainOnceTheStorageIsBack) {
              {given - times.size(), "lost", 0}});
 }
 
-TEST_F(StorageFaults, TwoProcessesOnOneFolderDeliverEachItsOwn) {
+TEST_F(StorageFaults, KilledAfterItSavedPromptlyLosesNothing) {
+    FaultRow row("killed after prompt saves", 120s);
+    const int kills = FaultRow::times(50, 3);
+    QStringList promised;
+    for (int kill = 0; kill < kills; ++kill) {
+        isAway = true;
+        HostProgram host(data.path());
+        const QByteArray commands = records(QString::number(kill));
+        promised += testNames(commands);
+        host.send("prompt-saves on\n" + HostProgram::start + commands);
+        EXPECT_TRUE(waitForSafe(testNames(commands)));
+        host.kill();
+        isAway = false;
+        finishHost({});
+    }
+    row.add({{kills, "kills"}});
+    addOutcome(row, promised, "records");
+}
+
+/// How two processes end: the first, then the second.
+struct Ends {
+    bool isAway;
+    bool isKilled[2];
+};
+
+TEST_F(StorageFaults, TwoProcessesOnOneFolderLoseNothingHoweverTheyEnd) {
     FaultRow row("two processes on one folder", 120s);
-    const int rounds = FaultRow::times(20, 2);
-    int reads = 0;
+    const int rounds = FaultRow::times(40, 8);
+    QStringList promised;
     for (int round = 0; round < rounds; ++round) {
+        const Ends ends{(round & 1) != 0, {(round & 2) != 0, (round & 4) != 0}};
+        SCOPED_TRACE(round);
         HostProgram hosts[]{HostProgram(data.path()), HostProgram(data.path())};
         for (HostProgram &host : hosts) {
-            host.send(HostProgram::start + records(QString::number(2 * round + (&host - hosts))) +
-                      "wait-for idle 60000");
-            host.program().endInput();
+            host.send("prompt-saves on\n" + HostProgram::start + "visitor");
+            EXPECT_EQ(host.nextReport()["visitor"_L1], 42);
         }
-        const auto ended = [&](HostProgram &host) {
-            ++reads;
-            stored();
-            return host.program().waitForEnd(0ms) == 0;
-        };
-        EXPECT_TRUE(waitFor([&] { return std::ranges::all_of(hosts, ended); }));
+        isAway = ends.isAway;
+        QByteArray commands[2];
+        for (int number = 0; number < 2; ++number) {
+            commands[number] = records(QString::number(2 * round + number));
+            hosts[number].send(commands[number]);
+            promised += testNames(commands[number]);
+        }
+        // Either of them owns the stored state.
+        for (int end = 0; end < 2; ++end) {
+            EXPECT_TRUE(waitForSafe(testNames(commands[end])));
+            if (ends.isKilled[end])
+                hosts[end].kill();
+            else
+                EXPECT_EQ(hosts[end].finish(), 0);
+        }
+        isAway = false;
+        ASSERT_TRUE(waitFor([this] { return server.openConnections() == 0; }));
+        excuseStored();
+        finishHost({});
     }
-    const QMap<QString, int> times = delivered();
-    const qsizetype given = 4 * recordsOfAKind * rounds;
-    row.add({{2 * rounds, "processes"},
-             {given, "records"},
-             {given - times.size(), "lost", 0},
-             {std::accumulate(times.begin(), times.end(), 0) - given, "deliveries again"},
-             {reads, "looks at the files"}});
+    row.add({{2 * rounds, "processes"}, {looks, "looks at the files"}});
+    addOutcome(row, promised, "records");
 }
 
 } // namespace
