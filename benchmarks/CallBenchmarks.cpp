@@ -64,7 +64,7 @@ void timeCalls(benchmark::State &state, const Call &call, std::chrono::milliseco
     state.counters["p99"] = quantile(microseconds, 0.99);
 }
 
-void track(benchmark::State &state, std::chrono::milliseconds pause) {
+void track(benchmark::State &state, std::chrono::milliseconds pause, bool savesPromptly) {
     if (!serviceRuns())
         return state.SkipWithError("there is no service");
     Kestrio &kestrio = Kestrio::shared();
@@ -72,8 +72,10 @@ void track(benchmark::State &state, std::chrono::milliseconds pause) {
     if (!waitFor([&kestrio] { return kestrio.visitorIdentifier().has_value(); }))
         return state.SkipWithError("there is no visitor");
     runEventLoop(untilReady);
+    kestrio.setSavesPromptly(savesPromptly);
     timeCalls(
         state, [&kestrio] { kestrio.track(u"Catalogue Opened"_s); }, pause);
+    kestrio.setSavesPromptly(false);
     if (!waitFor(isIdle))
         state.SkipWithError("the events are not delivered");
 }
@@ -97,8 +99,10 @@ void postEmptyBlock(benchmark::State &state, std::chrono::milliseconds pause) {
 constexpr auto aThousand = [](auto *benchmark) {
     benchmark->Iterations(calls)->UseManualTime()->Unit(benchmark::kMicrosecond);
 };
-BENCHMARK_CAPTURE(track, busy, 0ms)->Apply(aThousand);
-BENCHMARK_CAPTURE(track, asleep, untilAsleep)->Apply(aThousand);
+BENCHMARK_CAPTURE(track, busy, 0ms, false)->Apply(aThousand);
+BENCHMARK_CAPTURE(track, busy_saving, 0ms, true)->Apply(aThousand);
+BENCHMARK_CAPTURE(track, asleep, untilAsleep, false)->Apply(aThousand);
+BENCHMARK_CAPTURE(track, asleep_saving, untilAsleep, true)->Apply(aThousand);
 BENCHMARK_CAPTURE(postEmptyBlock, busy, 0ms)->Apply(aThousand);
 BENCHMARK_CAPTURE(postEmptyBlock, asleep, untilAsleep)->Apply(aThousand);
 

@@ -76,13 +76,14 @@ BENCHMARK(readFile)->Iterations(startsOfConfigure)->UseManualTime();
 void idle(benchmark::State &state, const QString &program, const QStringList &arguments) {
     if (!serviceRuns())
         return state.SkipWithError("there is no service");
-    const QTemporaryDir data;
     std::vector<double> memory;
     std::vector<double> threads;
     for ([[maybe_unused]] auto iteration : state) {
+        // Hosts that shared a folder would look after each other.
+        const QTemporaryDir data[hostsAtOnce];
         std::deque<Program> hosts;
-        for (int number = 0; number < hostsAtOnce; ++number)
-            hosts.emplace_back(program, arguments, environment(data));
+        for (const QTemporaryDir &own : data)
+            hosts.emplace_back(program, arguments, environment(own));
         for (Program &process : hosts) {
             const QJsonObject figures = report(process);
             memory.push_back(figures[u"KiB"].toDouble());

@@ -15,15 +15,18 @@ def number: if . >= 100 then round elif . >= 10 then . * 10 | round / 10 else . 
   | tostring;
 def with($unit): number + " " + $unit;
 
-# upTo and most: limits of the measured figure; times and least: limits of its ratio to the floor.
+# upTo and most: limits of the measured figure; more: a limit of its difference to the floor; times
+# and least: limits of its ratio to the floor.
 def row($what; $unit; $measured; $floor; $goal):
   (if $floor then $measured / $floor else null end) as $ratio
   | ([if $goal.upTo then "at most \($goal.upTo) \($unit)" else empty end,
       if $goal.most then "under \($goal.most) \($unit)" else empty end,
+      if $goal.more then "at most \($goal.more) \($unit) more" else empty end,
       if $goal.times then "at most \($goal.times) x" else empty end,
       if $goal.least then "at least \($goal.least) x" else empty end] | join(", ")) as $text
   | (($goal.upTo == null or $measured <= $goal.upTo) and
      ($goal.most == null or $measured < $goal.most) and
+     ($goal.more == null or $measured - $floor <= $goal.more) and
      ($goal.times == null or $ratio <= $goal.times) and
      ($goal.least == null or $ratio >= $goal.least)) as $met
   | [$what, ($measured | with($unit)), (if $floor then $floor | with($unit) else "" end),
@@ -68,6 +71,10 @@ def rows:
   track("busy"; "p99"; "the same, 99th percentile"; {most: 50, times: 4}),
   track("asleep"; "median"; "`track` that wakes the library, median"; {times: 4}),
   track("asleep"; "p99"; "the same, 99th percentile"; {times: 4}),
+  (["busy", "queue busy"], ["asleep", "that wakes the library"]
+   | row("`track` \(.[1]), prompt saves, median; floor without"; "µs";
+         counter("track/" + .[0] + "_saving"; "median"); counter("track/" + .[0]; "median");
+         {more: 1})),
   row("`configure`, first call"; "µs"; counter("configure"; "median"); counter("readFile"; "median");
       {most: 3000}),
   row("decoding a survey of 3 KB"; "µs"; time("decodeSurvey"); time("parseSurvey"); {times: 1.5}),
