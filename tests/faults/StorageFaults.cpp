@@ -201,6 +201,8 @@ TEST_F(StorageFaults, GoesOnDeliveringAndSavesAgainOnceTheStorageIsBack) {
         };
         host.send(HostProgram::start + "visitor");
         EXPECT_EQ(host.nextReport()["visitor"_L1], 42);
+        // Idle, it may still be saving what it did before.
+        ASSERT_TRUE(waitFor([&] { return !read(stateFile).isEmpty(); }));
         ASSERT_TRUE(run(strike));
         host.send("track Unanswered\n" + say("during") + "wait 100\nvisitor");
         EXPECT_EQ(host.nextReport()["visitor"_L1], 42) << host.program().output().toStdString();
