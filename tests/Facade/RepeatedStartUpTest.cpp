@@ -147,7 +147,7 @@ TEST_F(RepeatedStartUpTest, LeavesItToTheNextProcessWhereAVisitorIsStored) {
 
 TEST_F(RepeatedStartUpTest, DeliversTheStoredVisitorsRecordsAtTheMomentOfSuccess) {
     startAfresh(stored);
-    answer(configLine, away);
+    answer(configLine, {503});
     configure();
     trackEvents(u"kept-"_s);
     flagsSource->change({});
