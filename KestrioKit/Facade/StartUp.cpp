@@ -18,11 +18,6 @@ std::shared_ptr<StartUp> StartUp::make(std::shared_ptr<KestrioService> api,
             if (const auto self = weak.lock())
                 self->repeat(occasion);
         });
-    startUp->m_createdObserver =
-        ApplicationLifecycle::shared().observe(ApplicationLifecycle::Event::created, [weak] {
-            if (const auto self = weak.lock())
-                self->applicationCreated();
-        });
     return startUp;
 }
 
@@ -80,7 +75,6 @@ void StartUp::begin() {
         // Behind the observer that saves the stored visitor's records, and thus called before it.
         m_willTerminateObserver = ApplicationLifecycle::shared().observe(
             ApplicationLifecycle::Event::willTerminate, keepRecords);
-        m_hasBegun = true;
         send = configRequest();
     }
     send();

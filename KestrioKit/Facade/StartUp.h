@@ -98,7 +98,6 @@ private:
     void fail(RequestNumber request, Purpose purpose, const Response &response,
               const std::optional<Error> &error);
     void repeat(RepeatSchedule::Occasion occasion);
-    void applicationCreated();
     void applicationEnds();
     void trackLaunch();
 
@@ -127,7 +126,6 @@ private:
     Identity m_identity;
     const std::shared_ptr<Bootstrap> m_bootstrap;
     std::shared_ptr<RepeatSchedule> m_schedule;
-    ApplicationLifecycle::Observation m_createdObserver;
     ApplicationLifecycle::Observation m_willTerminateObserver;
     Atomic<std::optional<ResponseConfig>> m_config;
     std::atomic<bool> m_retries = true;
@@ -138,8 +136,6 @@ private:
     /// do so together. Never while a request is sent, since its completion may be called within the
     /// call.
     std::mutex m_lock;
-    /// Whether the first request of this start-up has been made.
-    bool m_hasBegun = false;
     /// The request that attaches the pending user: the held calls wait for its answer.
     std::optional<RequestNumber> m_pendingAttach;
     /// The visitor whose launch was tracked last.

@@ -183,19 +183,4 @@ void StartUp::setRetries(bool retries) {
     }
 }
 
-// The requests of the application before were dropped.
-void StartUp::applicationCreated() {
-    Block send;
-    {
-        const std::lock_guard guard(m_lock);
-        if (!m_hasBegun || m_phase == Phase::idle)
-            return;
-        voidRequests();
-        if (m_phase == Phase::waiting)
-            m_phase = Phase::repeating;
-        send = configRequest();
-    }
-    send();
-}
-
 } // namespace KestrioKit
