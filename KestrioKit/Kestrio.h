@@ -172,6 +172,10 @@ public:
     /// reported once, however it ends: also when the window is closed or destroyed, or the
     /// application quits.
     ///
+    /// The survey looks the same in every host: neither style sheets nor a style, palette or widget
+    /// font reach it. Its text has the family of the application's font, and grows with it above
+    /// 10 points. It keeps its own language, whatever arrives meanwhile.
+    ///
     /// Nothing is shown, and the survey stays held, when `from` is null or has been destroyed, its
     /// window is not shown, another survey is up, or the survey has no questions; that is logged
     /// and reported as an error. Meant for the main thread; from another one the survey is shown a
@@ -201,8 +205,8 @@ public:
     /// "trackWithEventName:handler:" (the handler a `TrackHandler`, or a null variant for none),
     /// "presentSurveyFrom:", "presentSurveyWithId:from:fetchCompletion:" (a `FetchCompletion`, or a
     /// null variant), "presentDebugSurveyFrom:", "logout". Returns the operation's result (null
-    /// where it has none), or nothing for an unknown selector or arguments that do not fit, in
-    /// which case nothing was called.
+    /// where it has none), or nothing for an unknown selector or arguments that do not fit, such as
+    /// "abc" for a number, in which case nothing was called.
     Q_INVOKABLE std::optional<QVariant> perform(const QString &selector,
                                                 const QVariantList &arguments = {});
 

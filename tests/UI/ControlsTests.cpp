@@ -1,6 +1,5 @@
 #include "KestrioKit/UI/ActionButton.h"
 #include "KestrioKit/UI/CheckboxButton.h"
-#include "KestrioKit/UI/CloseButton.h"
 #include "KestrioKit/UI/Fonts.h"
 #include "KestrioKit/UI/KestrioUI.h"
 #include "KestrioKit/UI/Label.h"
@@ -60,19 +59,6 @@ TEST_F(Controls, CheckboxShowsWhetherItIsSelected) {
     for (auto *const animation : button->findChildren<QVariantAnimation *>())
         animation->setCurrentTime(animation->duration());
     EXPECT_TRUE(isNear(colorAt(box.x() + 8, box.y() + 3), Qt::white));
-}
-
-TEST_F(Controls, CloseButtonIsACircleWithACross) {
-    auto *const button = show(new CloseButton, 26);
-    EXPECT_EQ(button->size(), QSize(26, 26));
-    const QColor inactive = KestrioUI::Color::inactive();
-    window.setStyleSheet(u"QWidget { background: black; }"_s);
-    EXPECT_TRUE(isNear(colorAt(13, 13), inactive));
-    EXPECT_TRUE(isNear(colorAt(13, 5), Qt::white));
-    EXPECT_TRUE(isNear(colorAt(13, 0.4), inactive, 40));
-    EXPECT_TRUE(isNear(colorAt(1, 1), Qt::black));
-    QTest::mousePress(button, Qt::LeftButton);
-    EXPECT_TRUE(isNear(colorAt(13, 5), onWhite(Qt::black, 0.7)));
 }
 
 TEST_F(Controls, BordersAreSharpAtEachScale) {
@@ -159,6 +145,7 @@ TEST_F(Controls, PageControlMarksTheCurrentPage) {
 
 TEST_F(Controls, LabelsShowTheirTextWhole) {
     const QFont font = preferredFont(TextStyle::body);
+    EXPECT_EQ(font.families(), QGuiApplication::font().families());
     const int line = QFontMetrics(font).height();
     for (const QString &text : {u"word "_s.repeated(400), u"Donaudampfschifffahrt"_s.repeated(90),
                                 u"長い文章"_s.repeated(500), u"مرحبا بالعالم "_s.repeated(150)}) {
