@@ -272,8 +272,11 @@ void KestrioCore::presentSpecifiedSurvey(const Survey &survey, const QPointer<QW
     const auto present = [self = shared_from_this(), survey, from] {
         const std::optional<ResponseConfig> config = self->config();
         const QColor themeColor = config ? config->themeColor() : KestrioUI::Color::defaultTheme();
-        self->handleError(KestrioKit::presentSpecifiedSurvey(
-            survey, from, {self->m_clock, self->m_api, themeColor, self}));
+        const std::optional<QString> refusal = KestrioKit::presentSpecifiedSurvey(
+            survey, from, {self->m_clock, self->m_api, themeColor, self});
+        // For the host's developer: the service can do nothing about it.
+        if (refusal)
+            logLine(u"More Info: "_s + *refusal, LogCategory::error);
     };
     if (isOnMainThread())
         present();

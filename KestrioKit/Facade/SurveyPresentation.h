@@ -11,12 +11,6 @@
 
 namespace KestrioKit {
 
-/// A survey that could not be shown; the code is a `PresentationObstacle`.
-inline constexpr QLatin1StringView presentationErrorDomain("KestrioKit.PresentationError");
-
-/// Why a survey cannot be shown.
-enum class PresentationObstacle { noPresenter, windowNotShown, alreadyPresenting, noQuestions };
-
 /// What a survey on screen works with.
 struct PresentationContext {
     /// Outlives the survey.
@@ -32,7 +26,7 @@ void speakLanguage(const Survey &survey);
 
 /// Shows `survey` over the window of `from`, in its own language. What comes back is why that
 /// cannot be; then nothing has been shown or reported. For the main thread.
-std::optional<Error> presentSpecifiedSurvey(const Survey &survey, QWidget *from,
-                                            const PresentationContext &context);
+std::optional<QString> presentSpecifiedSurvey(const Survey &survey, QWidget *from,
+                                              const PresentationContext &context);
 
 } // namespace KestrioKit

@@ -143,6 +143,8 @@ TEST_F(SurveyPresentation, SaysWhyItCannotShowASurvey) {
     EXPECT_EQ(printed.count(u"There is no widget"_s), 2);
     EXPECT_EQ(printed.count(u"is not shown itself"_s), 1);
     EXPECT_EQ(printed.count(u"Another survey"_s), 1);
+    finish();
+    EXPECT_EQ(bodies("POST /1/errors").size(), 0);
 }
 
 TEST_F(SurveyPresentation, KeepsItsLanguageWhenAnotherSurveyArrives) {
