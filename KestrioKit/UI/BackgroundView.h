@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QPoint>
 #include <QWidget>
 
 namespace KestrioKit {
@@ -18,10 +19,12 @@ public:
     void setAlpha(qreal alpha);
 
 Q_SIGNALS:
+    /// Pressed and released here, without having been dragged in between.
     void tapped();
 
 protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -29,6 +32,7 @@ protected:
 private:
     QColor m_color;
     qreal m_alpha = 0;
+    QPoint m_pressedAt;
     bool m_isPressed = false;
 };
 

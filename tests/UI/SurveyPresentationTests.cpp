@@ -123,6 +123,28 @@ TEST_F(SurveyPresentation, SubmitsOnceHoweverItEnds) {
     EXPECT_EQ(presses, 0);
 }
 
+TEST_F(SurveyPresentation, IsClosedByATapOnTheDimmingAlone) {
+    struct {
+        QPoint from, over, to;
+        bool closes;
+    } const drags[] = {
+        {{50, 50}, {50, 50}, {50, 550}, false},
+        {{50, 50}, {50, 300}, {50, 50}, false},
+        {{50, 498}, {50, 500}, {50, 503}, false},
+        {{50, 50}, {52, 52}, {53, 53}, true},
+    };
+    present(R"([{"name":11,"type":"likert","props":{"message":"How was it?"}}])");
+    const int top = frame(u"Kestrio Survey"_s).top() - 500;
+    for (const auto &[from, over, to, closes] : drags) {
+        const QPoint shift(0, from.y() > 400 ? top : 0);
+        QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, from + shift);
+        QTest::mouseMove(window.windowHandle(), over + shift);
+        QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, to + shift);
+        finish();
+        EXPECT_EQ(!survey(), closes) << to.y();
+    }
+}
+
 TEST_F(SurveyPresentation, SaysWhyItCannotShowASurvey) {
     QWidget hidden;
     auto *const gone = new QWidget(&window);
