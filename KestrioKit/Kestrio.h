@@ -168,18 +168,34 @@ public:
     /// none is held.
     ///
     /// While a survey is up, the window under it gets no input and no actions of assistive
-    /// technology, and the focus goes back where it was when it ends. What was answered is
-    /// reported once, however it ends: also when the window is closed or destroyed, or the
-    /// application quits.
+    /// technology, and the focus goes back where it was when it ends. The visitor's keys and taps
+    /// count once the survey has come up, which takes 0.6 seconds, or no time where the style does
+    /// without animations. A question is reported seen once the window shows it; a minimized
+    /// window does not.
+    ///
+    /// A survey ends in one of these ways. Whichever it is, what was answered is reported once,
+    /// when it ends:
+    /// - The visitor has come to its last page, which is shown for a second. Nothing else is
+    ///   reported.
+    /// - The visitor closes it: with its close button, with Escape, or with a tap beside it.
+    /// - The window is closed or hidden, and not shown again within two seconds. Shown again by
+    ///   then, with other flags or inside of another window (a dock, a tab), it continues.
+    /// - The window is destroyed, or the application quits.
+    /// In all but the first, "closed" is reported, too, with the question that it was at; on
+    /// the last page, without one.
     ///
     /// The survey looks the same in every host: neither style sheets nor a style, palette or widget
     /// font reach it. Its text has the family of the application's font, and grows with it above
     /// 10 points. It keeps its own language, whatever arrives meanwhile.
     ///
     /// Nothing is shown, and the survey stays held, when `from` is null or has been destroyed, its
-    /// window is not shown, another survey is up, or the survey has no questions; that is logged
-    /// and reported as an error. Meant for the main thread; from another one the survey is shown a
-    /// little later, and `from` must still exist when this returns. Needs a `QApplication`.
+    /// window is not shown, another survey is up or waits for its hidden window, or the survey has
+    /// no questions; that is logged, and not reported. Meant for the main thread; from another one
+    /// the survey is shown a little later, and `from` must still exist when this returns. Needs a
+    /// `QApplication`.
+    ///
+    /// Over a window with native child windows, such as those of `QWidget::createWindowContainer`,
+    /// the survey is a native window itself, and what is behind it stands still meanwhile.
     Q_INVOKABLE void presentSurvey(QWidget *from);
 
     /// Fetches that survey and shows it like `presentSurvey(QWidget *)`. `fetchCompletion` is

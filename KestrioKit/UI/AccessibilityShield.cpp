@@ -2,7 +2,9 @@
 
 #include <QAccessibleObject>
 #include <QAccessibleWidget>
-#include <QList>
+
+#include <algorithm>
+#include <iterator>
 
 namespace KestrioKit {
 
@@ -72,7 +74,7 @@ AccessibilityShield::~AccessibilityShield() {
     if (shields().isEmpty())
         QAccessible::removeFactory(makeInterface);
     if (m_window)
-        forgetInterfaces([this](QWidget *view) { return m_disguised.contains(view); });
+        forgetInterfaces(m_disguised);
 }
 
 bool AccessibilityShield::covers(const QWidget *view) const {
@@ -82,17 +84,21 @@ bool AccessibilityShield::covers(const QWidget *view) const {
 // Before that nobody holds any. Forgetting them each time would cost: Qt never takes back the
 // connection to the widget that it makes with each interface.
 void AccessibilityShield::accessibilityActiveChanged(bool active) {
-    if (active && m_window)
-        forgetInterfaces([this](QWidget *view) { return covers(view); });
+    if (!active || !m_window)
+        return;
+    const QList<QWidget *> views = m_window->findChildren<QWidget *>() << m_window;
+    QList<QPointer<QWidget>> covered;
+    std::ranges::copy_if(views, std::back_inserter(covered),
+                         [this](const QWidget *view) { return covers(view); });
+    forgetInterfaces(covered);
 }
 
 // They are made anew when asked for, by whichever factory is in charge then.
-void AccessibilityShield::forgetInterfaces(const std::function<bool(QWidget *)> &which) const {
-    const QList<QWidget *> views = m_window->findChildren<QWidget *>() << m_window;
+void AccessibilityShield::forgetInterfaces(const QList<QPointer<QWidget>> &views) const {
     for (QWidget *const view : views) {
-        if (!which(view))
-            continue;
-        if (QAccessibleInterface *const known = QAccessible::queryAccessibleInterface(view))
+        QAccessibleInterface *const known =
+            view ? QAccessible::queryAccessibleInterface(view) : nullptr;
+        if (known)
             QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(known));
     }
     // Not while the window is being destroyed.
@@ -109,7 +115,7 @@ QAccessibleInterface *AccessibilityShield::makeInterface(const QString &, QObjec
     for (AccessibilityShield *const shield : shields()) {
         if (!shield->covers(view))
             continue;
-        shield->m_disguised.insert(view);
+        shield->m_disguised.append(view);
         if (view == shield->m_window)
             return new WindowInterface(view, shield->m_exception);
         return new CoveredInterface(view);

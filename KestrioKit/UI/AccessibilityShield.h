@@ -1,11 +1,9 @@
 #pragma once
 
 #include <QAccessible>
+#include <QList>
 #include <QPointer>
-#include <QSet>
 #include <QWidget>
-
-#include <functional>
 
 namespace KestrioKit {
 
@@ -21,14 +19,14 @@ public:
 private:
     bool covers(const QWidget *view) const;
     void accessibilityActiveChanged(bool active) override;
-    void forgetInterfaces(const std::function<bool(QWidget *)> &which) const;
+    void forgetInterfaces(const QList<QPointer<QWidget>> &views) const;
 
     static QAccessibleInterface *makeInterface(const QString &className, QObject *object);
 
     QPointer<QWidget> m_window;
     QWidget *m_exception;
     /// Whose interfaces were made here.
-    QSet<QWidget *> m_disguised;
+    QList<QPointer<QWidget>> m_disguised;
 };
 
 } // namespace KestrioKit

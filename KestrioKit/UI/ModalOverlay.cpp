@@ -8,7 +8,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-#include <algorithm>
+#include <utility>
 
 namespace KestrioKit {
 
@@ -55,46 +55,77 @@ ModalOverlay::ModalOverlay() {
     setAcceptDrops(true);
     setCursor(Qt::ArrowCursor);
     hide();
-}
-
-// What is left of it in the base's destructor takes no focus.
-ModalOverlay::~ModalOverlay() {
-    disconnect(m_focusConnection);
+    connect(&m_focus, &FocusKeeper::moved, this, &ModalOverlay::focusMoved);
+    connect(&m_nativeCover, &NativeCover::raised, this, &ModalOverlay::freeze);
+    connect(&m_absence, &WindowAbsence::ended, this, &ModalOverlay::windowReturned);
+    connect(&m_absence, &WindowAbsence::lasted, this, &ModalOverlay::absenceLasted);
 }
 
 void ModalOverlay::cover(QWidget *window) {
-    m_focusBefore = window->focusWidget();
-    window->installEventFilter(this);
-    setParent(window);
-    // A native window of the host's would lie above anything that is none.
-    if (windowHasNativeChildren())
-        setAttribute(Qt::WA_NativeWindow);
+    attach(window);
     freeze();
-    setGeometry(window->rect());
-    layOut();
+    place();
+}
+
+void ModalOverlay::attach(QWidget *window) {
+    window->installEventFilter(this);
+    m_absence.watch(window);
+    setParent(window);
+    m_focus.begin();
+    m_embeddedPictures = embeddedPictures(this);
+    m_nativeCover.begin();
     for (QObject *const sibling : window->children()) {
         if (sibling->isWidgetType() && sibling != this)
             sibling->installEventFilter(this);
     }
     m_shield = std::make_unique<AccessibilityShield>(window, this);
-    m_focusConnection = connect(qApp, &QApplication::focusChanged, this, &ModalOverlay::keepFocus);
+}
+
+void ModalOverlay::detach() {
+    m_nativeCover.end();
+    m_absence.watch(nullptr);
+    parentWidget()->removeEventFilter(this);
+    for (QObject *const sibling : parentWidget()->children())
+        sibling->removeEventFilter(this);
+    m_shield.reset();
+}
+
+void ModalOverlay::place() {
+    setGeometry(parentWidget()->rect());
+    layOut();
     raise();
     show();
-    takeFocus();
+    visibilityChanged();
 }
 
 void ModalOverlay::uncover() {
-    disconnect(m_focusConnection);
-    window()->removeEventFilter(this);
-    for (QObject *const sibling : window()->children())
-        sibling->removeEventFilter(this);
-    m_shield.reset();
-    const bool hadFocus = window()->focusWidget() == this || isAncestorOf(window()->focusWidget());
+    detach();
+    m_focus.end();
     hide();
-    if (hadFocus && m_focusBefore)
-        m_focusBefore->setFocus(Qt::OtherFocusReason);
-    else if (hadFocus && window()->focusWidget())
-        window()->focusWidget()->clearFocus();
+}
+
+// Shown with other flags, the window has another native window. Put into another one, such as a
+// dock into its main window, it is no window any more.
+void ModalOverlay::windowReturned() {
+    QWidget *const host = window();
+    if (host == parentWidget()) {
+        m_nativeCover.begin();
+    } else {
+        detach();
+        delete m_shape;
+        attach(host);
+    }
+    place();
+    QMetaObject::invokeMethod(this, &ModalOverlay::renderHost, Qt::QueuedConnection);
+    m_focus.restore();
+}
+
+// A dock may be in a main window that shows another one in its place.
+void ModalOverlay::absenceLasted() {
+    if (window() != parentWidget() && window()->isVisible())
+        windowReturned();
+    else
+        windowGone();
 }
 
 // Input
@@ -112,7 +143,7 @@ bool ModalOverlay::event(QEvent *event) {
 }
 
 void ModalOverlay::keyPressEvent(QKeyEvent *event) {
-    keyPressed(event->key());
+    keyPressed(*event);
 }
 
 // Accepted on entering, what is dragged is not offered to the host; nothing can be dropped here.
@@ -142,90 +173,90 @@ bool ModalOverlay::focusNextPrevChild(bool next) {
     return true;
 }
 
-// The host may move its focus for reasons of its own; it gets there once the overlay is gone.
-void ModalOverlay::keepFocus(QWidget *, QWidget *now) {
-    if (now && (now == this || isAncestorOf(now))) {
-        m_focusInside = now;
-        focusMoved(now);
-        return;
-    }
-    // With the focus nowhere, the window itself would get the keys.
-    if (now ? now->window() != window() : !isActiveWindow())
-        return;
-    if (now)
-        m_focusBefore = now;
-    if (m_isTakingFocus)
-        return;
-    m_isTakingFocus = true;
-    const bool canReturn = m_focusInside && m_focusInside->isVisible();
-    (canReturn ? m_focusInside.data() : this)->setFocus(Qt::OtherFocusReason);
-    m_isTakingFocus = false;
-}
-
 // The window
 
 // Of the window, and of what lies beside the overlay, such as the scroll bars of a window that is a
 // scroll area itself, which come to the top whenever it is laid out.
 bool ModalOverlay::eventFilter(QObject *watched, QEvent *event) {
-    const bool isWindow = watched == parent();
-    if (event->type() == QEvent::Resize && isWindow) {
-        setGeometry(window()->rect());
-    } else if (event->type() == QEvent::Hide && isWindow && !event->spontaneous()) {
-        windowHidden();
-    } else if (event->type() == QEvent::ChildAdded) {
-        QObject *const child = static_cast<QChildEvent *>(event)->child();
-        // Not to be told of: a splitter would make a pane of the overlay.
-        if (child == this)
-            return true;
-        if (isWindow && child->isWidgetType()) {
-            child->installEventFilter(this);
-            raise();
-        }
-    } else if (event->type() == QEvent::ZOrderChange && !isWindow) {
+    if (watched == parent())
+        return filterWindowEvent(event);
+    if (event->type() == QEvent::ZOrderChange)
         raise();
-    }
     return QWidget::eventFilter(watched, event);
 }
 
-void ModalOverlay::resizeEvent(QResizeEvent *) {
-    if (!m_picture.isNull() && m_picture.deviceIndependentSize().toSize() != size())
-        thaw();
-    layOut();
+bool ModalOverlay::filterWindowEvent(QEvent *event) {
+    switch (event->type()) {
+    case QEvent::Resize:
+        setGeometry(parentWidget()->rect());
+        return false;
+    // The screen has been turned, say: Qt counts the safe area among a widget's margins.
+    case QEvent::ContentsRectChange:
+        layOut();
+        return false;
+    case QEvent::WindowStateChange:
+        visibilityChanged();
+        return false;
+    case QEvent::ChildAdded:
+        return filterChildAdded(static_cast<QChildEvent *>(event)->child());
+    // What the host grabs for its window starts on the overlay, too.
+    case QEvent::Gesture:
+    case QEvent::GestureOverride:
+        return true;
+    default:
+        return false;
+    }
 }
 
-bool ModalOverlay::windowHasNativeChildren() const {
-    const auto views = window()->findChildren<QWidget *>();
-    return std::ranges::any_of(views, [this](const QWidget *view) {
-        return view != this && !view->isWindow() && view->testAttribute(Qt::WA_NativeWindow);
-    });
+bool ModalOverlay::filterChildAdded(QObject *child) {
+    // Not to be told of: a splitter would make a pane of the overlay.
+    if (child == this)
+        return true;
+    if (child->isWidgetType()) {
+        child->installEventFilter(this);
+        raise();
+    }
+    return false;
+}
+
+// The host cannot be rendered here: that delivers this event again.
+void ModalOverlay::resizeEvent(QResizeEvent *) {
+    const bool isNative = testAttribute(Qt::WA_NativeWindow);
+    if (!isNative && !isPictureCurrent())
+        thaw();
+    layOut();
+    if ((isNative || isHostTranslucent()) && !std::exchange(m_isRenderingScheduled, true))
+        QMetaObject::invokeMethod(this, &ModalOverlay::renderHost, Qt::QueuedConnection);
+}
+
+void ModalOverlay::renderHost() {
+    m_isRenderingScheduled = false;
+    if (!isPictureCurrent())
+        thaw();
+    followShape();
 }
 
 // The picture
 
-QPixmap ModalOverlay::pictureBehind() const {
-    QWidget *const host = window();
-    QPixmap picture(host->size() * devicePixelRatio());
-    picture.setDevicePixelRatio(devicePixelRatio());
-    picture.fill(host->palette().color(QPalette::Window));
-    QPainter painter(&picture);
-    host->render(&painter, {}, {}, DrawWindowBackground);
-    for (QObject *const child : host->children()) {
-        auto *const view = qobject_cast<QWidget *>(child);
-        if (view && view != this && !view->isWindow() && view->isVisible())
-            view->render(&painter, view->pos(), {}, DrawWindowBackground | DrawChildren);
-    }
-    return picture;
+bool ModalOverlay::isHostTranslucent() const {
+    return window()->testAttribute(Qt::WA_TranslucentBackground);
+}
+
+bool ModalOverlay::isPictureCurrent() const {
+    return m_picture.isNull() || m_picture.deviceIndependentSize().toSize() == size();
 }
 
 // What is on screen looks the same.
 void ModalOverlay::freeze() {
-    m_picture = pictureBehind();
+    m_picture = pictureBehind(this, m_embeddedPictures);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    followShape();
+    update();
 }
 
 void ModalOverlay::thaw() {
     if (testAttribute(Qt::WA_NativeWindow)) {
-        m_picture = pictureBehind();
+        m_picture = pictureBehind(this, m_embeddedPictures);
     } else {
         m_picture = {};
         setAttribute(Qt::WA_OpaquePaintEvent, false);
@@ -239,11 +270,23 @@ void ModalOverlay::thaw() {
                      });
 }
 
+void ModalOverlay::followShape() {
+    if (!isHostTranslucent())
+        return;
+    if (!m_shape)
+        m_shape = new HostShape(this);
+    m_shape->show();
+    m_shape->follow(m_picture.isNull() ? pictureBehind(this, {}) : m_picture);
+}
+
 void ModalOverlay::paintEvent(QPaintEvent *) {
     if (m_picture.isNull())
         return;
+    QPainter painter(this);
+    // It replaces what is there, also where it is transparent.
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
     // All of it, since parts of a picture do not begin at whole pixels at every ratio.
-    QPainter(this).drawPixmap(QPoint(), m_picture);
+    painter.drawPixmap(QPoint(), m_picture);
 }
 
 } // namespace KestrioKit

@@ -1,28 +1,27 @@
 #pragma once
 
 #include "KestrioKit/UI/AccessibilityShield.h"
-
-#include <QPixmap>
-#include <QPointer>
-#include <QWidget>
+#include "KestrioKit/UI/FocusKeeper.h"
+#include "KestrioKit/UI/HostPicture.h"
+#include "KestrioKit/UI/NativeCover.h"
+#include "KestrioKit/UI/WindowAbsence.h"
 
 #include <memory>
 
 namespace KestrioKit {
 
-/// A view over a whole window. It follows the window's size and keeps to itself what is done
-/// there: mouse, touch, keys, shortcuts, and the actions of assistive technology. What is on it has
-/// the focus, in a cycle of its own. For the main thread.
+/// A view over a whole window. It follows the window's size, its place, and its being hidden for a
+/// moment. It keeps to itself what is done there: mouse, touch, gestures, keys, shortcuts, and the
+/// actions of assistive technology. What is on it has the focus, in a cycle of its own. For the
+/// main thread.
 class ModalOverlay : public QWidget {
     Q_OBJECT
-
-public:
-    ~ModalOverlay() override;
 
 protected:
     ModalOverlay();
 
-    /// Lies down over `window`, which owns it from now on, and takes the focus.
+    /// Lies down over `window`, which owns it from now on, and takes the keys. The focus stays
+    /// where it is until something on the overlay takes it.
     void cover(QWidget *window);
     /// Hides, and gives the focus back to what had it before.
     void uncover();
@@ -32,14 +31,14 @@ protected:
     void freeze();
     void thaw();
 
-    /// Moves the focus to where it belongs at first.
-    virtual void takeFocus() = 0;
     /// Places what is on it; called whenever its size has changed.
     virtual void layOut() = 0;
     /// A key was pressed that nothing on it has a use for.
-    virtual void keyPressed(int key) = 0;
-    /// The window has been hidden or closed.
-    virtual void windowHidden() = 0;
+    virtual void keyPressed(const QKeyEvent &event) = 0;
+    /// The window has been hidden or closed, and has stayed so.
+    virtual void windowGone() = 0;
+    /// The window may show the overlay now: for the first time, or after being hidden or minimized.
+    virtual void visibilityChanged() = 0;
     /// The focus has come to `view`, which lies on it.
     virtual void focusMoved(QWidget *view) = 0;
 
@@ -55,17 +54,27 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void keepFocus(QWidget *old, QWidget *now);
+    void attach(QWidget *window);
+    void detach();
+    void place();
+    void windowReturned();
+    void absenceLasted();
+    bool filterWindowEvent(QEvent *event);
+    bool filterChildAdded(QObject *child);
     bool takesTabFocus(const QWidget *view) const;
-    bool windowHasNativeChildren() const;
-    QPixmap pictureBehind() const;
+    void renderHost();
+    void followShape();
+    bool isHostTranslucent() const;
+    bool isPictureCurrent() const;
 
-    QMetaObject::Connection m_focusConnection;
-    QPointer<QWidget> m_focusBefore;
-    QPointer<QWidget> m_focusInside;
+    FocusKeeper m_focus{this};
+    WindowAbsence m_absence{this};
+    NativeCover m_nativeCover{this};
     std::unique_ptr<AccessibilityShield> m_shield;
+    QList<EmbeddedPicture> m_embeddedPictures;
     QPixmap m_picture;
-    bool m_isTakingFocus = false;
+    QPointer<HostShape> m_shape;
+    bool m_isRenderingScheduled = false;
 };
 
 } // namespace KestrioKit

@@ -219,13 +219,13 @@ int SurveyView::heightForWidth(int width) const {
     const int page = m_questionContainerView->contentHeight(width - 2 * Constant::horizontalInset);
     const int container = qRound(m_previousHeight + (page - m_previousHeight) * m_growth);
     return Constant::topInset + container + Constant::spacing + m_pageControl->sizeHint().height() +
-           Constant::bottomInset + safeAreaInsets(*window()).bottom();
+           Constant::bottomInset + safeAreaInsets(*this).bottom();
 }
 
 void SurveyView::layOut() {
     const QRect area =
         rect().adjusted(Constant::horizontalInset, Constant::topInset, -Constant::horizontalInset,
-                        -Constant::bottomInset - safeAreaInsets(*window()).bottom());
+                        -Constant::bottomInset - safeAreaInsets(*this).bottom());
     const int dotsHeight = m_pageControl->sizeHint().height();
     m_questionContainerView->setGeometry(area.x(), area.y(), area.width(),
                                          area.height() - dotsHeight - Constant::spacing);

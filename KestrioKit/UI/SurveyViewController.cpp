@@ -7,6 +7,7 @@
 #include "KestrioKit/UI/WindowMetrics.h"
 
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QTimer>
 
@@ -63,10 +64,11 @@ SurveyViewController::SurveyViewController(Survey survey, const QColor &themeCol
       m_backgroundView(new BackgroundView(Constant::backgroundColor())),
       m_surveyView(new SurveyView(m_survey.questions, themeColor, clock)) {}
 
-// With its window, say.
 SurveyViewController::~SurveyViewController() {
-    if (current() == this)
-        tellEnd();
+    if (current() != this)
+        return;
+    abandon();
+    tellEnd();
 }
 
 SurveyViewController *SurveyViewController::presented() {
@@ -90,20 +92,32 @@ void SurveyViewController::loadView() {
     setLayoutDirection(textDirection(m_survey.locale));
     m_backgroundView->setParent(this);
     connect(m_backgroundView, &BackgroundView::tapped, this,
-            &SurveyViewController::backgroundTapped);
+            [this] { userInitiatedClose(m_surveyView->questionIndex()); });
     m_surveyView->setDelegate(this);
     m_surveyView->setParent(this);
     connect(m_surveyView, &SurveyView::heightChanged, this, &SurveyViewController::layOut);
     connect(&m_keyboardObserver, &KeyboardObserver::changed, this,
             &SurveyViewController::keyboardChanged);
     m_willTerminateObserver = ApplicationLifecycle::shared().observe(
-        ApplicationLifecycle::Event::willTerminate, [this] { submit(); });
+        ApplicationLifecycle::Event::willTerminate, [this] { abandon(); });
+    setAnswerable(false);
+}
+
+// A visitor who was typing or clicking when the survey came does not mean the survey.
+void SurveyViewController::setAnswerable(bool isAnswerable) {
+    m_isAnswerable = isAnswerable;
+    m_backgroundView->setEnabled(isAnswerable);
+    m_surveyView->setEnabled(isAnswerable);
 }
 
 void SurveyViewController::animateEntry() {
-    m_dimAnimation = Animation::start(this, AnimationTiming::easing(Constant::dissolveDuration),
-                                      [this](qreal way) { m_backgroundView->setAlpha(way); });
-    m_cardAnimation = Animation::start(
+    Animation::start(
+        this, AnimationTiming::easing(Constant::dissolveDuration),
+        [this](qreal way) { m_backgroundView->setAlpha(way); }, [this] { springIn(); });
+}
+
+void SurveyViewController::springIn() {
+    Animation::start(
         this,
         AnimationTiming::spring(Constant::entryDuration, {}, Constant::entryDamping,
                                 Constant::entryVelocity),
@@ -111,11 +125,13 @@ void SurveyViewController::animateEntry() {
             m_cardPosition = way;
             layOut();
         },
-        [this] { thaw(); });
+        [this] { entryEnded(); });
 }
 
-void SurveyViewController::takeFocus() {
+void SurveyViewController::entryEnded() {
+    setAnswerable(true);
     m_surveyView->beginPage(Qt::OtherFocusReason);
+    thaw();
 }
 
 // Layout
@@ -127,7 +143,7 @@ int SurveyViewController::bottomOffset() const {
 void SurveyViewController::layOut() {
     m_backgroundView->setGeometry(rect());
     const int cardWidth = std::min(width(), Constant::maxWidth);
-    const int highest = safeAreaInsets(*window()).top();
+    const int highest = safeAreaInsets(*this).top();
     const int bottom = height() - bottomOffset();
     const int cardHeight = std::min(m_surveyView->heightForWidth(cardWidth), bottom - highest);
     const qreal parked = height();
@@ -165,9 +181,17 @@ std::optional<qint64> SurveyViewController::questionId(qint64 index) const {
 }
 
 void SurveyViewController::surveyViewDidPresentQuestion(qint64 index) {
-    const std::optional<qint64> question = questionId(index);
-    if (m_submitter && question && !m_isDismissing)
-        m_submitter->seen(question);
+    m_unseen = questionId(index);
+    visibilityChanged();
+}
+
+// What the window does not show yet is seen later, or never.
+void SurveyViewController::visibilityChanged() {
+    if (!m_unseen || !isVisible() || window()->isMinimized())
+        return;
+    if (m_submitter)
+        m_submitter->seen(m_unseen);
+    m_unseen.reset();
 }
 
 std::optional<qint64> SurveyViewController::surveyViewDidFinishQuestion(
@@ -191,14 +215,13 @@ void SurveyViewController::surveyViewDidFinish() {
 
 // Going
 
-void SurveyViewController::backgroundTapped() {
-    userInitiatedClose(m_surveyView->questionIndex());
-}
-
-void SurveyViewController::keyPressed(int key) {
-    if (key != Qt::Key_Escape)
-        m_surveyView->scroll(key);
-    else if (!m_surveyView->isFinished())
+void SurveyViewController::keyPressed(const QKeyEvent &event) {
+    if (!m_isAnswerable)
+        return;
+    if (event.key() != Qt::Key_Escape)
+        m_surveyView->scroll(event.key());
+    // A key that repeats was pressed for something else.
+    else if (!m_surveyView->isFinished() && !event.isAutoRepeat())
         userInitiatedClose(m_surveyView->questionIndex());
 }
 
@@ -208,7 +231,15 @@ void SurveyViewController::userInitiatedClose(qint64 index) {
     dismiss(true);
 }
 
-void SurveyViewController::windowHidden() {
+// A survey that is going has been closed or completed already.
+void SurveyViewController::abandon() {
+    if (m_submitter && !m_isDismissing)
+        m_submitter->closed(questionId(m_surveyView->questionIndex()));
+    submit();
+}
+
+void SurveyViewController::windowGone() {
+    abandon();
     dismiss(false);
 }
 
@@ -238,8 +269,6 @@ void SurveyViewController::dismiss(bool animated) {
 }
 
 void SurveyViewController::slideCardOut() {
-    delete m_cardAnimation;
-    delete m_dimAnimation;
     freeze();
     Animation::start(
         this, AnimationTiming::easing(Constant::slideOutDuration),

@@ -28,8 +28,9 @@ public:
 QString languageOf(const Survey &survey);
 
 /// A survey on screen: dims a window, slides a card in over it, records the answers, and says which
-/// question comes next. What was answered is submitted once, however the survey ends: dismissed, by
-/// the end of its window, or of the application. For the main thread.
+/// question comes next. Keys and taps count from the end of that entry on. What was answered is
+/// submitted once, however the survey ends: dismissed, by the end of its window, or of the
+/// application. Unless it has been completed, it is reported closed, too. For the main thread.
 class SurveyViewController final : public ModalOverlay, public SurveyViewDelegate {
     Q_OBJECT
 
@@ -48,8 +49,8 @@ public:
     /// now on. Deletes itself when it has gone. To be called once.
     void present(QWidget *from);
 
-    /// Submits the answers and goes. Animated: nothing more when it is going already; not animated:
-    /// at once, whatever is under way.
+    /// Submits the answers and goes. Animated, after the entry: nothing more when it is going
+    /// already. Not animated: immediately, whatever is under way.
     void dismiss(bool animated);
 
     void surveyViewDidPresentQuestion(qint64 index) override;
@@ -60,17 +61,20 @@ public:
     void userInitiatedClose(qint64 index) override;
 
 protected:
-    void takeFocus() override;
     void layOut() override;
-    void keyPressed(int key) override;
-    void windowHidden() override;
+    void keyPressed(const QKeyEvent &event) override;
+    void windowGone() override;
+    void visibilityChanged() override;
     void focusMoved(QWidget *view) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void loadView();
+    void setAnswerable(bool isAnswerable);
     void animateEntry();
-    void backgroundTapped();
+    void springIn();
+    void entryEnded();
+    void abandon();
     void keyboardChanged();
     std::optional<qint64> questionId(qint64 index) const;
     int bottomOffset() const;
@@ -93,9 +97,11 @@ private:
     qreal m_cardPosition = 0;
     /// By how much the keyboard has lifted it.
     qreal m_keyboardOffset = 0;
-    QPointer<Animation> m_dimAnimation;
-    QPointer<Animation> m_cardAnimation;
     QPointer<Animation> m_keyboardAnimation;
+    /// The question on the card while the window does not show it.
+    std::optional<qint64> m_unseen;
+    /// From the end of the entry on.
+    bool m_isAnswerable = false;
     bool m_isDismissing = false;
 };
 

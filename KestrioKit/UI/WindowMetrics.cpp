@@ -1,5 +1,7 @@
 #include "KestrioKit/UI/WindowMetrics.h"
 
+#include <QWidget>
+
 namespace KestrioKit {
 
 namespace {
@@ -16,8 +18,13 @@ SizeClasses sizeClasses(const QSize &window) {
     return {sizeClass(window.width()), sizeClass(window.height())};
 }
 
-QMargins safeAreaInsets(const QWidget &) {
-    return {};
+// Qt counts the safe area among the margins of each widget, unless a layout has placed the widget
+// inside of it, which none does here. Those of the window itself may be the host's own.
+QMargins safeAreaInsets(const QWidget &view) {
+    const QWidget *overlay = &view;
+    while (overlay->parentWidget() && !overlay->parentWidget()->isWindow())
+        overlay = overlay->parentWidget();
+    return overlay->contentsMargins();
 }
 
 } // namespace KestrioKit

@@ -22,8 +22,8 @@ struct SizeClasses {
 /// Regular from 600 device-independent pixels, in each direction on its own.
 SizeClasses sizeClasses(const QSize &window);
 
-/// What the screen's corners, cut-outs and system bars take from each edge of the window. Qt tells
-/// nothing about them in the versions supported here: none.
-QMargins safeAreaInsets(const QWidget &window);
+/// What the screen's corners, cut-outs and system bars take from each edge of the overlay that
+/// `view` is, or is on.
+QMargins safeAreaInsets(const QWidget &view);
 
 } // namespace KestrioKit

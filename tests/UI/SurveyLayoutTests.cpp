@@ -14,7 +14,9 @@
 #include <QWindow>
 
 #include <private/qinputmethod_p.h>
+#include <private/qwindow_p.h>
 #include <qpa/qplatforminputcontext.h>
+#include <qpa/qplatformwindow.h>
 #include <qpa/qwindowsysteminterface.h>
 
 namespace KestrioKit {
@@ -79,6 +81,28 @@ public:
                     const QWidget *widget) const override {
         return StillStyle::pixelMetric(metric, option, widget) + 7;
     }
+};
+
+/// A screen with a notch above and a bar below, for as long as it lives.
+class NotchedScreen final : public QPlatformWindow {
+public:
+    explicit NotchedScreen(QWindow *window)
+        : QPlatformWindow(window),
+          m_private(qt_window_private(window)),
+          m_own(std::exchange(m_private->platformWindow, this)) {
+        QWindowSystemInterface::handleSafeAreaMarginsChanged(window);
+        QCoreApplication::processEvents();
+    }
+    ~NotchedScreen() override { m_private->platformWindow = m_own; }
+
+    QMargins safeAreaMargins() const override { return {0, 40, 0, 20}; }
+    QRect geometry() const override { return m_own->geometry(); }
+    QPoint mapToGlobal(const QPoint &point) const override { return m_own->mapToGlobal(point); }
+    QPoint mapFromGlobal(const QPoint &point) const override { return m_own->mapFromGlobal(point); }
+
+private:
+    QWindowPrivate *m_private;
+    QPlatformWindow *m_own;
 };
 
 } // namespace
@@ -260,6 +284,14 @@ TEST_F(SurveyLayout, LeavesTheKeyboardAloneWhileNoWindowHasTheFocus) {
     click(u"Open question button"_s);
     survey()->dismiss(false);
     EXPECT_EQ(responses().size(), 1);
+}
+
+TEST_F(SurveyLayout, StaysInsideTheSafeArea) {
+    present(longQuestion());
+    const int page = frame(view<ScrollView>()).height();
+    const NotchedScreen notch(window.windowHandle());
+    EXPECT_EQ(frame(u"Kestrio Survey"_s), window.rect().adjusted(0, 40, 0, 0));
+    EXPECT_EQ(frame(view<ScrollView>()).height(), page - 40 - 20);
 }
 
 TEST_F(SurveyLayout, MirrorsForLanguagesWrittenFromTheRight) {

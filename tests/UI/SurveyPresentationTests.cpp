@@ -8,9 +8,16 @@
 #include <QAccessible>
 #include <QAccessibleActionInterface>
 #include <QApplication>
+#include <QDialog>
 #include <QElapsedTimer>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPainter>
 #include <QPointingDevice>
 #include <QShortcut>
+#include <QTabWidget>
+#include <QTextEdit>
+#include <QTimer>
 #include <QWheelEvent>
 #include <QWindow>
 
@@ -23,6 +30,15 @@ namespace {
 constexpr auto scaleAndText = R"([
     {"name":11,"type":"likert","props":{"message":"How was it?"}},
     {"name":12,"type":"open","props":{"message":"Why?"}}])";
+
+/// The offscreen platform cannot do all that Qt asks of it for native windows, and says so.
+auto allowingOffscreenWarnings() {
+    const QtMessageHandler before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &message) {
+            EXPECT_TRUE(message.startsWith(u"This plugin does not"_s)) << qPrintable(message);
+        });
+    return qScopeGuard([before] { qInstallMessageHandler(before); });
+}
 
 } // namespace
 
@@ -38,6 +54,7 @@ TEST_F(SurveyPresentation, KeepsInputFromTheHostAndGivesTheFocusBack) {
     type(u"typed"_s);
     QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, frame(&button).center());
     button.setFocus();
+    finish();
     EXPECT_EQ(focused(), u"Option 1"_s);
     for (int times = 0; times < 4; ++times) {
         key(Qt::Key_Tab);
@@ -53,6 +70,140 @@ TEST_F(SurveyPresentation, KeepsInputFromTheHostAndGivesTheFocusBack) {
     click(frame(&button).center());
     EXPECT_EQ(shortcuts, 1);
     EXPECT_EQ(presses, 1);
+}
+
+TEST_F(SurveyPresentation, KeepsTheKeysFromAHostThatInsistsOnTheFocus) {
+    present(scaleAndText);
+    QMdiArea area(&window);
+    area.show();
+    area.addSubWindow(new QTextEdit)->show();
+    finish();
+    EXPECT_EQ(focused(), u"Option 1"_s);
+    // Another window of the host's is its own affair.
+    QDialog dialog(&window);
+    QLineEdit text(&dialog);
+    dialog.show();
+    dialog.activateWindow();
+    finish();
+    EXPECT_TRUE(text.hasFocus());
+    dialog.hide();
+    window.activateWindow();
+    int changes = 0;
+    const QObject context;
+    QObject::connect(qApp, &QApplication::focusChanged, &context, [&](QWidget *, QWidget *now) {
+        ++changes;
+        if (now != &field)
+            QTimer::singleShot(0, &field, [this] { field.setFocus(); });
+    });
+    field.setFocus();
+    for (int turns = 0; turns < 50; ++turns)
+        finish();
+    EXPECT_LT(changes, 20);
+    type(u"typed"_s);
+    key(Qt::Key_Space);
+    EXPECT_EQ(field.text(), QString());
+    key(Qt::Key_Escape);
+    EXPECT_EQ(history(), QStringList({u"closed 12"_s, u"seen"_s, u"seen 11"_s, u"seen 12"_s}));
+}
+
+TEST_F(SurveyPresentation, ContinuesWhenTheWindowIsShownAgain) {
+    const auto guard = allowingOffscreenWarnings();
+    present(scaleAndText);
+    QTabWidget tabs;
+    tabs.resize(600, 800);
+    tabs.show();
+    const std::function<void()> returns[] = {
+        [this] { window.show(); },
+        [this] { window.setWindowFlag(Qt::WindowStaysOnTopHint), window.show(); },
+        [&] { tabs.addTab(&window, u"Tab"_s); },
+    };
+    for (const auto &comeBack : returns) {
+        window.hide();
+        finish();
+        comeBack();
+        finish();
+        ASSERT_NE(survey(), nullptr);
+        EXPECT_EQ(survey()->parentWidget(), window.window());
+        EXPECT_EQ(survey()->geometry(), window.window()->rect());
+        EXPECT_TRUE(survey()->isVisible());
+    }
+    tabs.activateWindow();
+    key(Qt::Key_Space);
+    EXPECT_EQ(history(), QStringList({u"seen"_s, u"seen 11"_s, u"seen 12"_s}));
+    window.setParent(nullptr);
+    key(Qt::Key_Escape);
+}
+
+TEST_F(SurveyPresentation, SurvivesTheEndOfItsWindowDuringTheWait) {
+    QAccessible::setActive(true);
+    auto *const host = new QWidget;
+    auto *const child = new QPushButton(host);
+    host->show();
+    present(scaleAndText, host);
+    QAccessible::queryAccessibleInterface(child);
+    host->hide();
+    delete host;
+    EXPECT_EQ(survey(), nullptr);
+    EXPECT_EQ(history(), QStringList({u"closed 11"_s, u"seen"_s, u"seen 11"_s}));
+    QAccessible::setActive(false);
+}
+
+TEST_F(SurveyPresentation, IsSeenOnceTheWindowShowsIt) {
+    window.showMinimized();
+    present(scaleAndText);
+    EXPECT_EQ(history(), QStringList());
+    window.showNormal();
+    EXPECT_EQ(history(), QStringList({u"seen"_s, u"seen 11"_s}));
+}
+
+TEST_F(SurveyPresentation, CoversEmbeddedWindowsWithoutMakingTheHostNative) {
+    const auto guard = allowingOffscreenWarnings();
+    for (const bool isThereBefore : {true, false}) {
+        std::unique_ptr<QWidget> container;
+        const auto embed = [&] {
+            container.reset(QWidget::createWindowContainer(new QWindow, &window));
+            container->setGeometry(0, 400, 390, 300);
+            container->show();
+            finish();
+        };
+        if (isThereBefore)
+            embed();
+        present(scaleAndText);
+        EXPECT_EQ(survey()->testAttribute(Qt::WA_NativeWindow), isThereBefore);
+        if (!isThereBefore)
+            embed();
+        ASSERT_NE(survey()->windowHandle(), nullptr);
+        EXPECT_TRUE(survey()->windowHandle()->isVisible());
+        EXPECT_EQ(window.windowHandle()->children().last(), survey()->windowHandle());
+        key(Qt::Key_Escape);
+        EXPECT_EQ(button.windowHandle(), nullptr);
+    }
+}
+
+TEST_F(SurveyPresentation, KeepsATransparentHostTransparent) {
+    class Round : public QWidget {
+        void paintEvent(QPaintEvent *) override {
+            QPainter painter(this);
+            painter.setBrush(Qt::white);
+            painter.drawEllipse(rect().adjusted(1, 1, -1, -1));
+        }
+    } host;
+    host.setAttribute(Qt::WA_TranslucentBackground);
+    host.setWindowFlag(Qt::FramelessWindowHint);
+    host.resize(window.size());
+    host.show();
+    const auto lookAt = [&host](const QPoint &point) {
+        return host.grab().toImage().pixelColor(point);
+    };
+    present(scaleAndText, &host);
+    for (const QSize size : {host.size(), QSize(500, 500), QSize(700, 500)}) {
+        host.resize(size);
+        finish();
+        EXPECT_EQ(lookAt({1, 1}).alpha(), 0);
+        EXPECT_EQ(lookAt({1, size.height() - 2}).alpha(), 0);
+        EXPECT_EQ(lookAt({size.width() / 2, 20}), QColor(102, 102, 102));
+        EXPECT_EQ(lookAt({size.width() / 2, size.height() - 4}), QColor(Qt::white));
+    }
 }
 
 TEST_F(SurveyPresentation, HidesTheHostFromAssistiveTechnologyMeanwhile) {
@@ -102,7 +253,15 @@ TEST_F(SurveyPresentation, SubmitsOnceHoweverItEnds) {
             QTest::touchEvent(window.windowHandle(), screen.get()).press(0, QPoint(5, 5));
             QTest::touchEvent(window.windowHandle(), screen.get()).release(0, QPoint(5, 5));
         },
-        [this] { window.close(); },
+        [this] {
+            window.close();
+            letTheWaitPass();
+        },
+        [this] {
+            window.hide();
+            Q_EMIT qApp->aboutToQuit({});
+            letTheWaitPass();
+        },
         [this] { delete survey(); },
         [this] { click(u"Close button"_s); },
         [this] { click(QPoint(5, 5)); },
@@ -117,7 +276,8 @@ TEST_F(SurveyPresentation, SubmitsOnceHoweverItEnds) {
         click(u"Option 2"_s);
         end();
         EXPECT_EQ(survey(), nullptr);
-        EXPECT_EQ(responses().size(), count++);
+        EXPECT_EQ(responses().size(), count);
+        EXPECT_EQ(history().count(u"closed 12"_s), count++);
         EXPECT_EQ(core->survey(), std::nullopt);
     }
     EXPECT_EQ(presses, 0);
@@ -145,6 +305,35 @@ TEST_F(SurveyPresentation, IsClosedByATapOnTheDimmingAlone) {
     }
 }
 
+TEST_F(SurveyPresentation, KeepsGesturesFromTheHost) {
+    class Grabber : public QObject {
+        bool eventFilter(QObject *, QEvent *event) override {
+            gestures += event->type() == QEvent::Gesture;
+            return false;
+        }
+
+    public:
+        int gestures = 0;
+    } grabber;
+    window.grabGesture(Qt::TapGesture);
+    window.installEventFilter(&grabber);
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    const auto tap = [&](const QPoint &place) {
+        QTest::touchEvent(window.windowHandle(), screen.get()).press(0, place);
+        QTest::touchEvent(window.windowHandle(), screen.get()).release(0, place);
+        finish();
+    };
+    tap({200, 200});
+    const int before = std::exchange(grabber.gestures, 0);
+    EXPECT_GT(before, 0);
+    present(scaleAndText);
+    tap(frame(u"Option 3"_s).center());
+    EXPECT_EQ(focused(), u"Open question prompt"_s);
+    tap({5, 5});
+    EXPECT_EQ(survey(), nullptr);
+    EXPECT_EQ(grabber.gestures, 0);
+}
+
 TEST_F(SurveyPresentation, SaysWhyItCannotShowASurvey) {
     QWidget hidden;
     auto *const gone = new QWidget(&window);
@@ -158,8 +347,7 @@ TEST_F(SurveyPresentation, SaysWhyItCannotShowASurvey) {
     EXPECT_EQ(survey(), nullptr);
     core->presentDebugSurvey(&field);
     core->presentDebugSurvey(&window);
-    const QPointer<SurveyViewController> first = survey();
-    EXPECT_EQ(first->parentWidget(), &window);
+    EXPECT_EQ(survey()->parentWidget(), &window);
     const QString printed = QString::fromStdString(testing::internal::GetCapturedStdout());
     EXPECT_EQ(printed.count(u"No survey found."_s), 1);
     EXPECT_EQ(printed.count(u"There is no widget"_s), 2);

@@ -6,7 +6,10 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QStyleFactory>
+#include <QTimer>
 #include <QWindow>
+
+#include <algorithm>
 
 namespace KestrioKit {
 
@@ -57,11 +60,16 @@ void SurveyScreenTest::TearDown() {
 }
 
 void SurveyScreenTest::present(const QByteArray &questions, const QByteArray &locale) {
+    present(questions, &window, locale);
+}
+
+void SurveyScreenTest::present(const QByteArray &questions, QWidget *host,
+                               const QByteArray &locale) {
     answer("POST /events", {200, R"({"vid":1,"surveyId":7,"responseGroupUid":"g","locale":")" +
                                      locale + R"(","questions":)" + questions + "}"});
-    core->track(u"Event"_s, [this](SurveyState state) {
+    core->track(u"Event"_s, [this, host](SurveyState state) {
         if (state == SurveyState::surveyReady)
-            core->presentSurvey(&window);
+            core->presentSurvey(host);
     });
     finish();
 }
@@ -105,6 +113,17 @@ void SurveyScreenTest::type(const QString &text) {
 
 QString SurveyScreenTest::focused() const {
     return window.focusWidget() ? window.focusWidget()->objectName() : QString();
+}
+
+void SurveyScreenTest::letTheWaitPass() {
+    const auto timers = survey()->findChildren<QTimer *>();
+    const auto wait = std::ranges::find_if(timers, [](const QTimer *timer) {
+        return timer->isActive() && timer->intervalAsDuration() == std::chrono::seconds(2);
+    });
+    ASSERT_NE(wait, timers.end());
+    (*wait)->stop();
+    QMetaObject::invokeMethod(*wait, "timeout");
+    finish();
 }
 
 QStringList SurveyScreenTest::history() {

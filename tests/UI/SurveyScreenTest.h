@@ -29,6 +29,7 @@ protected:
 
     /// Has the service answer an event with a survey of these questions, and presents it.
     void present(const QByteArray &questions, const QByteArray &locale = "en");
+    void present(const QByteArray &questions, QWidget *host, const QByteArray &locale = "en");
     /// The survey on screen; null when none is.
     SurveyViewController *survey() const { return SurveyViewController::presented(); }
 
@@ -48,6 +49,8 @@ protected:
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void type(const QString &text);
     QString focused() const;
+    /// Lets the two seconds pass for which a survey waits for its hidden window.
+    void letTheWaitPass();
 
     /// What the service was told: "seen", "seen 11", "closed 12". Sorted, since two that are sent
     /// at once may overtake one another.
