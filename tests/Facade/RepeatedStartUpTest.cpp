@@ -60,23 +60,18 @@ TEST_F(RepeatedStartUpTest, ComesAtItsTimesUntilAnAnswerIsFinal) {
 }
 
 TEST_F(RepeatedStartUpTest, IsNotMadeAfterAFinalAnswerOrWhenTheHostDoesNotWantIt) {
-    const std::pair<ServerAnswer, bool> cases[] = {
-        {{404}, true}, {{200, R"({"disabled":"why"})"}, true}, {{503}, false}};
-    for (const auto &[given, retries] : cases) {
+    const std::tuple<ServerAnswer, bool, bool> cases[] = {
+        {{200, R"({"disabled":"why"})"}, true, true}, {{503}, false, false}, {{503}, true, false}};
+    for (const auto &[given, atFirst, afterwards] : cases) {
         startAfresh();
-        core->setRetriesStartUp(retries);
+        core->setRetriesStartUp(atFirst);
         answer(configLine, given);
         configure();
+        core->setRetriesStartUp(afterwards);
         const qsizetype before = starts();
         later(1000);
-        EXPECT_EQ(starts(), before) << given.status;
+        EXPECT_EQ(starts(), before) << given.status << atFirst;
     }
-    startAfresh();
-    configure();
-    core->setRetriesStartUp(false);
-    const qsizetype before = starts();
-    later(1000);
-    EXPECT_EQ(starts(), before) << "any more";
 }
 
 TEST_F(RepeatedStartUpTest, DeliversOnceWhatTheHostDidMeanwhile) {
@@ -123,38 +118,19 @@ TEST_F(RepeatedStartUpTest, DeliversOnceWhatTheHostDidMeanwhile) {
     }
 }
 
-TEST_F(RepeatedStartUpTest, LeavesItToTheNextProcessWhereAVisitorIsStored) {
-    for (const bool hasFailed : {false, true}) {
-        startAfresh(stored);
-        const QString name = hasFailed ? u"failed-"_s : u"unanswered-"_s;
-        answer(configLine, away);
-        network->hold(!hasFailed);
-        configure();
-        trackEvents(name);
-        finish();
-        Q_EMIT qApp->aboutToQuit({});
-        finish();
-        core.reset();
-        if (!hasFailed)
-            network->take(0);
-        network->hold(false);
-        answer(configLine, {});
-        core = KestrioCore::make(context());
-        configure();
-        expectEachOnce(name);
-    }
-}
-
-TEST_F(RepeatedStartUpTest, DeliversTheStoredVisitorsRecordsAtTheMomentOfSuccess) {
+TEST_F(RepeatedStartUpTest, CutOffByTheEndLeavesItToTheNextProcessWhereAVisitorIsStored) {
     startAfresh(stored);
-    answer(configLine, {503});
+    network->hold(true);
     configure();
     trackEvents(u"kept-"_s);
-    flagsSource->change({});
     finish();
-    answer(configLine, {});
-    flagsSource->change(ReachabilityFlag::reachable);
+    Q_EMIT qApp->aboutToQuit({});
     finish();
+    core.reset();
+    network->take(0);
+    network->hold(false);
+    core = KestrioCore::make(context());
+    configure();
     expectEachOnce(u"kept-"_s);
 }
 
