@@ -39,12 +39,6 @@ protected:
         sender->answer(status, std::move(error));
         settle();
     }
-    bool isIdle() {
-        bool idle = false;
-        queue->reportIdle([&idle](bool isIdle) { idle = isIdle; });
-        settle();
-        return idle;
-    }
 
     QByteArray file() const {
         QFile stored(fileName);

@@ -20,9 +20,9 @@ std::shared_ptr<ReachabilityFlagsSource> ManualFlagsSource::view() {
     return view;
 }
 
-void ManualFlagsSource::fail(Errors errors) {
+void ManualFlagsSource::failToStart(std::optional<ErrorCode> error) {
     const std::lock_guard guard(m_lock);
-    m_errors = errors;
+    m_error = error;
 }
 
 bool ManualFlagsSource::isListenedTo() const {
@@ -32,16 +32,12 @@ bool ManualFlagsSource::isListenedTo() const {
 
 ReachabilityFlagsSource::Reading ManualFlagsSource::flags() {
     const std::lock_guard guard(m_lock);
-    if (m_errors.flags)
-        return *m_errors.flags;
     return m_flags;
 }
 
 std::optional<ReachabilityFlagsSource::ErrorCode>
 ManualFlagsSource::setCallback(Callback callback) {
     const std::lock_guard guard(m_lock);
-    if (callback && m_errors.setCallback)
-        return m_errors.setCallback;
     m_callback = std::move(callback);
     return std::nullopt;
 }
@@ -49,8 +45,8 @@ ManualFlagsSource::setCallback(Callback callback) {
 std::optional<ReachabilityFlagsSource::ErrorCode>
 ManualFlagsSource::setDispatchQueue(const DispatchQueue *queue) {
     const std::lock_guard guard(m_lock);
-    if (queue && m_errors.setDispatchQueue)
-        return m_errors.setDispatchQueue;
+    if (queue && m_error)
+        return m_error;
     m_queue = queue ? std::make_shared<const DispatchQueue>(*queue) : nullptr;
     return std::nullopt;
 }

@@ -10,19 +10,13 @@ namespace KestrioKit {
 /// A system whose network comes and goes as a test says. Thread-safe.
 class ManualFlagsSource final : public ReachabilityFlagsSource {
 public:
-    /// What the operations fail with; without a value they succeed.
-    struct Errors {
-        std::optional<ErrorCode> flags = std::nullopt;
-        std::optional<ErrorCode> setCallback = std::nullopt;
-        std::optional<ErrorCode> setDispatchQueue = std::nullopt;
-    };
-
     explicit ManualFlagsSource(ReachabilityFlags flags = ReachabilityFlag::reachable)
         : m_flags(flags) {}
 
     /// From now on these are the flags; whoever listens is told, also when they are the same.
     void change(ReachabilityFlags flags);
-    void fail(Errors errors);
+    /// From now on `setDispatchQueue` fails with that; without a value it succeeds.
+    void failToStart(std::optional<ErrorCode> error);
 
     /// Another view of the same system, for another listener.
     std::shared_ptr<ReachabilityFlagsSource> view();
@@ -37,7 +31,7 @@ public:
 private:
     mutable std::mutex m_lock;
     ReachabilityFlags m_flags;
-    Errors m_errors;
+    std::optional<ErrorCode> m_error;
     Callback m_callback;
     std::shared_ptr<const DispatchQueue> m_queue;
     std::vector<std::weak_ptr<ManualFlagsSource>> m_views;

@@ -38,10 +38,6 @@ void ScriptedSender::answer(int status, std::optional<Error> error) {
 void ScriptedSender::sendSimpleRequest(const URLRequest &request,
                                        const std::optional<QString> &token,
                                        SimpleCompletion completion) {
-    if (const std::optional<DisabledError> disabled = disabledError()) {
-        completion({}, disabled->toError());
-        return;
-    }
     ++m_sends;
     m_lastSend.setValue(request.url.path() + QLatin1Char(' ') + token.value_or(QString()));
     if (m_status != 0)

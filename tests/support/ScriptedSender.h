@@ -27,13 +27,12 @@ public:
     void answerAtOnce(int status) { m_status = status; }
 
     void setVisitor(std::optional<qint64> visitor) { m_requests.setVisitorIdentifier(visitor); }
-    void setDisabledError(std::optional<DisabledError> error) { m_disabledError.setValue(error); }
     QList<Error> handledErrors() const { return m_handledErrors.value(); }
 
     const KestrioServiceRequests &networkRequests() const override { return m_requests; }
     void sendSimpleRequest(const URLRequest &request, const std::optional<QString> &token,
                            SimpleCompletion completion) override;
-    std::optional<DisabledError> disabledError() const override { return m_disabledError.value(); }
+    std::optional<DisabledError> disabledError() const override { return {}; }
     std::optional<qint64> visitorIdentifier() const override;
     std::optional<QString> authorizationToken() const override { return QStringLiteral("token"); }
     void handleError(const Error &error) override;
@@ -49,7 +48,6 @@ private:
     Atomic<QString> m_lastSend;
     std::atomic<int> m_sends = 0;
     std::atomic<int> m_status = 0;
-    Atomic<std::optional<DisabledError>> m_disabledError;
     Atomic<QList<Error>> m_handledErrors;
 };
 
