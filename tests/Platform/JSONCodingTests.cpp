@@ -54,12 +54,9 @@ TEST(JSONCodingTest, SaysWhatIsWrongAndWhere) {
         {R"({"name":"","leaves":[{"n":1,"note":[]}]})", typeMismatch, u"leaves[0].note"_s},
         {R"({"name":"","leaves":[{"n":5.5}]})", typeMismatch, u"leaves[0].n"_s},
         {R"({"name":"","leaves":[{"n":9223372036854775808}]})", typeMismatch, u"leaves[0].n"_s},
-        {"null", typeMismatch},
-        {"[1],[2]"},
         {"\xEF\xBB\xBF\xEF\xBB\xBF{}"},
         {"\"\xff\""},
         {QByteArray("1\0", 2)},
-        {QByteArray(100'000, '[') + QByteArray(100'000, ']')},
     };
     for (const auto &row : cases) {
         const Decoded<Tree> result = decodeJSON<Tree>(row.text);

@@ -73,19 +73,4 @@ TEST_F(ProcessLockTest, TheNumberOfADeadHolderMayBeAnotherProcesss) {
     waitpid(other, nullptr, 0);
 }
 
-TEST_F(ProcessLockTest, ALockWhoseFileIsGoneIsNotHeldAndLeavesOthersAlone) {
-    std::optional<ProcessLock> first(path);
-    ASSERT_EQ(first->tryLock(false), held);
-    ASSERT_TRUE(QFile::remove(path));
-    EXPECT_FALSE(first->isHeld());
-    EXPECT_EQ(ProcessLock(folder.filePath(u"none/Test.lock"_s)).tryLock(true), failed);
-    ProcessLock second(path);
-    // Files are told apart by their times.
-    while (second.tryLock(false) == held && first->isHeld())
-        ASSERT_TRUE(QFile::remove(path));
-    EXPECT_EQ(first->tryLock(false), refused);
-    first.reset();
-    EXPECT_TRUE(second.isHeld());
-}
-
 } // namespace KestrioKit
