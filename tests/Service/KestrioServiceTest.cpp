@@ -1,4 +1,4 @@
-#include "KestrioKit/Service/KestrioService.h"
+#include "KestrioKit/Service/KestrioSurveyResponder.h"
 #include "tests/support/OnlineFixture.h"
 
 #include <QJsonArray>
@@ -18,24 +18,8 @@ protected:
         std::make_shared<KestrioServiceRequests>(clock), context());
 };
 
-TEST_F(KestrioServiceTest, RefusesEverythingWithinTheCallWhileDisabled) {
-    const auto refusal = [this] {
-        std::optional<Error> given;
-        service->fetchSurvey(7, [&](auto &&, auto &&, const auto &error) { given = error; });
-        return given;
-    };
-    service->setDisableNetworkAccess(true);
-    EXPECT_EQ(refusal(), (DisabledError{DisabledError::local, {}}.toError()));
-    const DisabledError imposed{DisabledError::environment, {}};
-    service->setDisabledError(imposed);
-    service->fetchConfig([](auto &&...) {}); // refused, too, which changes nothing
-    service->setDisableNetworkAccess(false);
-    EXPECT_EQ(refusal(), imposed.toError());
-    EXPECT_EQ(lines(), QList<QByteArray>());
-}
-
 TEST_F(KestrioServiceTest, TracesNoTokenAndNothingOfWhatIsRecorded) {
-    answer("POST /1/environments/env/visitors", {200, R"({"vid":1,"token":"secret"})"});
+    answer("POST /1/environments/env/visitors", {200, R"({"vid":1,"token":"secret\"secret"})"});
     testing::internal::CaptureStdout();
     service->fetchVisitorIdentifier(u"user"_s, true, [](auto &&...) {});
     service->authorize(u"secret"_s, 1);
@@ -95,6 +79,28 @@ TEST_F(KestrioServiceTest, ReportsErrorsWithWhatItKnows) {
         EXPECT_EQ(id[0] + id[2], "kestrioerror");
         last = id[1].toLongLong();
     }
+}
+
+TEST_F(KestrioServiceTest, ReportsASurveyOnceEachQuestionEveryTimeAndTheEndOnce) {
+    service->authorize(u"t"_s, 5);
+    KestrioSurveyResponder responder(service, Survey{{}, 5, {}, {}, 7, u"g"_s, {}});
+    responder.seen(2);
+    responder.seen(2);
+    responder.submit();
+    for (const int value : {8, 9}) {
+        responder.submitResponse(makeQuestionResponse({{}, 2, {}, {}}, {value}, 1.5, clock));
+        responder.submit();
+        responder.closed(2);
+    }
+    finish();
+    QStringList actions;
+    for (const QJsonObject &body : bodies("POST /1/visitors/5/surveys/7/history"))
+        actions.append(body["action"_L1].toString());
+    actions.sort(); // those sent at once may overtake one another
+    EXPECT_EQ(actions, QStringList({u"closed"_s, u"seen"_s, u"seen"_s, u"seen"_s}));
+    const auto submitted = bodies("POST /2/environments/env/visitors/5/responses/submit");
+    ASSERT_EQ(submitted.size(), 1);
+    EXPECT_EQ(submitted[0]["responses"_L1][0]["value"_L1], 8);
 }
 
 } // namespace KestrioKit
