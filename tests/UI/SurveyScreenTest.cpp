@@ -121,8 +121,8 @@ void SurveyScreenTest::letTheWaitPass() {
         return timer->isActive() && timer->intervalAsDuration() == std::chrono::seconds(2);
     });
     ASSERT_NE(wait, timers.end());
-    (*wait)->stop();
-    QMetaObject::invokeMethod(*wait, "timeout");
+    QTimerEvent timeout((*wait)->timerId());
+    QCoreApplication::sendEvent(*wait, &timeout);
     finish();
 }
 

@@ -114,6 +114,7 @@ protected:
     const std::function<void()> endings[5] = {
         [this] {
             window.hide();
+            letTheWaitPass();
             window.show();
         },
         [this] { delete survey(); },
