@@ -10,6 +10,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QCoreApplication>
 #include <QEventLoop>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -73,6 +74,17 @@ private:
     Block m_done;
 };
 
+/// A folder that the library's one object, which other benchmarks use, does not own.
+class FolderOfItsOwn {
+public:
+    FolderOfItsOwn() { QCoreApplication::setApplicationName(m_name + u"-queue"_s); }
+    ~FolderOfItsOwn() { QCoreApplication::setApplicationName(m_name); }
+    Q_DISABLE_COPY_MOVE(FolderOfItsOwn)
+
+private:
+    const QString m_name = QCoreApplication::applicationName();
+};
+
 /// A queue with a full state, as it is after a start without a network.
 class WaitingQueue {
 public:
@@ -122,6 +134,7 @@ public:
 
 private:
     qint64 m_recordsOfAKind;
+    const FolderOfItsOwn m_folder;
     LibraryThread m_thread{Clock::system()};
     TransientThread m_fileThread;
     std::shared_ptr<ManualFlagsSource> m_flagsSource = std::make_shared<ManualFlagsSource>();
