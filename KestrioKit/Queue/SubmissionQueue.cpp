@@ -94,7 +94,7 @@ void SubmissionQueue::observeApplication() {
     using Event = ApplicationLifecycle::Event;
     const Block saveIfAlive = [weak = weak_from_this()] {
         if (const auto self = weak.lock())
-            self->saveState();
+            self->saveState(false);
     };
     ApplicationLifecycle &lifecycle = ApplicationLifecycle::shared();
     m_lastSaveObserver = lifecycle.observe(Event::lastSave, [weak = weak_from_this()] {
@@ -125,7 +125,7 @@ void SubmissionQueue::appendAndSave(const std::shared_ptr<QueueRunner> &target, 
         target->take({task});
         self->m_promptSaves.request([weak = self->weak_from_this()] {
             if (const auto strong = weak.lock())
-                strong->saveState();
+                strong->saveState(false);
         });
     });
 }
@@ -172,20 +172,21 @@ void SubmissionQueue::setIdentity(std::optional<qint64> visitorIdentifier,
 }
 
 void SubmissionQueue::save() {
-    saveState();
-    m_queue.async([self = shared_from_this()] { self->searchAfterSave(); });
+    saveState(true);
 }
 
-void SubmissionQueue::saveState() {
+void SubmissionQueue::saveState(bool searches) {
     ++m_savesWaiting;
-    m_queue.async(
-        [self = shared_from_this(), task = ApplicationLifecycle::shared().beginBackgroundTask()] {
-            // The last of several that wait finds what the others would have, and more.
-            if (--self->m_savesWaiting > 0)
-                return;
-            self->m_promptSaves.saved();
-            self->m_stateFile.store(self->currentState(), task);
-        });
+    m_queue.async([self = shared_from_this(), searches,
+                   task = ApplicationLifecycle::shared().beginBackgroundTask()] {
+        // The last of several that wait finds what the others would have, and more.
+        if (--self->m_savesWaiting > 0)
+            return;
+        self->m_promptSaves.saved();
+        self->m_stateFile.store(self->currentState(), task);
+        if (searches)
+            self->searchAfterSave();
+    });
 }
 
 PersistentQueue SubmissionQueue::currentState() const {

@@ -81,7 +81,8 @@ private:
     void enableRunners();
     void flushAll();
     void appendAndSave(const std::shared_ptr<QueueRunner> &target, QueueTask task);
-    void saveState();
+    /// At the end of the application nothing is taken over that would only be sent twice.
+    void saveState(bool searches);
     void loadState();
     void searchAfterSave();
     void searchLater();
