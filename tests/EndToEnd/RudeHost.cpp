@@ -100,7 +100,7 @@ int leavingFromAWorker(int argc, char **argv) {
 // The child has none of the library's threads to wait for. (It has none of Qt's either, which waits
 // without end for those that looked up names.)
 int leavingAForkedChild(int argc, char **argv) {
-    constexpr unsigned limit = 8; // seconds; less than it would wait for its threads
+    constexpr unsigned limit = 60; // seconds
     QCoreApplication application(argc, argv);
     Kestrio::shared().configure(u"env"_s);
     const int code = runUntilVisitor();
