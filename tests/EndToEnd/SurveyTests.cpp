@@ -46,7 +46,7 @@ protected:
     void run(const QByteArray &script) {
         HostProgram host(data.filePath(u"home"_s));
         host.send(script);
-        EXPECT_EQ(host.finish(), 0) << host.program().output().constData();
+        EXPECT_EQ(host.finish(), 0) << host.output().constData();
     }
 
     QByteArrayList answers() const {

@@ -85,9 +85,9 @@ protected:
         pause(untilAnswered);
         for (const Machine &machine : machines) {
             setClock(machine, machine.jump * wait);
-            machine.host->program().signal(SIGSTOP);
+            machine.host->signal(SIGSTOP);
             QTimer::singleShot(machine.stop, Qt::PreciseTimer, qApp,
-                               [&] { machine.host->program().signal(SIGCONT); });
+                               [&] { machine.host->signal(SIGCONT); });
         }
         pause(longestStop + untilAnswered);
     }

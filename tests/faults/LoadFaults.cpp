@@ -46,7 +46,7 @@ class SurveyLoad : public SurveyScreenTest {
 protected:
     void SetUp() override {
         QFile::remove(*Storage::localLibraryURL("VisitorData"_L1));
-        route->setServer(QUrl(u"http://127.0.0.1:%1"_s.arg(service.port())));
+        network->setServer(QUrl(u"http://127.0.0.1:%1"_s.arg(service.port())));
         core = KestrioCore::make(context());
         core->configure(u"env"_s);
         finish();
@@ -65,7 +65,7 @@ protected:
         if (sanitized)
             return now;
         // Without what the service has written, which is kept as well.
-        const QByteArray &log = service.program().errors();
+        const QByteArray &log = service.errors();
         const struct mallinfo2 heap = mallinfo2();
         const auto allocated = qint64(heap.uordblks + heap.hblkhd) - log.capacity();
         const auto dirty = processKilobytes(u"smaps_rollup"_s, "Private_Dirty:");

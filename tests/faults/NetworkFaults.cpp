@@ -63,7 +63,7 @@ protected:
         const QJsonArray told{all["events"_L1], all["attributeChanges"_L1]};
         return testNames(QJsonDocument(told).toJson());
     }
-    qsizetype said(const char *what) { return host->program().output().count(what); }
+    qsizetype said(const char *what) { return host->output().count(what); }
     void pauseUpTo(int longest) { pause((random() % unsigned(longest)) * 1ms); }
     /// An event and an attribute; the event's name.
     QString make() {
@@ -94,7 +94,7 @@ protected:
         make();
         ASSERT_TRUE(sh(u"ip -n ks-app route replace default via 10.203.0.1"_s));
         host->send("wait-for idle 60000\nvisitor");
-        ASSERT_EQ(host->nextReport()["visitor"_L1], 1) << host->program().output().toStdString();
+        ASSERT_EQ(host->nextReport()["visitor"_L1], 1) << host->output().toStdString();
     }
 
     /// The waits between five sends, beside all else.
@@ -135,7 +135,7 @@ TEST_F(NetworkFaults, DeliversEachRecordThoughTheNetworkComesAndGoes) {
         missing.subtract(QSet<QString>(came.begin(), came.end()));
         return missing.isEmpty();
     };
-    EXPECT_TRUE(waitFor(allCame, longestRetry)) << host->program().output().toStdString();
+    EXPECT_TRUE(waitFor(allCame, longestRetry)) << host->output().toStdString();
     const qsizetype again = said("Re-enqueuing task");
     row.add({{rounds, "outages"},
              {made.size(), "records"},

@@ -179,7 +179,7 @@ TEST_F(ServiceFaults, KeepWhatMayYetBeDeliveredAndNothingElse) {
                                    "POST /events"};
         for (const QByteArray &line : lines)
             answer(line, given);
-        route->setTimeout(silent ? 1s : URLRequest().timeout);
+        network->setTimeout(silent ? 1s : URLRequest().timeout);
         ASSERT_TRUE(forgetPeak());
         const int before = peak();
         int calls = 0;
@@ -193,7 +193,7 @@ TEST_F(ServiceFaults, KeepWhatMayYetBeDeliveredAndNothingElse) {
         largest = std::max(largest, peak() - before);
         EXPECT_EQ(calls, 1);
         expectSent(records, 1, verdict == kept);
-        route->setTimeout(URLRequest().timeout);
+        network->setTimeout(URLRequest().timeout);
         for (const QByteArray &line : lines)
             answer(line, {});
         for (const double seconds : {5, 1000}) {
@@ -257,11 +257,11 @@ TEST_F(ServiceFaults, WithoutATrustedConnectionKeepTheRecordAndTheToken) {
     EncryptedServer good(folder, u"good"_s);
     const auto deliver = [&](const QString &name, const QUrl &bad) {
         SCOPED_TRACE(qPrintable(name));
-        route->setServer(bad);
+        network->setServer(bad);
         core->setVisitorAttribute(name, u"v"_s);
         finish();
         EXPECT_TRUE(stores(name));
-        route->setServer(good.url());
+        network->setServer(good.url());
         for (const double seconds : {5, 1000}) {
             advanceAndFinish(seconds);
             EXPECT_EQ(good.received.count("/attributes/" + name.toUtf8() + ' '), 1);

@@ -25,7 +25,7 @@ protected:
         return std::make_unique<HostProgram>(data.filePath(folder));
     }
     static bool waitForLine(HostProgram &host, const char *line) {
-        return waitFor([&] { return host.program().output().contains(line); }, longestDelay);
+        return waitFor([&] { return host.output().contains(line); }, longestDelay);
     }
     /// Events of the half before the failure shows, and of the half after it.
     static void live(HostProgram &host) {
@@ -59,7 +59,7 @@ TEST_F(StartFaults, WithAStoredVisitorTheNextProcessDelivers) {
     const auto run = [this](const QByteArray &script) {
         const auto host = startHost(u"home"_s);
         host->send(script);
-        EXPECT_EQ(host->finish(), 0) << host->program().output().toStdString();
+        EXPECT_EQ(host->finish(), 0) << host->output().toStdString();
     };
     run(HostProgram::start);
     service->stop();
@@ -76,10 +76,10 @@ TEST_F(StartFaults, TheSameProcessDeliversAsSoonAsTheServiceIsThere) {
     const auto host = startHost(u"home"_s);
     live(*host);
     const auto service = startService();
-    ASSERT_TRUE(waitForLine(*host, succeeded)) << host->program().output().toStdString();
+    ASSERT_TRUE(waitForLine(*host, succeeded)) << host->output().toStdString();
     host->send("wait-for idle 15000");
-    EXPECT_EQ(host->finish(), 0) << host->program().output().toStdString();
-    EXPECT_EQ(host->program().output().count("Start-up "), 2);
+    EXPECT_EQ(host->finish(), 0) << host->output().toStdString();
+    EXPECT_EQ(host->output().count("Start-up "), 2);
     expectAll(row, *service);
 }
 

@@ -195,7 +195,7 @@ TEST_F(StorageFaults, GoesOnDeliveringAndSavesAgainOnceTheStorageIsBack) {
         const auto run = [&](const char *commands) {
             const QString all = u"DISK=%1; PID=%2; FILES='%3 %4'; FOLDER=%5; %6"_s;
             return shell(data.path(), all.arg(data.path())
-                                          .arg(host.program().processId())
+                                          .arg(host.processId())
                                           .arg(path(stateFile), path(identityFile),
                                                path().chopped(1), QString::fromLatin1(commands)));
         };
@@ -205,12 +205,12 @@ TEST_F(StorageFaults, GoesOnDeliveringAndSavesAgainOnceTheStorageIsBack) {
         ASSERT_TRUE(waitFor([&] { return !read(stateFile).isEmpty(); }));
         ASSERT_TRUE(run(strike));
         host.send("track Unanswered\n" + say("during") + "wait 100\nvisitor");
-        EXPECT_EQ(host.nextReport()["visitor"_L1], 42) << host.program().output().toStdString();
+        EXPECT_EQ(host.nextReport()["visitor"_L1], 42) << host.output().toStdString();
         EXPECT_FALSE(read(stateFile).contains("Unanswered")) << "the fault is none";
         stored();
         HostProgram next(data.path(), {}, launcher);
         next.send(HostProgram::start + say("next") + "wait-for idle 60000");
-        EXPECT_EQ(next.finish(), 0) << next.program().output().toStdString();
+        EXPECT_EQ(next.finish(), 0) << next.output().toStdString();
         ASSERT_TRUE(run(mend));
         host.send("user somebody\n" + say("after"));
         EXPECT_TRUE(waitFor([&] { return read(stateFile).contains("Unanswered"); }));

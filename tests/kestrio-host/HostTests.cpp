@@ -24,12 +24,11 @@ class Host : public ::testing::Test {
 protected:
     void expectReports(const QByteArray &reports) {
         for (const QJsonValue report : QJsonDocument::fromJson('[' + reports + ']').array())
-            EXPECT_EQ(host.nextReport(), report.toObject())
-                << host.program().output().toStdString();
+            EXPECT_EQ(host.nextReport(), report.toObject()) << host.output().toStdString();
     }
     void finish() {
         host.send("wait-for idle 60000");
-        EXPECT_EQ(host.finish(), 0) << host.program().output().toStdString();
+        EXPECT_EQ(host.finish(), 0) << host.output().toStdString();
     }
     /// How often the service's records, their keys sorted, hold `text`; "#" stands for a number.
     qsizetype recorded(const QString &text) const {
@@ -92,7 +91,7 @@ TEST_F(Host, obeysEachLineAsItArrives) {
     }
     host.send("visitor\nquit 7\nvisitor");
     expectReports(R"({"visitor":null})");
-    EXPECT_EQ(host.program().waitForEnd(), 7);
+    EXPECT_EQ(host.waitForEnd(), 7);
     EXPECT_EQ(host.reports().size(), 6);
 }
 

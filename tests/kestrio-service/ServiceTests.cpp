@@ -195,7 +195,7 @@ TEST_F(Service, refusesWhatIsWrongByItsPlaceAndKeepsNothingOfIt) {
     }
     EXPECT_EQ(records(), before);
     EXPECT_EQ(service.stop(), 0);
-    EXPECT_TRUE(service.program().errors().contains("GET /a\\x1b[31m 404 "));
+    EXPECT_TRUE(service.errors().contains("GET /a\\x1b[31m 404 "));
 }
 
 TEST_F(Service, showsWhatOtherProgramsWroteIntoItsFile) {
@@ -285,9 +285,9 @@ TEST(ServiceStart, findsTheRecordsOfBeforeHoweverTheServiceEnded) {
         const auto user = client.Post(visitors, R"({"userId":"u"})", "application/json");
         ASSERT_TRUE(user);
         EXPECT_EQ(user->body.substr(0, 9), R"({"vid":1,)");
-        service.program().signal(signal);
+        service.signal(signal);
         const bool killed = signal == SIGKILL;
-        EXPECT_EQ(service.program().waitForEnd(), killed ? std::nullopt : std::optional(0));
+        EXPECT_EQ(service.waitForEnd(), killed ? std::nullopt : std::optional(0));
         EXPECT_EQ(QFile::exists(database + u"-wal"_s), killed);
     }
 }

@@ -80,8 +80,8 @@ std::optional<int> RunningProgram::waitForEnd(std::chrono::milliseconds limit) {
 
 HostProgram::HostProgram(const QString &dataFolder, const Environment &environment,
                          const QStringList &launcher)
-    : m_program(u"env"_s, launcher + QStringList{hostProgramFile(), u"--script"_s, u"-"_s},
-                hostEnvironment(dataFolder, environment)) {}
+    : RunningProgram(u"env"_s, launcher + QStringList{hostProgramFile(), u"--script"_s, u"-"_s},
+                     hostEnvironment(dataFolder, environment)) {}
 
 QJsonObject HostProgram::nextReport() {
     QList<QJsonObject> all;
@@ -93,20 +93,19 @@ QJsonObject HostProgram::nextReport() {
 }
 
 std::optional<int> HostProgram::finish() {
-    m_program.endInput();
-    return m_program.waitForEnd();
+    endInput();
+    return waitForEnd();
 }
 
-void HostProgram::kill() {
-    m_program.signal(SIGKILL);
-    m_program.waitForEnd();
+void RunningProgram::kill() {
+    signal(SIGKILL);
+    waitForEnd();
 }
 
 QList<QJsonObject> HostProgram::reports() const {
     QList<QJsonObject> reports;
     // What follows the last line feed is not whole yet.
-    const QByteArray &output = m_program.output();
-    for (const QByteArray &line : output.first(output.lastIndexOf('\n') + 1).split('\n')) {
+    for (const QByteArray &line : output().first(output().lastIndexOf('\n') + 1).split('\n')) {
         if (line.startsWith('{'))
             reports.append(QJsonDocument::fromJson(line).object());
     }
@@ -115,18 +114,13 @@ QList<QJsonObject> HostProgram::reports() const {
 
 ServiceProgram::ServiceProgram(const QString &databaseFile, const QStringList &arguments,
                                quint16 port)
-    : m_port(port),
-      m_program(serviceProgramFile(),
-                QStringList{u"--port"_s, QString::number(port), u"--database"_s, databaseFile} +
-                    arguments) {
-    waitFor([this] { return isListening() || m_program.waitForEnd(0ms); });
-    EXPECT_TRUE(isListening()) << m_program.errors().toStdString();
+    : RunningProgram(serviceProgramFile(), QStringList{u"--port"_s, QString::number(port),
+                                                       u"--database"_s, databaseFile} +
+                                               arguments) {
+    waitFor([this] { return errors().contains("listening on ") || waitForEnd(0ms); });
+    EXPECT_TRUE(errors().contains("listening on ")) << errors().toStdString();
     // "... listening on http://localhost:8080"
-    m_port = m_program.errors().split('\n').first().split(':').last().toUShort();
-}
-
-bool ServiceProgram::isListening() const {
-    return m_program.errors().contains("listening on ");
+    m_port = errors().split('\n').first().split(':').last().toUShort();
 }
 
 QJsonObject ServiceProgram::records() const {
@@ -139,8 +133,8 @@ QJsonObject ServiceProgram::records() const {
 }
 
 std::optional<int> ServiceProgram::stop() {
-    m_program.signal(SIGTERM);
-    return m_program.waitForEnd();
+    signal(SIGTERM);
+    return waitForEnd();
 }
 
 } // namespace KestrioKit

@@ -43,6 +43,8 @@ public:
 
     qint64 processId() const { return m_process.processId(); }
     void signal(int number);
+    /// Cuts it off without any chance to save.
+    void kill();
     /// The exit code; absent when it does not end in time, or ended by a signal.
     std::optional<int> waitForEnd(std::chrono::milliseconds limit = patience);
 
@@ -58,7 +60,7 @@ private:
 ///     host.send("configure shop\nwait-for visitor 60000\nvisitor");
 ///     EXPECT_EQ(host.nextReport()["visitor"].toInt(), 1);
 ///     EXPECT_EQ(host.finish(), 0);
-class HostProgram {
+class HostProgram : public RunningProgram {
 public:
     /// Lines that bring it as far as it comes by itself.
     inline static const QByteArray start =
@@ -69,42 +71,35 @@ public:
                          const QStringList &launcher = {});
 
     /// Hands it one line or several.
-    void send(const QByteArray &lines) { m_program.write(lines + '\n'); }
+    void send(const QByteArray &lines) { write(lines + '\n'); }
     /// The first report that was not taken yet; empty when none comes in time.
     QJsonObject nextReport();
     /// Ends the script, and waits for the program's end: its exit code.
     std::optional<int> finish();
-    /// Cuts it off without any chance to save.
-    void kill();
 
     /// Every report so far, taken or not.
     QList<QJsonObject> reports() const;
-    RunningProgram &program() { return m_program; }
 
 private:
-    RunningProgram m_program;
     qsizetype m_taken = 0;
 };
 
 /// kestrio-service on a database of the test's.
-class ServiceProgram {
+class ServiceProgram : public RunningProgram {
 public:
     /// Starts it, and waits until it listens or has ended. `arguments` are further ones; for port 0
     /// it picks a free one.
     explicit ServiceProgram(const QString &databaseFile, const QStringList &arguments = {},
                             quint16 port = servicePort);
 
-    bool isListening() const;
     quint16 port() const { return m_port; }
     /// Everything it holds.
     QJsonObject records() const;
     /// Lets it end cleanly: its exit code.
     std::optional<int> stop();
-    RunningProgram &program() { return m_program; }
 
 private:
     quint16 m_port;
-    RunningProgram m_program;
 };
 
 } // namespace KestrioKit

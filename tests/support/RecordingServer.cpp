@@ -1,5 +1,7 @@
 #include "tests/support/RecordingServer.h"
 
+#include <gtest/gtest.h>
+
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -42,7 +44,50 @@ QByteArray receiveBytes(int socket) {
     return {buffer.data(), std::max<qsizetype>(size, 0)};
 }
 
+// Takes the first whole request off `bytes`; absent while there is none.
+std::optional<RecordedRequest> takeRequest(QByteArray &bytes) {
+    constexpr QByteArrayView headEnd("\r\n\r\n");
+    const qsizetype headSize = bytes.indexOf(headEnd);
+    if (headSize < 0)
+        return std::nullopt;
+    RecordedRequest request;
+    QList<QByteArray> lines = bytes.first(headSize).replace('\r', ""_ba).split('\n');
+    const QList<QByteArray> requestLine = lines.takeFirst().split(' ');
+    request.method = requestLine.value(0);
+    request.target = requestLine.value(1);
+    for (const QByteArray &line : lines) {
+        const qsizetype colon = line.indexOf(':');
+        request.headers.append({line.first(colon), line.sliced(colon + 1).trimmed()});
+    }
+    const qsizetype bodyStart = headSize + headEnd.size();
+    const qsizetype bodySize = request.header("Content-Length"_ba).value_or("0"_ba).toLongLong();
+    if (bytes.size() < bodyStart + bodySize)
+        return std::nullopt;
+    request.body = bytes.sliced(bodyStart, bodySize);
+    bytes.remove(0, bodyStart + bodySize);
+    return request;
+}
+
 } // namespace
+
+std::optional<QByteArray> RecordedRequest::header(const QByteArray &name) const {
+    const auto found = std::ranges::find_if(headers, [&name](const HTTPHeader &header) {
+        return header.name.compare(name, Qt::CaseInsensitive) == 0;
+    });
+    return found == headers.end() ? std::nullopt : std::optional(found->value);
+}
+
+QByteArray ServerAnswer::head() const {
+    QByteArray text = "HTTP/1.1 " + QByteArray::number(status) + " Status\r\n";
+    bool hasLength = false;
+    for (const HTTPHeader &header : headers) {
+        hasLength = hasLength || header.name == "Content-Length";
+        text += header.name + ": " + header.value + "\r\n";
+    }
+    if (!hasLength)
+        text += "Content-Length: " + QByteArray::number(body.size() * bodies) + "\r\n";
+    return text + "\r\n";
+}
 
 RecordingServer::RecordingServer(quint16 port) : m_port(port) {
     for (QTcpServer &listener : m_listeners) {
@@ -50,8 +95,8 @@ RecordingServer::RecordingServer(quint16 port) : m_port(port) {
         listener.setListenBacklogSize(SOMAXCONN);
         if (listener.listen(first ? QHostAddress::LocalHost : QHostAddress::LocalHostIPv6, m_port))
             listener.pauseAccepting(); // the acceptor takes the connections
-        else if (first)
-            return;
+        else
+            EXPECT_FALSE(first) << qPrintable(listener.errorString());
         m_port = m_listeners[0].serverPort();
     }
     m_acceptor = std::thread([this] { acceptConnections(); });
@@ -135,8 +180,8 @@ void RecordingServer::beginConnection(int socket) {
         return;
     }
     m_sockets.push_back(socket);
-    m_connections.emplace_back([this, socket, number = m_acceptedConnections] {
-        serve(socket, number);
+    m_connections.emplace_back([this, socket] {
+        serve(socket);
         shutdown(socket, SHUT_WR);
         while (!receiveBytes(socket).isEmpty())
             continue;
@@ -146,7 +191,7 @@ void RecordingServer::beginConnection(int socket) {
     });
 }
 
-void RecordingServer::serve(int socket, int connection) {
+void RecordingServer::serve(int socket) {
     QByteArray bytes;
     while (true) {
         const QByteArray received = receiveBytes(socket);
@@ -154,7 +199,6 @@ void RecordingServer::serve(int socket, int connection) {
             return;
         bytes += received;
         while (std::optional<RecordedRequest> request = takeRequest(bytes)) {
-            request->connection = connection;
             request->arrival = std::chrono::steady_clock::now();
             if (!send(socket, answerTo(*request)))
                 return;

@@ -1,6 +1,9 @@
 #pragma once
 
-#include <chrono>
+#include <QBasicTimer>
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+
 #include <functional>
 
 namespace KestrioKit {
@@ -9,8 +12,23 @@ namespace KestrioKit {
 inline constexpr std::chrono::seconds patience{120};
 
 /// Runs the calling thread's event loop until `condition` holds. False when it does not in time.
-bool waitFor(const std::function<bool()> &condition, std::chrono::milliseconds limit = patience);
+inline bool waitFor(const std::function<bool()> &condition,
+                    std::chrono::milliseconds limit = patience) {
+    const QDeadlineTimer deadline(limit);
+    QObject wakenByTimer;
+    QBasicTimer timer;
+    timer.start(1, &wakenByTimer);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}
+
 /// Runs it for so long.
-void pause(std::chrono::milliseconds time);
+inline void pause(std::chrono::milliseconds time) {
+    waitFor([] { return false; }, time);
+}
 
 } // namespace KestrioKit
