@@ -18,12 +18,6 @@ protected:
     static constexpr auto failed = "Start-up has failed.";
     static constexpr auto succeeded = "Start-up has succeeded.";
 
-    std::unique_ptr<ServiceProgram> startService() const {
-        return std::make_unique<ServiceProgram>(data.filePath(u"records.sqlite"_s));
-    }
-    std::unique_ptr<HostProgram> startHost(const QString &folder) const {
-        return std::make_unique<HostProgram>(data.filePath(folder));
-    }
     static bool waitForLine(HostProgram &host, const char *line) {
         return waitFor([&] { return host.output().contains(line); }, longestDelay);
     }
@@ -50,37 +44,38 @@ protected:
     }
 
     static constexpr auto longestDelay = 60s;
-    QTemporaryDir data;
+    const QTemporaryDir data;
+    const QString database = data.filePath(u"records.sqlite"_s);
 };
 
 TEST_F(StartFaults, WithAStoredVisitorTheNextProcessDelivers) {
     FaultRow row("service away at the start, then quit and restart", 120s);
-    auto service = startService();
-    const auto run = [this](const QByteArray &script) {
-        const auto host = startHost(u"home"_s);
-        host->send(script);
-        EXPECT_EQ(host->finish(), 0) << host->output().toStdString();
+    std::optional<ServiceProgram> service(database);
+    const auto run = [this] {
+        HostProgram host(data.path());
+        host.send(HostProgram::start);
+        EXPECT_EQ(host.finish(), 0) << host.output().toStdString();
     };
-    run(HostProgram::start);
+    run();
     service->stop();
-    const auto host = startHost(u"home"_s);
-    live(*host);
-    EXPECT_EQ(host->finish(), 0);
-    service = startService();
-    run(HostProgram::start);
+    HostProgram host(data.path());
+    live(host);
+    EXPECT_EQ(host.finish(), 0);
+    service.emplace(database);
+    run();
     expectAll(row, *service);
 }
 
 TEST_F(StartFaults, TheSameProcessDeliversAsSoonAsTheServiceIsThere) {
     FaultRow row("service away at the start, then there", 120s);
-    const auto host = startHost(u"home"_s);
-    live(*host);
-    const auto service = startService();
-    ASSERT_TRUE(waitForLine(*host, succeeded)) << host->output().toStdString();
-    host->send("wait-for idle 15000");
-    EXPECT_EQ(host->finish(), 0) << host->output().toStdString();
-    EXPECT_EQ(host->output().count("Start-up "), 2);
-    expectAll(row, *service);
+    HostProgram host(data.path());
+    live(host);
+    const ServiceProgram service(database);
+    ASSERT_TRUE(waitForLine(host, succeeded)) << host.output().toStdString();
+    host.send("wait-for idle 15000");
+    EXPECT_EQ(host.finish(), 0) << host.output().toStdString();
+    EXPECT_EQ(host.output().count("Start-up "), 2);
+    expectAll(row, service);
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <deque>
 #include <numeric>
 
 using namespace KestrioKit;
@@ -98,6 +99,36 @@ protected:
             const QStringList safe = stored() + delivered().keys();
             return std::ranges::all_of(names, [&](auto &name) { return safe.contains(name); });
         });
+    }
+    /// Has processes that share the folder and save promptly make records, which it returns, and
+    /// end one after another or be killed. The next process delivers.
+    QStringList liveTogether(const QStringList &names, bool away, const QList<bool> &areKilled) {
+        std::deque<HostProgram> hosts;
+        while (hosts.size() < std::size_t(names.size())) {
+            hosts.emplace_back(data.path());
+            hosts.back().send("prompt-saves on\n" + HostProgram::start + "visitor");
+            EXPECT_EQ(hosts.back().nextReport()["visitor"_L1], 42);
+        }
+        isAway = away;
+        QByteArray all;
+        for (std::size_t number = 0; number < hosts.size(); ++number) {
+            const QByteArray commands = records(names[qsizetype(number)]);
+            hosts[number].send(commands);
+            all += commands;
+        }
+        // Either of them owns the stored state.
+        for (std::size_t number = 0; number < hosts.size(); ++number) {
+            EXPECT_TRUE(waitForSafe(testNames(records(names[qsizetype(number)]))));
+            if (areKilled[qsizetype(number)])
+                hosts[number].kill();
+            else
+                EXPECT_EQ(hosts[number].finish(), 0);
+        }
+        isAway = false;
+        EXPECT_TRUE(waitFor([this] { return server.openConnections() == 0; }));
+        excuseStored();
+        finishHost({});
+        return testNames(all);
     }
     /// Counts a further delivery of what is stored although the service has it.
     void excuseStored() {
@@ -229,58 +260,21 @@ TEST_F(StorageFaults, KilledAfterItSavedPromptlyLosesNothing) {
     FaultRow row("killed after prompt saves", 120s);
     const int kills = FaultRow::times(50, 3);
     QStringList promised;
-    for (int kill = 0; kill < kills; ++kill) {
-        isAway = true;
-        HostProgram host(data.path());
-        const QByteArray commands = records(QString::number(kill));
-        promised += testNames(commands);
-        host.send("prompt-saves on\n" + HostProgram::start + commands);
-        EXPECT_TRUE(waitForSafe(testNames(commands)));
-        host.kill();
-        isAway = false;
-        finishHost({});
-    }
+    for (int kill = 0; kill < kills; ++kill)
+        promised += liveTogether({QString::number(kill)}, true, {true});
     row.add({{kills, "kills"}});
     addOutcome(row, promised, "records");
 }
-
-/// How two processes end: the first, then the second.
-struct Ends {
-    bool isAway;
-    bool isKilled[2];
-};
 
 TEST_F(StorageFaults, TwoProcessesOnOneFolderLoseNothingHoweverTheyEnd) {
     FaultRow row("two processes on one folder", 120s);
     const int rounds = FaultRow::times(40, 8);
     QStringList promised;
     for (int round = 0; round < rounds; ++round) {
-        const Ends ends{(round & 1) != 0, {(round & 2) != 0, (round & 4) != 0}};
         SCOPED_TRACE(round);
-        HostProgram hosts[]{HostProgram(data.path()), HostProgram(data.path())};
-        for (HostProgram &host : hosts) {
-            host.send("prompt-saves on\n" + HostProgram::start + "visitor");
-            EXPECT_EQ(host.nextReport()["visitor"_L1], 42);
-        }
-        isAway = ends.isAway;
-        QByteArray commands[2];
-        for (int number = 0; number < 2; ++number) {
-            commands[number] = records(QString::number(2 * round + number));
-            hosts[number].send(commands[number]);
-            promised += testNames(commands[number]);
-        }
-        // Either of them owns the stored state.
-        for (int end = 0; end < 2; ++end) {
-            EXPECT_TRUE(waitForSafe(testNames(commands[end])));
-            if (ends.isKilled[end])
-                hosts[end].kill();
-            else
-                EXPECT_EQ(hosts[end].finish(), 0);
-        }
-        isAway = false;
-        ASSERT_TRUE(waitFor([this] { return server.openConnections() == 0; }));
-        excuseStored();
-        finishHost({});
+        const QString name = QString::number(round);
+        promised += liveTogether({name + u'a', name + u'b'}, (round & 1) != 0,
+                                 {(round & 2) != 0, (round & 4) != 0});
     }
     row.add({{2 * rounds, "processes"}, {looks, "looks at the files"}});
     addOutcome(row, promised, "records");
