@@ -45,34 +45,57 @@ bool matches(const RecordedRequest &request, const Expected &expected) {
            body.match(QString::fromUtf8(request.body)).hasMatch();
 }
 
-class Wire : public ::testing::Test {
-protected:
-    Wire() { answerAsService(server); }
+void expectSessionHeaders(const RecordedRequest &request) {
+    const QByteArray os = QSysInfo::productVersion().toUtf8();
+    const QByteArray version = "0.1.0";
+    const QList<HTTPHeader> sessionHeaders{
+        {"User-Agent",
+         "Kestrio/iOS;Version=" + version + ";OSVersion=" + os + ";AppVersion=" + version},
+        {"Content-Type", "application/json"},
+        {"kestrio-platform", "ios"},
+        {"Accept-Language", "en-GB, fr;q=0.9, de;q=0.8, it;q=0.7000000000000001, "
+                            "es;q=0.6000000000000001"},
+        {"x-ks-sdk-version", version},
+        {"x-ks-app-version", version},
+        {"x-ks-device-type", QSysInfo::currentCpuArchitecture().toUtf8()},
+        {"x-ks-os-version", os}};
+    QList<HTTPHeader> ours = request.headers;
+    ours.removeIf([&](const HTTPHeader &header) {
+        return std::ranges::count(sessionHeaders, header.name, &HTTPHeader::name) == 0;
+    });
+    EXPECT_EQ(ours, sessionHeaders);
+    EXPECT_FALSE(request.header("Authorization"));
+    EXPECT_FALSE(request.header("Cookie"));
+}
 
-    QTemporaryDir data;
-    RecordingServer server{servicePort};
-    HostProgram host{data.path(),
-                     {{u"LANGUAGE"_s, u"en_GB:fr:de:it:es:pt:nl"_s}, {u"LC_ALL"_s, u"C.UTF-8"_s}}};
-};
+} // namespace
 
-TEST_F(Wire, carriesEveryOperationAsTheServiceExpectsIt) {
+TEST(Wire, carriesEveryOperationAsTheServiceExpectsIt) {
+    const QTemporaryDir data;
+    RecordingServer server(servicePort);
+    answerAsService(server);
+    HostProgram host(data.path(),
+                     {{u"LANGUAGE"_s, u"en_GB:fr:de:it:es:pt:nl"_s}, {u"LC_ALL"_s, u"C.UTF-8"_s}});
     host.send("configure \"env 1\"\nwait-for visitor 60000\nwait-for idle 60000\ntrack Plain\n"
               "attribute \"a /?#%41\\\"'\\\\\\n\xF0\x9F\x98\x80;&=\" v\nattribute \"\" "
-              "\"\"\nattributes k1 v1 k2 v2\nremove k1\nask Asked\n"
-              "wait-for asked 60000\nanswer [9, \"\"]\nask Again\nwait-for asked 60000\nclose\n"
-              "user u1\nwait-for idle 60000");
-    ASSERT_EQ(host.finish(), 0) << host.output().toStdString();
+              "\"\"\nattributes k1 v1 k2 v2\nremove k1\nask \"Asked\"\t#now\r\n# none\n\n"
+              "wait-for asked 60000\nanswer [9, \"\"]\nask Ag\"a\"in\nwait-for asked 60000\nclose\n"
+              "user u1\nwait-for idle 60000\nlocale fr-CH\n"
+              "perform trackWithEventName:handler: Localised\nwait-for idle 60000\nlocale \"\"\n"
+              "track C:\\new#b\nwait-for idle 60000\nquit 7\ntrack Late");
+    ASSERT_EQ(host.finish(), 7) << host.output().toStdString();
 
     const QString responses =
         u"{\"responses\":[{\"questionId\":1,\"seenAt\":@,\"answeredAt\":@,\"value\":9},"
         "{\"questionId\":2,\"seenAt\":@}],\"meta\":%1,\"responseGroupUid\":\"G\"}"_s.arg(
             QString::fromUtf16(metadata));
-    const QList<Expected> table{
+    const Expected table[] = {
         {"GET", "/1/environments/env%201/config", {}},
         {"POST", "/1/environments/env%201/visitors", u"{}"_s},
         {"POST", "/1/visitors/42/events/batch", batch(u"iOS Launch"_s)},
         {"POST", "/1/visitors/42/events/batch", batch(u"Plain"_s)},
         {"POST", "/1/visitors/42/events", event(u"Asked"_s)},
+        {"POST", "/1/visitors/42/events", event(u"Again"_s)},
         {"PUT", "/1/visitors/42/attributes/a%20/%3F%23%2541%22'%5C%0A%F0%9F%98%80;&=",
          u"{\"value\":\"v\"}"_s},
         {"PUT", "/1/visitors/42/attributes/", u"{\"value\":\"\"}"_s},
@@ -98,8 +121,15 @@ TEST_F(Wire, carriesEveryOperationAsTheServiceExpectsIt) {
                            << '\n'
                            << qPrintable(expected.body);
     }
-    // The second event, beside those of the table.
-    EXPECT_EQ(requests.size(), table.size() + 1);
+    // Two more events, after changes of locale.
+    EXPECT_EQ(requests.size(), std::ssize(table) + 2);
+    expectSessionHeaders(requests[0]);
+    const QList<RecordedRequest> batches = requestsTo(server, "/1/visitors/42/events/batch");
+    ASSERT_EQ(batches.size(), 4);
+    EXPECT_EQ(batches[0].header("Authorization"), "Bearer secret");
+    EXPECT_EQ(batches[2].header("Accept-Language"), "fr-CH");
+    EXPECT_EQ(batches[3].header("Accept-Language"), "");
+    EXPECT_TRUE(batches[3].body.contains(R"("C:\\new#b")"));
 }
 
 TEST(Burst, arrivesOnceAndAsAWholeAlsoAfterQuittingWithTheServiceAway) {
@@ -144,39 +174,3 @@ TEST(Burst, arrivesOnceAndAsAWholeAlsoAfterQuittingWithTheServiceAway) {
     host = startHost();
     expectBurst(*host);
 }
-
-TEST_F(Wire, carriesTheSessionsHeadersInTheirOrder) {
-    host.send("configure env\nwait-for visitor 60000\nwait-for idle 60000\nlocale fr-CH\n"
-              "perform trackWithEventName:handler: Localised\nwait-for idle 60000\nlocale \"\"\n"
-              "track Unlocalised\nwait-for idle 60000");
-    ASSERT_EQ(host.finish(), 0);
-    const QByteArray os = QSysInfo::productVersion().toUtf8();
-    const QByteArray version = "0.1.0";
-    const QList<HTTPHeader> expected{
-        {"User-Agent",
-         "Kestrio/iOS;Version=" + version + ";OSVersion=" + os + ";AppVersion=" + version},
-        {"Content-Type", "application/json"},
-        {"kestrio-platform", "ios"},
-        {"Accept-Language", "en-GB, fr;q=0.9, de;q=0.8, it;q=0.7000000000000001, "
-                            "es;q=0.6000000000000001"},
-        {"x-ks-sdk-version", version},
-        {"x-ks-app-version", version},
-        {"x-ks-device-type", QSysInfo::currentCpuArchitecture().toUtf8()},
-        {"x-ks-os-version", os}};
-    const RecordedRequest config = server.requests().at(0);
-    QList<HTTPHeader> ours = config.headers;
-    ours.removeIf([&expected](const HTTPHeader &header) {
-        return std::ranges::count(expected, header.name, &HTTPHeader::name) == 0;
-    });
-    EXPECT_EQ(ours, expected);
-    EXPECT_FALSE(config.header("Authorization"));
-    EXPECT_FALSE(config.header("Cookie"));
-
-    const QList<RecordedRequest> batches = requestsTo(server, "/1/visitors/42/events/batch");
-    ASSERT_EQ(batches.size(), 3);
-    EXPECT_EQ(batches[0].header("Authorization"), "Bearer secret");
-    EXPECT_EQ(batches[1].header("Accept-Language"), "fr-CH");
-    EXPECT_EQ(batches[2].header("Accept-Language"), "");
-}
-
-} // namespace

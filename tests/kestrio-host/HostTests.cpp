@@ -77,24 +77,6 @@ TEST_F(Host, callsEachOperationByItsCommandOrByItsSelector) {
     EXPECT_EQ(recorded(u"\"event\":\"Dropped\""_s), 0);
 }
 
-TEST_F(Host, obeysEachLineAsItArrives) {
-    const std::pair<QByteArray, QString> lines[] = {
-        {"ask  \"Cart Left\"\t#now\r", u"Cart Left"_s},
-        {"# none\n\nask \"\"x", u"x"_s},
-        {"ask pre\"b c\"post", u"preb cpost"_s},
-        {R"(ask "\"q\" # \\ \n")", u"\"q\" # \\ \n"_s},
-        {R"(ask C:\new#b)", uR"(C:\new#b)"_s},
-    };
-    for (const auto &[line, name] : lines) {
-        host.send(line);
-        EXPECT_EQ(host.nextReport(), (QJsonObject{{u"ask"_s, name}, {u"state"_s, u"disabled"_s}}));
-    }
-    host.send("visitor\nquit 7\nvisitor");
-    expectReports(R"({"visitor":null})");
-    EXPECT_EQ(host.waitForEnd(), 7);
-    EXPECT_EQ(host.reports().size(), 6);
-}
-
 // The corner of the window is the background of the survey, which closes it.
 TEST_F(Host, obeysWhatIsDoneAtItsWindow) {
     const QString picture = data.filePath(u"window.png"_s);
@@ -115,10 +97,8 @@ TEST_F(Host, obeysWhatIsDoneAtItsWindow) {
 TEST_F(Host, endsAtTheFirstLineThatFailsAndSaysWhich) {
     const std::pair<QByteArray, int> scripts[] = {
         {"# first\n\nno-such-command", 3},
-        {"attributes plan pro seats", 1},
         {"track \"b\\t\"", 1},
         {"network maybe", 1},
-        {"perform setDisableNetworkAccess: maybe", 1},
         {"close", 1},
         {"wait-for sun 10", 1},
         {"wait 1\nwait-for visitor 20\nvisitor", 2},
@@ -135,7 +115,6 @@ TEST_F(Host, endsAtTheFirstLineThatFailsAndSaysWhich) {
         {"window 400 400\nclick-at 1 1" + QByteArray(5000, '\n') + "wait-for visitor 50", 5002},
         {visit + askForSurvey + "answer [9, \"\", {\"1\": \"friend\"}, 5]", 5},
         {visit + askForSurvey + "answer [true]", 5},
-        {visit + askForSurvey + "answer [1", 5},
     };
     for (const auto &[script, line] : scripts) {
         HostProgram failing(data.path());
