@@ -94,13 +94,13 @@ void SubmissionQueue::observeApplication() {
     using Event = ApplicationLifecycle::Event;
     const Block saveIfAlive = [weak = weak_from_this()] {
         if (const auto self = weak.lock())
-            self->saveState(false);
+            self->saveState(AfterSave::rest);
     };
     ApplicationLifecycle &lifecycle = ApplicationLifecycle::shared();
     m_lastSaveObserver = lifecycle.observe(Event::lastSave, [weak = weak_from_this()] {
         if (const auto self = weak.lock()) {
             self->m_queue.async([dropped = self->m_droppedRecords] { dropped->print(); });
-            self->saveState();
+            self->saveState(AfterSave::rest);
         }
     });
     m_willResignActiveObserver = lifecycle.observe(Event::willResignActive, saveIfAlive);
@@ -125,7 +125,7 @@ void SubmissionQueue::appendAndSave(const std::shared_ptr<QueueRunner> &target, 
         target->take({task});
         self->m_promptSaves.request([weak = self->weak_from_this()] {
             if (const auto strong = weak.lock())
-                strong->saveState(false);
+                strong->saveState(AfterSave::rest);
         });
     });
 }
@@ -172,19 +172,19 @@ void SubmissionQueue::setIdentity(std::optional<qint64> visitorIdentifier,
 }
 
 void SubmissionQueue::save() {
-    saveState(true);
+    saveState(AfterSave::search);
 }
 
-void SubmissionQueue::saveState(bool searches) {
+void SubmissionQueue::saveState(AfterSave next) {
     ++m_savesWaiting;
-    m_queue.async([self = shared_from_this(), searches,
+    m_queue.async([self = shared_from_this(), next,
                    task = ApplicationLifecycle::shared().beginBackgroundTask()] {
         // The last of several that wait finds what the others would have, and more.
         if (--self->m_savesWaiting > 0)
             return;
         self->m_promptSaves.saved();
         self->m_stateFile.store(self->currentState(), task);
-        if (searches)
+        if (next == AfterSave::search)
             self->searchAfterSave();
     });
 }

@@ -81,8 +81,10 @@ private:
     void enableRunners();
     void flushAll();
     void appendAndSave(const std::shared_ptr<QueueRunner> &target, QueueTask task);
-    /// At the end of the application nothing is taken over that would only be sent twice.
-    void saveState(bool searches);
+    /// Whether a save is followed by a search for what other processes have left. At the end of the
+    /// application nothing is taken over: it would only be sent twice.
+    enum class AfterSave { rest, search };
+    void saveState(AfterSave next);
     void loadState();
     void searchAfterSave();
     void searchLater();

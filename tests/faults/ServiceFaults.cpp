@@ -274,7 +274,7 @@ TEST_F(ServiceFaults, WhichHangsClosesAndBabblesCostsTwoManagersAtMost) {
         const QString event = u"Asked %1"_s.arg(number);
         const bool hangs = number % 3 == 0;
         answer("POST /events", manners[number % 3]);
-        route->setTimeout(hangs ? 1s : URLRequest().timeout);
+        network->setTimeout(hangs ? 1s : URLRequest().timeout);
         core->track(event, [&ended, number](SurveyState) { ended.insert(number); });
         ASSERT_TRUE(waitFor([&] { return arrivals(event) == 1; }));
         ASSERT_TRUE(waitFor([&] { return hangs || ended.contains(number); }));
