@@ -64,7 +64,8 @@ build_preset() {
 start_service() {
     build/dev/service/kestrio-service --port "$1" --surveys "$2" \
         --database "$3/records.sqlite" 2>"$3/service.log" &
-    trap "kill $! 2>/dev/null; wait 2>/dev/null; rm -rf '$3'" EXIT
+    # Whatever else the script has started may not heed a request to end.
+    trap "kill -KILL \$(jobs -p) 2>/dev/null; wait 2>/dev/null; rm -rf '$3'" EXIT
     until grep -q listening "$3/service.log"; do
         kill -0 $! 2>/dev/null || { cat "$3/service.log"; exit 1; }
         sleep 0.1

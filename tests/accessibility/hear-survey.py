@@ -15,7 +15,8 @@ import time
 
 PATIENCE = 60
 SPOKEN = re.compile(r"SPEECH OUTPUT: '(.*)'[^']*\{")
-# Whether Orca says it again depends on whether it notices that the focus is nowhere between pages.
+# Whether Orca says it again, perhaps with a label of the page, depends on whether it notices that
+# the focus is nowhere between pages.
 DIALOG = "kestrio-host dialog"
 HEARD = "app.name='kestrio-host'"
 # How kestrio-host and Orca call roles and states.
@@ -107,7 +108,7 @@ def hear(host, log, commands, expected, is_first):
         lines = spoken(log)[start:]
         if is_first and DIALOG in lines:
             return lines[lines.index(DIALOG):]
-        return [line for line in lines if line != DIALOG]
+        return [line for line in lines if not line.startswith(DIALOG)]
     wait_until(lambda: matches(said(), expected),
                lambda: "after %s Orca says %s, not %s" % (commands, said(), expected))
     check_agreement(host.spoken(), [line.removeprefix("? ") for line in expected])
