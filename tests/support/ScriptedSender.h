@@ -2,7 +2,9 @@
 
 #include "KestrioKit/Queue/SubmissionSender.h"
 
-#include <QStringList>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <atomic>
 
@@ -12,18 +14,29 @@ namespace KestrioKit {
 class ScriptedSender final : public SubmissionSender {
 public:
     /// It sends as visitor 8.
-    explicit ScriptedSender(const Clock &clock);
+    explicit ScriptedSender(const Clock &clock) : m_requests(clock) {
+        m_requests.setEnvironment(QStringLiteral("shop"));
+        m_requests.setVisitorIdentifier(8);
+    }
 
     /// What is out, oldest first: the names of a batch's events ("a,b"), or the end of the path.
-    QStringList out() const;
+    QStringList out() const {
+        QStringList names;
+        for (const Send &send : m_out.value())
+            names.append(nameOf(send.request));
+        return names;
+    }
     /// The path and the token of the last send.
     QString lastSend() const { return m_lastSend.value(); }
     /// How many sends there have been.
     int sends() const { return m_sends; }
 
     /// Answers the oldest send; 0 is no response.
-    void answer(int status, std::optional<Error> error = {});
-    /// From now on sends are answered at once, with this status.
+    void answer(int status, std::optional<Error> error = {}) {
+        const auto send = m_out.mutate([](QList<Send> &out) { return out.takeFirst(); });
+        send.completion(status == 0 ? std::nullopt : std::optional(HTTPURLResponse{status}), error);
+    }
+    /// From now on sends are answered immediately, with this status.
     void answerAtOnce(int status) { m_status = status; }
 
     void setVisitor(std::optional<qint64> visitor) { m_requests.setVisitorIdentifier(visitor); }
@@ -31,17 +44,36 @@ public:
 
     const KestrioServiceRequests &networkRequests() const override { return m_requests; }
     void sendSimpleRequest(const URLRequest &request, const std::optional<QString> &token,
-                           SimpleCompletion completion) override;
+                           SimpleCompletion completion) override {
+        ++m_sends;
+        m_lastSend.setValue(request.url.path() + QLatin1Char(' ') + token.value_or(QString()));
+        if (m_status != 0)
+            completion(HTTPURLResponse{m_status}, {});
+        else
+            m_out.mutate([&](QList<Send> &out) { out.append({request, std::move(completion)}); });
+    }
     std::optional<DisabledError> disabledError() const override { return {}; }
-    std::optional<qint64> visitorIdentifier() const override;
+    std::optional<qint64> visitorIdentifier() const override {
+        return m_requests.visitorIdentifier();
+    }
     std::optional<QString> authorizationToken() const override { return QStringLiteral("token"); }
-    void handleError(const Error &error) override;
+    void handleError(const Error &error) override {
+        m_handledErrors.mutate([&error](QList<Error> &errors) { errors.append(error); });
+    }
 
 private:
     struct Send {
         URLRequest request;
         SimpleCompletion completion;
     };
+
+    static QString nameOf(const URLRequest &request) {
+        QStringList names;
+        for (const QJsonValue event :
+             QJsonDocument::fromJson(request.body)[QLatin1String("events")].toArray())
+            names.append(event[QLatin1String("event")].toString());
+        return names.isEmpty() ? request.url.fileName() : names.join(QLatin1Char(','));
+    }
 
     KestrioServiceRequests m_requests;
     Atomic<QList<Send>> m_out;
