@@ -39,9 +39,10 @@ TEST_F(RudeHostTest, MayCallAtAnyTimeAndLosesNothing) {
 }
 
 TEST_F(RudeHostTest, MayEndTheApplicationInFlightAndMakeAnotherElsewhere) {
-    server.answerNext(ServerAnswer::badly(ServerAnswer::Manner::hang));
+    server.setScript([](auto &) { return ServerAnswer::badly(ServerAnswer::Manner::hang); });
     RunningProgram host(program, {u"two-applications"_s}, environment());
-    ASSERT_TRUE(server.waitForRequests(1));
+    ASSERT_TRUE(waitFor([this] { return !server.requests().isEmpty(); }));
+    answerAsService(server);
     host.write("next\n");
     EXPECT_EQ(host.waitForEnd(), 0) << host.output().toStdString();
     EXPECT_EQ(server.requests()[0].target, server.requests()[1].target);

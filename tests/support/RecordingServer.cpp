@@ -16,25 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 bool sendBytes(int socket, const QByteArray &bytes) {
-    qsizetype sent = 0;
-    while (sent < bytes.size()) {
-        const ssize_t size =
-            send(socket, bytes.constData() + sent, std::size_t(bytes.size() - sent), MSG_NOSIGNAL);
-        if (size <= 0)
-            return false;
-        sent += size;
-    }
-    return true;
-}
-
-// The body's repetitions, after the first.
-bool sendOtherBodies(int socket, const ServerAnswer &answer) {
-    for (int number = 1; number < answer.bodies; ++number) {
-        std::this_thread::sleep_for(answer.pause);
-        if (!sendBytes(socket, answer.body))
-            return false;
-    }
-    return true;
+    return send(socket, bytes.constData(), std::size_t(bytes.size()), MSG_NOSIGNAL) == bytes.size();
 }
 
 // What has come; empty when the client is gone.
@@ -94,46 +76,31 @@ RecordingServer::RecordingServer(quint16 port) : m_port(port) {
         const bool first = &listener == &m_listeners[0];
         listener.setListenBacklogSize(SOMAXCONN);
         if (listener.listen(first ? QHostAddress::LocalHost : QHostAddress::LocalHostIPv6, m_port))
-            listener.pauseAccepting(); // the acceptor takes the connections
+            m_acceptors.emplace_back(
+                [this, socket = int(listener.socketDescriptor())] { acceptConnections(socket); });
         else
             EXPECT_FALSE(first) << qPrintable(listener.errorString());
+        listener.pauseAccepting(); // the acceptor takes the connections
         m_port = m_listeners[0].serverPort();
     }
-    m_acceptor = std::thread([this] { acceptConnections(); });
 }
 
 RecordingServer::~RecordingServer() {
-    {
-        const std::lock_guard guard(m_lock);
-        m_stopping = true;
-        for (const int socket : m_sockets)
-            shutdown(socket, SHUT_RDWR);
-        for (const QTcpServer &listener : m_listeners)
-            shutdown(int(listener.socketDescriptor()), SHUT_RDWR);
-    }
-    if (m_acceptor.joinable())
-        m_acceptor.join();
-    for (std::thread &connection : m_connections)
-        connection.join();
+    const std::lock_guard guard(m_lock);
+    m_stopping = true;
+    for (const int socket : m_sockets)
+        shutdown(socket, SHUT_RDWR);
+    for (const QTcpServer &listener : m_listeners)
+        shutdown(int(listener.socketDescriptor()), SHUT_RDWR);
 }
 
 QUrl RecordingServer::url(const QString &path) const {
     return QUrl(u"http://127.0.0.1:%1%2"_s.arg(m_port).arg(path));
 }
 
-void RecordingServer::answerNext(ServerAnswer answer) {
-    const std::lock_guard guard(m_lock);
-    m_answers.push_back(std::move(answer));
-}
-
 void RecordingServer::setScript(Script script) {
     const std::lock_guard guard(m_scriptLock);
     m_script = std::move(script);
-}
-
-void RecordingServer::setSlamming(bool slamming) {
-    const std::lock_guard guard(m_lock);
-    m_slamming = slamming;
 }
 
 QList<RecordedRequest> RecordingServer::requests() const {
@@ -142,40 +109,24 @@ QList<RecordedRequest> RecordingServer::requests() const {
     return {m_requests.begin(), m_requests.end()};
 }
 
-int RecordingServer::connections() const {
-    const std::lock_guard guard(m_lock);
-    return m_acceptedConnections;
-}
-
 int RecordingServer::openConnections() const {
     const std::lock_guard guard(m_lock);
     return int(m_sockets.size());
 }
 
-bool RecordingServer::waitForRequests(qsizetype count, std::chrono::milliseconds limit) const {
-    return waitFor([&] { return requests().size() >= count; }, limit);
-}
-
-void RecordingServer::acceptConnections() {
-    std::vector<pollfd> listeners;
-    for (const QTcpServer &listener : m_listeners)
-        listeners.push_back({int(listener.socketDescriptor()), POLLIN, 0});
-    while (poll(listeners.data(), listeners.size(), -1) > 0) {
-        for (const pollfd &listener : listeners) {
-            if (listener.revents == 0)
-                continue;
-            const int socket = accept4(listener.fd, nullptr, nullptr, SOCK_CLOEXEC);
-            if (socket < 0)
-                return;
-            beginConnection(socket);
-        }
+void RecordingServer::acceptConnections(int listener) {
+    pollfd incoming{listener, POLLIN, 0};
+    while (poll(&incoming, 1, -1) > 0) {
+        const int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+        if (socket < 0)
+            return;
+        beginConnection(socket);
     }
 }
 
 void RecordingServer::beginConnection(int socket) {
     const std::lock_guard guard(m_lock);
-    ++m_acceptedConnections;
-    if (m_slamming || m_stopping) {
+    if (m_stopping) {
         close(socket);
         return;
     }
@@ -207,41 +158,30 @@ void RecordingServer::serve(int socket) {
 }
 
 ServerAnswer RecordingServer::answerTo(const RecordedRequest &request) {
+    const std::lock_guard scriptGuard(m_scriptLock);
     {
         const std::lock_guard guard(m_lock);
         m_requests.append(request);
-        if (!m_answers.empty()) {
-            ServerAnswer answer = std::move(m_answers.front());
-            m_answers.pop_front();
-            return answer;
-        }
     }
-    const std::lock_guard guard(m_scriptLock);
     return m_script ? m_script(request) : ServerAnswer{};
 }
 
 // False when the connection is to be closed.
 bool RecordingServer::send(int socket, const ServerAnswer &answer) {
     using Manner = ServerAnswer::Manner;
-    const QByteArray whole = answer.head() + answer.body;
-    switch (answer.manner) {
-    case Manner::whole:
-        return sendBytes(socket, whole) && sendOtherBodies(socket, answer);
-    case Manner::wholeThenClose:
-        sendBytes(socket, whole);
-        return false;
-    case Manner::cut:
-        sendBytes(socket, whole.first(answer.cutAfter));
-        return false;
-    case Manner::hang:
+    if (answer.manner == Manner::hang) {
         receiveBytes(socket);
         return false;
-    case Manner::raw:
-        if (sendBytes(socket, answer.body))
-            sendOtherBodies(socket, answer);
-        return false;
     }
-    return false;
+    QByteArray bytes = answer.manner == Manner::raw ? answer.body : answer.head() + answer.body;
+    if (answer.manner == Manner::cut)
+        bytes.truncate(answer.cutAfter);
+    bool goesOn = sendBytes(socket, bytes);
+    for (int number = 1; goesOn && number < answer.bodies; ++number) {
+        std::this_thread::sleep_for(answer.pause);
+        goesOn = sendBytes(socket, answer.body);
+    }
+    return goesOn && answer.manner == Manner::whole;
 }
 
 } // namespace KestrioKit

@@ -5,7 +5,6 @@
 
 #include <QTcpServer>
 
-#include <deque>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -71,9 +70,8 @@ struct ServerAnswer {
 /// A small HTTP/1.1 server on this machine that records every request and answers by a script.
 ///
 ///     RecordingServer server;
-///     server.answerNext({503});
+///     server.setScript([](const RecordedRequest &) { return ServerAnswer{503}; });
 ///     …
-///     ASSERT_TRUE(server.waitForRequests(2));
 ///     EXPECT_EQ(server.requests()[1].target, "/1/errors");
 ///
 /// It runs on threads of its own; every operation is thread-safe.
@@ -92,23 +90,16 @@ public:
     /// "http://127.0.0.1:<port>" with the path (and query).
     QUrl url(const QString &path = {}) const;
 
-    /// The answers to the next requests, in turn; requests beyond them are answered by the script.
-    void answerNext(ServerAnswer answer);
-    /// Called for one request at a time on the server's threads. Without one: 200 with "{}".
+    /// Called for one request at a time on the server's threads, after the request was recorded.
+    /// Without one: 200 with "{}".
     void setScript(Script script);
-    /// Whether new connections are closed at once.
-    void setSlamming(bool slamming);
 
     QList<RecordedRequest> requests() const;
-    /// How many connections were accepted so far.
-    int connections() const;
-    /// How many of them neither side, or only the server, has closed.
+    /// How many connections neither side, or only the server, has closed.
     int openConnections() const;
-    /// Runs the event loop until there are at least `count` requests; false when there are not.
-    bool waitForRequests(qsizetype count, std::chrono::milliseconds limit = patience) const;
 
 private:
-    void acceptConnections();
+    void acceptConnections(int listener);
     void beginConnection(int socket);
     void serve(int socket);
     ServerAnswer answerTo(const RecordedRequest &request);
@@ -116,19 +107,16 @@ private:
 
     quint16 m_port = 0;
     QTcpServer m_listeners[2]; // IPv4, and IPv6 where there is one
-    std::thread m_acceptor;
-
     mutable std::mutex m_lock;
     bool m_stopping = false;
-    bool m_slamming = false;
-    int m_acceptedConnections = 0;
     std::vector<int> m_sockets;
-    std::vector<std::thread> m_connections;
     QList<RecordedRequest> m_requests;
-    std::deque<ServerAnswer> m_answers;
-    /// Held while the script runs, so that it may use the server.
+    /// Held while a request is recorded and the script runs, which may use the server.
     std::mutex m_scriptLock;
     Script m_script;
+    /// The acceptors end first, since they begin connections; all end before what they use.
+    std::vector<std::jthread> m_connections;
+    std::vector<std::jthread> m_acceptors;
 };
 
 } // namespace KestrioKit
