@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <future>
 #include <thread>
 
@@ -43,7 +42,7 @@ struct CallsToTheLast {
 // Runs the event loop until there is a visitor.
 int runUntilVisitor() {
     QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &timer, [] {
+    timer.callOnTimeout([] {
         if (Kestrio::shared().visitorIdentifier())
             QCoreApplication::quit();
     });
@@ -68,25 +67,19 @@ int aroundTheApplication(int argc, char **argv) {
     return code + runUntilVisitor();
 }
 
-int withoutAnEventLoop(int argc, char **argv) {
-    QCoreApplication application(argc, argv);
-    Kestrio::shared().configure(u"env"_s);
+int withoutAnEventLoop() {
     callEverything();
     return 0;
 }
 
-int leavingByExit(int argc, char **argv) {
-    QCoreApplication application(argc, argv);
-    Kestrio::shared().configure(u"env"_s);
+int leavingByExit() {
     Kestrio::shared().track(u"Asked"_s, [](SurveyState) { QCoreApplication::quit(); });
     const int code = QCoreApplication::exec();
     Kestrio::shared().track(u"Unanswered"_s);
     std::exit(code);
 }
 
-int leavingFromAWorker(int argc, char **argv) {
-    QCoreApplication application(argc, argv);
-    Kestrio::shared().configure(u"env"_s);
+int leavingFromAWorker() {
     static const CallsToTheLast late;
     Kestrio::shared().track(u"Asked"_s, [](SurveyState) {
         std::thread([] {
@@ -99,10 +92,8 @@ int leavingFromAWorker(int argc, char **argv) {
 
 // The child has none of the library's threads to wait for. (It has none of Qt's either, which waits
 // without end for those that looked up names.)
-int leavingAForkedChild(int argc, char **argv) {
+int leavingAForkedChild() {
     constexpr unsigned limit = 60; // seconds
-    QCoreApplication application(argc, argv);
-    Kestrio::shared().configure(u"env"_s);
     const int code = runUntilVisitor();
     const pid_t child = fork();
     if (child == 0) {
@@ -136,21 +127,30 @@ int withTwoApplications(int argc, char **argv) {
     return runUntilVisitor();
 }
 
+/// Scenes that begin with an application and a configured library.
 constexpr struct {
     const char *name;
-    int (*play)(int argc, char **argv);
-} scenes[] = {
-    {"around", aroundTheApplication}, {"no-loop", withoutAnEventLoop},
-    {"exit", leavingByExit},          {"worker-exit", leavingFromAWorker},
-    {"fork", leavingAForkedChild},    {"two-applications", withTwoApplications},
+    int (*play)();
+} usualScenes[] = {
+    {"no-loop", withoutAnEventLoop},
+    {"exit", leavingByExit},
+    {"worker-exit", leavingFromAWorker},
+    {"fork", leavingAForkedChild},
 };
 
 } // namespace
 
 int main(int argc, char **argv) {
-    for (const auto &scene : scenes) {
-        if (argc == 2 && std::strcmp(argv[1], scene.name) == 0)
-            return scene.play(argc, argv);
+    const QByteArrayView wanted(argv[1]);
+    if (wanted == "around")
+        return aroundTheApplication(argc, argv);
+    if (wanted == "two-applications")
+        return withTwoApplications(argc, argv);
+    QCoreApplication application(argc, argv);
+    Kestrio::shared().configure(u"env"_s);
+    for (const auto &[name, play] : usualScenes) {
+        if (wanted == name)
+            return play();
     }
     return 2;
 }

@@ -9,8 +9,6 @@ using namespace Qt::StringLiterals;
 extern "C" Q_DECL_EXPORT int runPlugin() {
     Kestrio::shared().configure(u"env"_s);
     Kestrio::shared().track(u"Asked"_s, [](SurveyState) { QCoreApplication::exit(0); });
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &timer, [] { QCoreApplication::exit(1); });
-    timer.start(10000);
+    QTimer::singleShot(10000, qApp, [] { QCoreApplication::exit(1); });
     return QCoreApplication::exec();
 }

@@ -5,9 +5,6 @@
 
 namespace KestrioKit {
 
-/// The visitor that the scripted service knows.
-inline constexpr int scriptedVisitor = 42;
-
 inline constexpr auto surveyText = R"({"vid":42,"surveyId":7,"responseGroupUid":"G","locale":"en",
     "questions":[
         {"name":1,"type":"nps","props":{"message":"How likely?"}},
@@ -29,12 +26,9 @@ inline void answerAsService(RecordingServer &server) {
 
 /// The requests to one path, in the order in which they came.
 inline QList<RecordedRequest> requestsTo(const RecordingServer &server, const QByteArray &target) {
-    QList<RecordedRequest> found;
-    for (const RecordedRequest &request : server.requests()) {
-        if (request.target == target)
-            found.append(request);
-    }
-    return found;
+    QList<RecordedRequest> requests = server.requests();
+    requests.removeIf([&](const RecordedRequest &request) { return request.target != target; });
+    return requests;
 }
 
 } // namespace KestrioKit

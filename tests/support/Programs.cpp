@@ -19,12 +19,8 @@ namespace {
 
 QProcessEnvironment merged(const Environment &environment) {
     QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
-    for (auto entry = environment.begin(); entry != environment.end(); ++entry) {
-        if (entry.value().isNull())
-            all.remove(entry.key());
-        else
-            all.insert(entry.key(), entry.value());
-    }
+    for (const auto &[name, value] : environment.asKeyValueRange())
+        value.isNull() ? all.remove(name) : all.insert(name, value);
     return all;
 }
 
@@ -84,12 +80,8 @@ HostProgram::HostProgram(const QString &dataFolder, const Environment &environme
                      hostEnvironment(dataFolder, environment)) {}
 
 QJsonObject HostProgram::nextReport() {
-    QList<QJsonObject> all;
-    waitFor([&] {
-        all = reports();
-        return all.size() > m_taken;
-    });
-    return all.value(m_taken++);
+    waitFor([this] { return reports().size() > m_taken; });
+    return reports().value(m_taken++);
 }
 
 std::optional<int> HostProgram::finish() {
