@@ -38,10 +38,10 @@ void requireRequests(const QString &environment, const QByteArray &host) {
 } // namespace
 
 /// The environment id, a line feed, the host's name, a line feed, and what the service answers.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    const QByteArrayList lines = inputText(data, size).split('\n');
+void tryInput(const QByteArray &input) {
+    const QByteArrayList lines = input.split('\n');
     if (lines.size() < 3)
-        return 0;
+        return;
     requireRequests(QString::fromUtf8(lines[0]), lines[1]);
     const QByteArray answer = lines.sliced(2).join('\n');
     if (const auto config = decodedRecord<ResponseConfig>(answer)) {
@@ -49,5 +49,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         const QColor color = config->themeColor();
         require(color.isValid() && color.alpha() == 255, "the theme colour is opaque");
     }
-    return 0;
 }

@@ -9,6 +9,14 @@
 #include <cstdlib>
 #include <functional>
 
+/// Each fuzzer defines this, which fails for an input that violates a property.
+void tryInput(const QByteArray &input);
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+    tryInput({reinterpret_cast<const char *>(data), qsizetype(size)});
+    return 0;
+}
+
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
@@ -49,10 +57,6 @@ inline void requireWellFormed(const URLRequest &request) {
     require(QUrl::fromEncoded(url, QUrl::StrictMode) == request.url, "a URL is read as written");
     require(request.body.isEmpty() || std::holds_alternative<QJsonValue>(parseJSON(request.body)),
             "a body is JSON");
-}
-
-inline QByteArray inputText(const std::uint8_t *data, std::size_t size) {
-    return {reinterpret_cast<const char *>(data), qsizetype(size)};
 }
 
 /// The record; absent when there is an error instead, and a good one.

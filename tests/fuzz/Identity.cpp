@@ -5,11 +5,9 @@
 using namespace KestrioKit;
 
 /// What the identity file holds, or what the service answers about a visitor.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    const QByteArray text = inputText(data, size);
+void tryInput(const QByteArray &text) {
     if (const auto identity = decodedRecord<LocalData>(text))
         requireSurvival(text, *identity);
     if (const auto visitor = decodedRecord<ResponseVisitors>(text))
         requireSurvival(text, *visitor);
-    return 0;
 }

@@ -1,7 +1,6 @@
 #include "KestrioKit/Queue/PersistentQueue.h"
 #include "tests/fuzz/Fuzzing.h"
 
-#include <algorithm>
 #include <limits>
 
 using namespace KestrioKit;
@@ -29,11 +28,10 @@ PersistentQueue asReadAgain(PersistentQueue queue) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    const QByteArray text = inputText(data, size);
+void tryInput(const QByteArray &text) {
     const auto queue = decodedRecord<PersistentQueue>(text);
     if (!queue)
-        return 0;
+        return;
     requireSurvival(text, *queue, asReadAgain);
     KestrioServiceRequests builder(Clock::system());
     builder.setEnvironment(u"environment"_s);
@@ -51,5 +49,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     requireRequests(queue->errors);
     requireRequests(queue->history);
     requireRequests(queue->attributes);
-    return 0;
 }

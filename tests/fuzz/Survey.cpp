@@ -2,8 +2,6 @@
 #include "KestrioKit/Survey/Routing.h"
 #include "tests/fuzz/Fuzzing.h"
 
-#include <algorithm>
-
 using namespace KestrioKit;
 using namespace Qt::StringLiterals;
 
@@ -32,8 +30,7 @@ void requireRoutes(const QList<Question> &questions, qint64 index) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    const QByteArray text = inputText(data, size);
+void tryInput(const QByteArray &text) {
     const std::optional<Survey> survey = decodedRecord<Survey>(text);
     for (qint64 index = 0; survey && index < survey->questions.size(); ++index) {
         const Details &details = survey->questions.at(index).details;
@@ -43,5 +40,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             requireSurvival(text, rule.value);
         requireRoutes(survey->questions, index);
     }
-    return 0;
 }
