@@ -27,13 +27,11 @@ const auto join = uR"(mkdir -p /etc/netns/ks-app &&
     timeout 120 sh -c 'until ip -n ks-app link show ks1 | grep -q "state UP"; do sleep 0.1; done')"_s;
 const auto part = u"ip netns del ks-service; ip netns del ks-app; rm -rf /etc/netns/ks-app"_s;
 
-/// A way to take the network from the application, and to give it back but for the route.
-struct Outage {
+/// Ways to take the network from the application, and to give it back but for the route.
+const struct Outage {
     QString away;
     QString back;
-};
-
-const Outage outages[] = {
+} outages[] = {
     {u"ip -n ks-app route del default"_s, u"true"_s},
     {u"ip -n ks-app link set ks1 down"_s, u"ip -n ks-app link set ks1 up"_s},
     {u"ip -n ks-app addr del 10.203.0.2/24 dev ks1"_s,

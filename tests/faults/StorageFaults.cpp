@@ -104,31 +104,31 @@ protected:
     /// end one after another or be killed. The next process delivers.
     QStringList liveTogether(const QStringList &names, bool away, const QList<bool> &areKilled) {
         std::deque<HostProgram> hosts;
-        while (hosts.size() < std::size_t(names.size())) {
-            hosts.emplace_back(data.path());
-            hosts.back().send("prompt-saves on\n" + HostProgram::start + "visitor");
-            EXPECT_EQ(hosts.back().nextReport()["visitor"_L1], 42);
+        for (qsizetype number = 0; number < names.size(); ++number) {
+            HostProgram &host = hosts.emplace_back(data.path());
+            host.send("prompt-saves on\n" + HostProgram::start + "visitor");
+            EXPECT_EQ(host.nextReport()["visitor"_L1], 42);
         }
         isAway = away;
-        QByteArray all;
-        for (std::size_t number = 0; number < hosts.size(); ++number) {
-            const QByteArray commands = records(names[qsizetype(number)]);
-            hosts[number].send(commands);
-            all += commands;
-        }
+        for (qsizetype number = 0; number < names.size(); ++number)
+            hosts[std::size_t(number)].send(records(names[number]));
         // Either of them owns the stored state.
-        for (std::size_t number = 0; number < hosts.size(); ++number) {
-            EXPECT_TRUE(waitForSafe(testNames(records(names[qsizetype(number)]))));
-            if (areKilled[qsizetype(number)])
-                hosts[number].kill();
+        QStringList all;
+        for (qsizetype number = 0; number < names.size(); ++number) {
+            const QStringList own = testNames(records(names[number]));
+            EXPECT_TRUE(waitForSafe(own));
+            all += own;
+            if (areKilled[number])
+                hosts.front().kill();
             else
-                EXPECT_EQ(hosts[number].finish(), 0);
+                EXPECT_EQ(hosts.front().finish(), 0);
+            hosts.pop_front();
         }
         isAway = false;
         EXPECT_TRUE(waitFor([this] { return server.openConnections() == 0; }));
         excuseStored();
         finishHost({});
-        return testNames(all);
+        return all;
     }
     /// Counts a further delivery of what is stored although the service has it.
     void excuseStored() {

@@ -201,11 +201,9 @@ TEST_F(Service, refusesWhatIsWrongByItsPlaceAndKeepsNothingOfIt) {
 TEST_F(Service, showsWhatOtherProgramsWroteIntoItsFile) {
     sqlite3 *file = nullptr;
     sqlite3_open(qPrintable(database), &file);
-    EXPECT_EQ(sqlite3_exec(file,
-                           "INSERT INTO records (kind, name, body) "
-                           "VALUES ('error', CAST(x'FF' AS TEXT), '{')",
-                           nullptr, nullptr, nullptr),
-              SQLITE_OK);
+    const auto insert = "INSERT INTO records (kind, name, body) "
+                        "VALUES ('error', CAST(x'FF' AS TEXT), '{')";
+    EXPECT_EQ(sqlite3_exec(file, insert, nullptr, nullptr, nullptr), SQLITE_OK);
     sqlite3_close(file);
     check({"GET", "/records", {}, {}, 200, "{", "\"errorId\":\"\uFFFD\",\"body\":\"{\""});
 }
