@@ -135,7 +135,7 @@ TEST(Burst, arrivesOnceAndAsAWholeAlsoAfterQuittingWithTheServiceAway) {
     QStringList expected;
     for (int number = 1000; number < 2000; ++number)
         expected.append(u"e%1"_s.arg(number));
-    const QByteArray burst = ("track " + expected.join(u"\ntrack "_s)).toUtf8();
+    const QByteArray burst = (u"track "_s + expected.join(u"\ntrack "_s)).toUtf8();
     std::optional<RecordingServer> server;
     const auto startHost = [&] {
         server.emplace(servicePort);
