@@ -10,9 +10,11 @@
 #include <QAccessible>
 #include <QAccessibleActionInterface>
 #include <QApplication>
+#include <QBitmap>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QPushButton>
 #include <QTextEdit>
 
 namespace KestrioKit {
@@ -70,12 +72,22 @@ protected:
     QRect frame(const QWidget *view) const {
         return {view->mapTo(&window, QPoint()), view->size()};
     }
+    QTextEdit *makeText() {
+        return make<OpenQuestionContentView>()->findChild<QTextEdit *>(u"Open question prompt"_s);
+    }
 
     Answers answers;
 };
 
-TEST_F(ContentViews, ScalesAnswerWithTheirNumbers) {
+TEST_F(ContentViews, ScalesAnswerWithTheirNumbersAndAreOneStopForTab) {
     make<LikertQuestionContentView>();
+    QPushButton after(&window);
+    after.lower();
+    after.show();
+    keys({Qt::Key_Right, Qt::Key_Right, Qt::Key_Tab});
+    EXPECT_TRUE(after.hasFocus());
+    QTest::keyClick(&window, Qt::Key_Backtab);
+    EXPECT_EQ(focused(), u"Option 3"_s);
     click(u"Option 1"_s);
     click(u"Option 5"_s);
     keys({Qt::Key_Home, Qt::Key_Left, Qt::Key_Right, Qt::Key_Down, Qt::Key_Up, Qt::Key_Space});
@@ -83,10 +95,8 @@ TEST_F(ContentViews, ScalesAnswerWithTheirNumbers) {
     make<NpsQuestionContentView>();
     click(u"Option 0"_s);
     keys({Qt::Key_End, Qt::Key_Right, Qt::Key_Return});
-    QList<CodableDynamicType> expected;
     for (const int number : {1, 5, 2, 0, 10})
-        expected.append(CodableDynamicType::intValue(number));
-    EXPECT_EQ(answers.list, expected);
+        EXPECT_EQ(answers.list.takeFirst(), CodableDynamicType::intValue(number));
 }
 
 TEST_F(ContentViews, ChoicesAnswerWithIdAndValue) {
@@ -113,12 +123,10 @@ TEST_F(ContentViews, CheckBoxesAnswerWithTheSelectedIds) {
 }
 
 TEST_F(ContentViews, TextIsAnsweredAsTyped) {
-    make<OpenQuestionContentView>();
-    auto *const field = window.findChild<QTextEdit *>(u"Open question prompt"_s);
+    auto *const field = makeText();
     const auto *const placeholder = field->findChild<Label *>();
     click(u"Open question button"_s);
-    EXPECT_EQ(window.focusWidget(), control(u"Open question button"_s));
-    EXPECT_TRUE(placeholder->isVisible());
+    EXPECT_EQ(focused(), u"Open question button"_s);
     click(u"Open question prompt"_s);
     QInputMethodEvent composing(u"ni"_s, {});
     QCoreApplication::sendEvent(field, &composing);
@@ -144,8 +152,7 @@ TEST_F(ContentViews, TextIsAnsweredAsTyped) {
 }
 
 TEST_F(ContentViews, TextFieldHasAnUndoAndAMenuOfItsOwn) {
-    make<OpenQuestionContentView>();
-    auto *const field = window.findChild<QTextEdit *>(u"Open question prompt"_s);
+    auto *const field = makeText();
     const qreal margin = field->document()->documentMargin();
     QTest::keyClick(field, Qt::Key_X);
     for (int times = 0; times < 3; ++times)
@@ -160,28 +167,8 @@ TEST_F(ContentViews, TextFieldHasAnUndoAndAMenuOfItsOwn) {
     const QImage picture = menu->grab().toImage();
     qInstallMessageHandler(handler);
     EXPECT_EQ(picture.pixelColor(4, 4), Qt::white);
-    int dark = 0;
-    for (int pixel = 0; pixel < picture.width() * picture.height(); ++pixel)
-        dark +=
-            picture.pixelColor(pixel % picture.width(), pixel / picture.width()).lightness() < 90;
-    EXPECT_GT(dark, 0);
-    EXPECT_LT(dark, picture.width() * picture.height() / 10);
+    EXPECT_FALSE(QRegion(QBitmap::fromImage(picture, Qt::ThresholdDither)).isEmpty());
     menu->close();
-}
-
-TEST_F(ContentViews, AScaleIsOneStopForTab) {
-    make<LikertQuestionContentView>();
-    auto *const after = new ActionButton(u"After"_s, theme);
-    after->setObjectName(u"after"_s);
-    after->setParent(&window);
-    after->show();
-    keys({Qt::Key_Right, Qt::Key_Right, Qt::Key_Tab});
-    EXPECT_EQ(focused(), u"after"_s);
-    QTest::keyClick(&window, Qt::Key_Backtab);
-    EXPECT_EQ(focused(), u"Option 3"_s);
-    keys({Qt::Key_Home, Qt::Key_Left, Qt::Key_End, Qt::Key_Right});
-    EXPECT_EQ(focused(), u"Option 5"_s);
-    EXPECT_EQ(answers.list.size(), 0);
 }
 
 // A screen reader asks about a control as soon as it hears of it.
@@ -218,7 +205,6 @@ TEST_F(ContentViews, ScalesShareTheRowEquallyAtEachWidth) {
                 const QRect button = frame(control(u"Option %1"_s.arg(position)));
                 EXPECT_EQ(button.x(), left);
                 EXPECT_NEAR(button.width(), (row - 10) / 11.0, 1);
-                EXPECT_EQ(button.height(), 50);
                 left = button.right() + 2;
                 EXPECT_TRUE(place == 10 || colorAt(left - 0.5, 25) == theme);
             }
@@ -227,8 +213,7 @@ TEST_F(ContentViews, ScalesShareTheRowEquallyAtEachWidth) {
             EXPECT_EQ(frame(labels[0]).y(), 58);
             EXPECT_FALSE(frame(labels[0]).intersects(frame(labels[1])));
             EXPECT_EQ(labels[0]->width(), labels[0]->naturalWidth());
-            EXPECT_EQ(labels[1]->height(), labels[1]->heightForWidth(labels[1]->width()));
-            EXPECT_EQ(view->height(), 58 + labels[1]->height());
+            EXPECT_EQ(view->height(), 58 + labels[1]->heightForWidth(labels[1]->width()));
         }
         delete view;
     }
@@ -237,11 +222,9 @@ TEST_F(ContentViews, ScalesShareTheRowEquallyAtEachWidth) {
 TEST_F(ContentViews, StackTheirControlsAtTheLeadingEdge) {
     for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
         window.setLayoutDirection(direction);
-        for (const bool isMultiSelect : {false, true}) {
-            QuestionContentContainer *const view = isMultiSelect
-                                                       ? static_cast<QuestionContentContainer *>(
-                                                             make<MultiSelectQuestionContentView>())
-                                                       : make<MultipleChoiceQuestionContentView>();
+        const QList<QWidget *> views{make<MultiSelectQuestionContentView>(),
+                                     make<MultipleChoiceQuestionContentView>()};
+        for (const QWidget *const view : views) {
             int bottom = -8;
             for (const auto *const button : view->findChildren<QAbstractButton *>()) {
                 const bool isAction = qobject_cast<const ActionButton *>(button);
@@ -253,7 +236,6 @@ TEST_F(ContentViews, StackTheirControlsAtTheLeadingEdge) {
                 bottom = place.bottom() + 1;
             }
             EXPECT_EQ(view->height(), bottom);
-            delete view;
         }
     }
 }

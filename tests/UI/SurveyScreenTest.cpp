@@ -5,11 +5,8 @@
 #include <QApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QStyleFactory>
 #include <QTimer>
 #include <QWindow>
-
-#include <algorithm>
 
 namespace KestrioKit {
 
@@ -27,15 +24,6 @@ QString compact(const QJsonValue &value) {
 
 } // namespace
 
-StillStyle::StillStyle() : QProxyStyle(u"fusion"_s) {}
-
-int StillStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                          QStyleHintReturn *data) const {
-    return hint == SH_Widget_Animation_Duration
-               ? 0
-               : QProxyStyle::styleHint(hint, option, widget, data);
-}
-
 SurveyScreenTest::SurveyScreenTest() {
     QApplication::setStyle(new StillStyle);
     Storage::setUp();
@@ -45,7 +33,6 @@ SurveyScreenTest::SurveyScreenTest() {
     finish();
     field.setGeometry(0, 0, 100, 30);
     button.setGeometry(0, windowSize.height() - 100, windowSize.width(), 100);
-    QObject::connect(&button, &QPushButton::clicked, &window, [this] { ++presses; });
     window.resize(windowSize);
     window.show();
     window.activateWindow();
@@ -59,17 +46,13 @@ void SurveyScreenTest::TearDown() {
     OnlineFixture::TearDown();
 }
 
-void SurveyScreenTest::present(const QByteArray &questions, const QByteArray &locale) {
-    present(questions, &window, locale);
-}
-
-void SurveyScreenTest::present(const QByteArray &questions, QWidget *host,
-                               const QByteArray &locale) {
+void SurveyScreenTest::present(const QByteArray &questions, const QByteArray &locale,
+                               QWidget *host) {
     answer("POST /events", {200, R"({"vid":1,"surveyId":7,"responseGroupUid":"g","locale":")" +
                                      locale + R"(","questions":)" + questions + "}"});
     core->track(u"Event"_s, [this, host](SurveyState state) {
         if (state == SurveyState::surveyReady)
-            core->presentSurvey(host);
+            core->presentSurvey(host ? host : &window);
     });
     finish();
 }
@@ -105,10 +88,10 @@ void SurveyScreenTest::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     finish();
 }
 
-void SurveyScreenTest::type(const QString &text) {
-    for (const QChar character : text)
-        QTest::sendKeyEvent(QTest::Click, window.windowHandle(), Qt::Key_unknown, character,
-                            Qt::NoModifier);
+void SurveyScreenTest::tap(const QPoint &position) {
+    QTest::touchEvent(window.windowHandle(), finger.get()).press(0, position);
+    QTest::touchEvent(window.windowHandle(), finger.get()).release(0, position);
+    finish();
 }
 
 QString SurveyScreenTest::focused() const {
@@ -116,14 +99,14 @@ QString SurveyScreenTest::focused() const {
 }
 
 void SurveyScreenTest::letTheWaitPass() {
-    const auto timers = survey()->findChildren<QTimer *>();
-    const auto wait = std::ranges::find_if(timers, [](const QTimer *timer) {
-        return timer->isActive() && timer->intervalAsDuration() == std::chrono::seconds(2);
-    });
-    ASSERT_NE(wait, timers.end());
-    QTimerEvent timeout((*wait)->timerId());
-    QCoreApplication::sendEvent(*wait, &timeout);
-    finish();
+    for (QTimer *const timer : survey()->findChildren<QTimer *>()) {
+        if (timer->isActive() && timer->intervalAsDuration() == std::chrono::seconds(2)) {
+            QTimerEvent timeout(timer->timerId());
+            QCoreApplication::sendEvent(timer, &timeout);
+            return finish();
+        }
+    }
+    FAIL();
 }
 
 QStringList SurveyScreenTest::history() {

@@ -5,8 +5,10 @@
 #include "tests/support/OnlineFixture.h"
 
 #include <QLineEdit>
+#include <QPointingDevice>
 #include <QProxyStyle>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace KestrioKit {
@@ -14,9 +16,12 @@ namespace KestrioKit {
 /// A host's style, without animations.
 class StillStyle : public QProxyStyle {
 public:
-    StillStyle();
+    StillStyle() : QProxyStyle(QStringLiteral("fusion")) {}
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *data) const override;
+                  QStyleHintReturn *data) const override {
+        const int usual = QProxyStyle::styleHint(hint, option, widget, data);
+        return hint == SH_Widget_Animation_Duration ? 0 : usual;
+    }
 };
 
 /// A host's window with a field and a button, and surveys over it that the service sends and is
@@ -27,9 +32,10 @@ protected:
     /// Lets the survey that is still up end, and what it submits go out.
     void TearDown() override;
 
-    /// Has the service answer an event with a survey of these questions, and presents it.
-    void present(const QByteArray &questions, const QByteArray &locale = "en");
-    void present(const QByteArray &questions, QWidget *host, const QByteArray &locale = "en");
+    /// Has the service answer an event with a survey of these questions, and presents it; over
+    /// `window`, if there is no other host.
+    void present(const QByteArray &questions, const QByteArray &locale = "en",
+                 QWidget *host = nullptr);
     /// The survey on screen; null when none is.
     SurveyViewController *survey() const { return SurveyViewController::presented(); }
 
@@ -47,7 +53,7 @@ protected:
     void click(const QPoint &position);
     void click(const QString &identifier);
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    void type(const QString &text);
+    void tap(const QPoint &position);
     QString focused() const;
     /// Lets the two seconds pass for which a survey waits for its hidden window.
     void letTheWaitPass();
@@ -61,7 +67,8 @@ protected:
     QWidget window;
     QLineEdit field{&window};
     QPushButton button{&window};
-    int presses = 0;
+    const QSignalSpy presses{&button, &QPushButton::clicked};
+    const std::unique_ptr<QPointingDevice> finger{QTest::createTouchDevice()};
     std::shared_ptr<KestrioCore> core;
 };
 

@@ -46,14 +46,6 @@ protected:
     QWidget window;
 };
 
-/// `color` over white.
-inline QColor onWhite(const QColor &color, double alpha) {
-    const auto mix = [alpha](int part) {
-        return qRound(part * alpha + 255 * (1 - alpha));
-    };
-    return {mix(color.red()), mix(color.green()), mix(color.blue())};
-}
-
 inline bool isNear(const QColor &one, const QColor &other, int distance = 3) {
     return std::abs(one.red() - other.red()) <= distance &&
            std::abs(one.green() - other.green()) <= distance &&
