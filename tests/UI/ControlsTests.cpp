@@ -54,21 +54,6 @@ TEST_F(Controls, CheckboxShowsWhetherItIsSelected) {
     EXPECT_TRUE(isNear(inBox(10, 4), Qt::white));
 }
 
-TEST_F(Controls, BordersAreSharpAtEachScale) {
-    auto *const button = show(new ThemedButton(QString(), {.borderWidth = 1}), 50);
-    button->setThemeColor(theme);
-    button->move(1, 1);
-    window.resize(52, button->height() + 2);
-    const QImage picture = window.grab().toImage();
-    int inBorder = 0;
-    for (int x = 0; x < picture.width(); ++x) {
-        const QColor color = picture.pixelColor(x, picture.height() / 2);
-        EXPECT_TRUE(color == theme || color == Qt::white);
-        inBorder += color == theme;
-    }
-    EXPECT_EQ(inBorder, 2 * qRound(picture.devicePixelRatio()));
-}
-
 TEST_F(Controls, ThemedButtonTakesTheStateThatWasSetLast) {
     auto *const button =
         show(new ThemedButton(u"&Title"_s, {.cornerRadius = 3, .borderWidth = 1}), 100);

@@ -17,25 +17,17 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// The time of animations, which passes when a test says so.
-class ManualAnimationDriver final : public QAnimationDriver {
-public:
+struct ManualAnimationDriver final : QAnimationDriver {
     ManualAnimationDriver() { install(); }
     ~ManualAnimationDriver() override { uninstall(); }
 
-    void pass(int milliseconds) {
-        m_elapsed += milliseconds;
-        advance();
-    }
-    qint64 elapsed() const override { return m_elapsed; }
-
-protected:
+    qint64 elapsed() const override { return time; }
     void start() override {
-        m_elapsed = 0;
+        time = 0;
         QAnimationDriver::start();
     }
 
-private:
-    qint64 m_elapsed = 0;
+    qint64 time = 0;
 };
 
 } // namespace
@@ -46,7 +38,8 @@ protected:
     SurveyAnimation() { QApplication::setStyle(QStyleFactory::create(u"fusion"_s)); }
 
     void pass(int milliseconds) {
-        driver.pass(milliseconds);
+        driver.time += milliseconds;
+        driver.advance();
         // What begins now begins in the event loop.
         QCoreApplication::processEvents();
     }

@@ -26,14 +26,12 @@ namespace {
 
 constexpr auto shortQuestion = R"([{"name":11,"type":"likert","props":{"message":"How?"}}])";
 
-/// A question of that many lines and more, and sixty options.
+/// A question of many lines, and sixty options.
 QByteArray longQuestion() {
-    QByteArray options;
-    for (int id = 1; id <= 60; ++id)
-        options += (id > 1 ? "," : "") + QByteArray(R"({"id":%,"label":"Option %","value":"v"})")
-                                             .replace('%', QByteArray::number(id));
     return R"([{"name":11,"type":"multiplechoice","props":{"message":")" +
-           QByteArray("words and more ").repeated(130) + R"(","options":[)" + options + "]}}]";
+           QByteArray("words and more ").repeated(130) + R"(","options":[)" +
+           QByteArray(R"({"id":1,"label":"First","value":"v"},)").repeated(59) +
+           R"({"id":2,"label":"Last","value":"v"}]}}])";
 }
 
 /// An on-screen keyboard at the bottom of the window. As on Wayland without a seat, it must not be
@@ -147,7 +145,7 @@ TEST_F(SurveyLayout, SizesTheCardByTheWindow) {
     EXPECT_NEAR(picture.pixelColor(0, 0).red(), window.palette().window().color().red() * 0.4, 1);
 }
 
-TEST_F(SurveyLayout, ScrollsWhatIsTooHighAndFollowsTheFocus) {
+TEST_F(SurveyLayout, ScrollsWhatIsTooHighInsideTheSafeArea) {
     present(longQuestion());
     auto *const scroll = view<ScrollView>();
     EXPECT_EQ(frame(u"Kestrio Survey"_s), window.rect());
@@ -170,10 +168,14 @@ TEST_F(SurveyLayout, ScrollsWhatIsTooHighAndFollowsTheFocus) {
     turn(-1);
     EXPECT_EQ(turn(-1), scroll->height() - 2 * notch + 1);
     key(Qt::Key_End);
-    EXPECT_EQ(focused(), u"Multi-choice option: Option 60"_s);
-    EXPECT_TRUE(frame(scroll).contains(frame(u"Multi-choice option: Option 60"_s)));
+    EXPECT_EQ(focused(), u"Multi-choice option: Last"_s);
+    EXPECT_TRUE(frame(scroll).contains(frame(u"Multi-choice option: Last"_s)));
     key(Qt::Key_Home);
-    EXPECT_TRUE(frame(scroll).contains(frame(u"Multi-choice option: Option 1"_s)));
+    EXPECT_TRUE(frame(scroll).contains(frame(u"Multi-choice option: First"_s)));
+    const int page = scroll->height();
+    const NotchedScreen screen(window.windowHandle());
+    EXPECT_EQ(frame(u"Kestrio Survey"_s), window.rect().adjusted(0, 40, 0, 0));
+    EXPECT_EQ(scroll->height(), page - 40 - 20);
 }
 
 TEST_F(SurveyLayout, ScrollsWithAFingerWithoutPressing) {
@@ -201,7 +203,7 @@ TEST_F(SurveyLayout, ScrollsWithAFingerWithoutPressing) {
     touch.press(0, QPoint(5, 5)).commit();
     scroll->setOffset(scroll->maximumOffset());
     touch.release(0, QPoint(5, 5)).commit();
-    tap(frame(u"Multi-choice option: Option 60"_s).center());
+    tap(frame(u"Multi-choice option: Last"_s).center());
     EXPECT_EQ(responses(), QList<QStringList>());
     EXPECT_EQ(view<SurveyView>()->questionIndex(), 1);
 }
@@ -268,14 +270,6 @@ TEST_F(SurveyLayout, LeavesTheKeyboardAloneWhileNoWindowHasTheFocus) {
     click(u"Open question button"_s);
     survey()->dismiss(false);
     EXPECT_EQ(responses().size(), 1);
-}
-
-TEST_F(SurveyLayout, StaysInsideTheSafeArea) {
-    present(longQuestion());
-    const int page = frame(view<ScrollView>()).height();
-    const NotchedScreen notch(window.windowHandle());
-    EXPECT_EQ(frame(u"Kestrio Survey"_s), window.rect().adjusted(0, 40, 0, 0));
-    EXPECT_EQ(frame(view<ScrollView>()).height(), page - 40 - 20);
 }
 
 TEST_F(SurveyLayout, MirrorsForLanguagesWrittenFromTheRight) {

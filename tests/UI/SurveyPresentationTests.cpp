@@ -317,36 +317,29 @@ TEST_F(SurveyPresentation, SaysWhyItCannotShowASurvey) {
 }
 
 TEST_F(SurveyPresentation, KeepsItsLanguageWhenAnotherSurveyArrives) {
-    const auto finishIn = [](const QString &language) {
-        AnyLanguageBundle bundle;
-        bundle.setLanguage(language);
-        return bundle.localizedString(u"Finish"_s);
-    };
     present(scaleAndText, "de");
+    const QString title = AnyLanguageBundle::framework().localizedString(u"Finish"_s);
     answer("POST /events",
            {200, QByteArray(R"({"vid":1,"locale":"fr","questions":)") + scaleAndText + "}"});
     core->track(u"Other"_s, [](SurveyState) {});
     finish();
     click(u"Option 5"_s);
-    EXPECT_EQ(view<ActionButton>()->text(), finishIn(u"de"_s));
+    EXPECT_EQ(view<ActionButton>()->text(), title);
     delete survey();
-    EXPECT_EQ(AnyLanguageBundle::framework().localizedString(u"Finish"_s), finishIn(u"fr"_s));
+    EXPECT_NE(AnyLanguageBundle::framework().localizedString(u"Finish"_s), title);
 }
 
 TEST_F(SurveyPresentation, FetchesASurveyByItsNumber) {
     answer("GET surveyid=9&vid=0", {404, "{}"});
     answer("GET surveyid=8&vid=0",
            {200, QByteArray(R"({"vid":1,"surveyId":7,"questions":)") + scaleAndText + "}"});
-    int fetched = 0;
-    core->presentSurvey(9, &window, [&fetched] { ++fetched; });
-    finish();
-    EXPECT_EQ(fetched, 0);
-    core->presentSurvey(8, &window, [&] {
-        EXPECT_EQ(survey(), nullptr);
-        ++fetched;
-    });
-    finish();
-    EXPECT_EQ(fetched, 1);
+    QList<int> fetched;
+    for (const int number : {9, 8}) {
+        core->presentSurvey(number, &window,
+                            [&, number] { fetched.append(survey() ? 0 : number); });
+        finish();
+    }
+    EXPECT_EQ(fetched, QList<int>{8});
     ASSERT_NE(survey(), nullptr);
     // Of a survey without a response group nothing is reported.
     click(u"Option 4"_s);

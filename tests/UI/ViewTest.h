@@ -14,11 +14,7 @@ inline const QColor theme(0x5B, 0x3D, 0xF5);
 /// A white window with one view in it, as the card shows them.
 class ViewTest : public testing::Test {
 protected:
-    ViewTest() {
-        QPalette palette;
-        palette.setColor(QPalette::Window, Qt::white);
-        window.setPalette(palette);
-    }
+    ViewTest() { window.setPalette(Qt::white); }
 
     /// Shows the view at that width, as high as it asks for.
     template <typename View>
