@@ -116,10 +116,9 @@ def hear(host, log, commands, expected, is_first):
 
 def main(transcript, log, program):
     wait_until(lambda: spoken(log), lambda: "Orca does not start")
-    host = Host(program)
+    host, is_first = Host(program), True
     host.send("configure pictures\nwait-for visitor 60000\nwindow 900 700")
     find_orca(host, log)
-    is_first = True
     for commands, expected in blocks(transcript):
         hear(host, log, commands, expected, is_first)
         is_first = False
@@ -127,7 +126,6 @@ def main(transcript, log, program):
     host.process.stdin.close()
     if host.process.wait(PATIENCE):
         sys.exit("kestrio-host has failed")
-    print("Orca reads %s as expected" % transcript)
 
 
 main(*sys.argv[1:])
