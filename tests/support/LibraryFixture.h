@@ -70,6 +70,8 @@ protected:
     /// Returns when there is nothing left to do, on the library's thread and on the main queue.
     /// What the network or the clock has yet to bring is not waited for.
     void settle() {
+        // What the network has just brought may still be being handled there.
+        waitForBlock([this](const Block &block) { thread.post(block); });
         int posted = 0;
         do {
             posted = thread.posted;
