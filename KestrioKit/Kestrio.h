@@ -210,7 +210,7 @@ public:
     Q_INVOKABLE void presentDebugSurvey(QWidget *from);
 
     /// Forgets the visitor, and with it what is still queued, and starts afresh as an anonymous
-    /// one. When that cannot be had, the library is disabled until `configure()` is called again,
+    /// one. When that fails, the library is disabled until `configure()` is called again,
     /// or a repeated start succeeds (see `setRetriesStartUp`).
     Q_INVOKABLE void logout();
 

@@ -10,7 +10,7 @@ struct HeldCall {
         /// An event without a handler, or a change of attributes: what can be queued as a record.
         event,
         attributes,
-        /// What comes after it is about another visitor.
+        /// Later calls concern another visitor.
         logout,
         other,
     };

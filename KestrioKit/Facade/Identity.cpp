@@ -123,7 +123,7 @@ std::optional<LocalData> Identity::saveAuthorizationInfo(RequestNumber request,
         return std::nullopt;
     const LocalData known = m_localData.value();
     LocalData record = change(known);
-    // What the environment gave is not in memory.
+    // A token from the environment is not in memory.
     if (!record.token)
         record.token = known.token ? known.token : m_api->authorizationToken();
     m_api->authorize(record.token, record.visitorIdentifier);

@@ -80,7 +80,7 @@ private:
         /// What is done instead when the call comes too early, once there is a visitor; the same
         /// call when empty.
         Operation later = {};
-        /// What is done when the call is dropped; nothing when empty.
+        /// Runs when the call is dropped; may be empty.
         Block dropped = {};
     };
 

@@ -48,7 +48,7 @@ void RepeatSchedule::watchNetwork(const QString &host) {
     const Reachability::Creation creation =
         Reachability::create(m_makeFlagsSource(host), m_executor, &m_queue);
     const auto *const monitor = std::get_if<std::shared_ptr<Reachability>>(&creation);
-    // Without a monitor the delays remain.
+    // The delays work without a monitor, too.
     if (!monitor)
         return;
     m_reachability = *monitor;

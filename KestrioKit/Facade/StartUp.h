@@ -66,7 +66,7 @@ private:
         /// The same as `starting`, after a failure.
         repeating,
     };
-    /// What a request is for.
+    /// Why a request is sent.
     enum class Purpose {
         configuration,
         visitor,

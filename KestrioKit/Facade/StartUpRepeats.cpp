@@ -24,7 +24,7 @@ bool isTemporary(int status) {
 
 } // namespace
 
-// What is kept meanwhile
+// Calls that are kept meanwhile
 
 Action StartUp::keep(HeldCall call) {
     const std::lock_guard guard(m_lock);
