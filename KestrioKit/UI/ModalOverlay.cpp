@@ -136,6 +136,9 @@ void ModalOverlay::focusOutEvent(QFocusEvent *) {}
 
 bool ModalOverlay::event(QEvent *event) {
     const bool handled = QWidget::event(event);
+    // A style sheet makes a widget with a transparent background not opaque.
+    if (event->type() == QEvent::Polish || event->type() == QEvent::StyleChange)
+        setAttribute(Qt::WA_OpaquePaintEvent, !m_picture.isNull());
     if (!isInput(event->type()))
         return handled;
     event->accept();

@@ -30,6 +30,18 @@ struct ManualAnimationDriver final : QAnimationDriver {
     qint64 time = 0;
 };
 
+/// Counts how often a widget is painted.
+struct PaintCounter final : QObject {
+    explicit PaintCounter(QWidget &view) { view.installEventFilter(this); }
+
+    bool eventFilter(QObject *, QEvent *event) override {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+
+    int count = 0;
+};
+
 } // namespace
 
 /// The same with everything moving; time passes as the test says.
@@ -60,6 +72,9 @@ TEST_F(SurveyAnimation, SpringsInAndSlidesOut) {
     EXPECT_EQ(cardTop(), height);
     pass(1);
     EXPECT_GT(cardTop(), place + (height - place) / 2);
+    const PaintCounter hostFrames(button);
+    pass(20);
+    EXPECT_EQ(hostFrames.count, 0) << "the host is painted for each frame";
     int highest = height;
     for (int time = 0; time < 600 && !survey()->findChildren<Animation *>().isEmpty(); time += 10) {
         highest = std::min(highest, cardTop());
@@ -67,6 +82,7 @@ TEST_F(SurveyAnimation, SpringsInAndSlidesOut) {
     }
     EXPECT_NEAR(highest, place - (height - place) * 0.046, 3);
     EXPECT_EQ(cardTop(), place);
+    EXPECT_GT(hostFrames.count, 0) << "what has changed under the survey does not come to light";
     EXPECT_EQ(view<BackgroundView>()->alpha(), 1);
     key(Qt::Key_Escape);
     pass(70);
