@@ -1,6 +1,6 @@
 #include "benchmarks/Programs.h"
 
-#include "KestrioKit/Facade/KestrioCore.h"
+#include "KestrioKit/Core/Facade/KestrioCore.h"
 #include "KestrioKit/Kestrio.h"
 
 #include <benchmark/benchmark.h>

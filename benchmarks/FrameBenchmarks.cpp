@@ -3,8 +3,8 @@
 #include "host/window/DemoStyle.h"
 #include "host/window/DemoWindow.h"
 
-#include "KestrioKit/Facade/DebugSurvey.h"
-#include "KestrioKit/UI/SurveyViewController.h"
+#include "KestrioKit/Core/Facade/DebugSurvey.h"
+#include "KestrioKit/Widgets/Survey/SurveyViewController.h"
 
 #include <benchmark/benchmark.h>
 

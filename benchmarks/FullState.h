@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KestrioKit/Queue/PersistentQueue.h"
+#include "KestrioKit/Core/Queue/PersistentQueue.h"
 
 /// As many records as the state file holds at most: so many of each kind. Their visitor is
 /// number 7.

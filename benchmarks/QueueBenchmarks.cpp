@@ -1,11 +1,11 @@
 #include "benchmarks/FullState.h"
 #include "benchmarks/Programs.h"
 
-#include "KestrioKit/Platform/LibraryThread.h"
-#include "KestrioKit/Platform/NetworkTransport.h"
-#include "KestrioKit/Platform/Storage.h"
-#include "KestrioKit/Platform/TransientThread.h"
-#include "KestrioKit/Service/KestrioService.h"
+#include "KestrioKit/Core/Platform/HTTP/NetworkTransport.h"
+#include "KestrioKit/Core/Platform/Storage.h"
+#include "KestrioKit/Core/Platform/Threads/LibraryThread.h"
+#include "KestrioKit/Core/Platform/Threads/TransientThread.h"
+#include "KestrioKit/Core/Service/KestrioService.h"
 #include "tests/support/ManualFlagsSource.h"
 
 #include <benchmark/benchmark.h>

@@ -1,7 +1,7 @@
 #include "benchmarks/FullState.h"
 
-#include "KestrioKit/Platform/Storage.h"
-#include "KestrioKit/Survey/Survey.h"
+#include "KestrioKit/Core/Platform/Storage.h"
+#include "KestrioKit/Core/Survey/Survey.h"
 
 #include <benchmark/benchmark.h>
 

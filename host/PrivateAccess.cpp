@@ -1,8 +1,8 @@
 #include "host/PrivateAccess.h"
 
-#include "KestrioKit/Facade/KestrioCore.h"
-#include "KestrioKit/Service/KestrioSurveyResponder.h"
-#include "KestrioKit/Survey/Routing.h"
+#include "KestrioKit/Core/Facade/KestrioCore.h"
+#include "KestrioKit/Core/Service/KestrioSurveyResponder.h"
+#include "KestrioKit/Core/Survey/Routing.h"
 
 using namespace KestrioKit;
 using namespace Qt::StringLiterals;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KestrioKit/Survey/CodableDynamicType.h"
+#include "KestrioKit/Core/Survey/CodableDynamicType.h"
 
 #include <QList>
 

@@ -1,6 +1,6 @@
 #include "host/Report.h"
 
-#include "KestrioKit/Platform/Logging.h"
+#include "KestrioKit/Core/Platform/Logging.h"
 
 #include <QtNumeric>
 

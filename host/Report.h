@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KestrioKit/Platform/JSONWriter.h"
+#include "KestrioKit/Core/Platform/JSON/JSONWriter.h"
 
 #include <QString>
 

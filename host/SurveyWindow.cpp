@@ -3,9 +3,9 @@
 #include "host/Report.h"
 #include "host/ScreenReader.h"
 
-#include "KestrioKit/UI/Animation.h"
-#include "KestrioKit/UI/SurveyViewController.h"
-#include "KestrioKit/UI/ViewEffect.h"
+#include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Widgets/Drawing/ViewEffect.h"
+#include "KestrioKit/Widgets/Survey/SurveyViewController.h"
 
 #include <QAbstractButton>
 #include <QAccessible>

@@ -1,7 +1,7 @@
-#include "KestrioKit/Platform/Storage.h"
+#include "KestrioKit/Core/Platform/Storage.h"
 #include "tests/faults/FaultRow.h"
 #include "tests/support/Programs.h"
-#include "tests/UI/SurveyScreenTest.h"
+#include "tests/Widgets/SurveyScreenTest.h"
 
 #include <QApplication>
 #include <QDir>

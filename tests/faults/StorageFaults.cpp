@@ -1,4 +1,4 @@
-#include "KestrioKit/Platform/Atomic.h"
+#include "KestrioKit/Core/Platform/Threads/Atomic.h"
 #include "tests/faults/FaultRow.h"
 #include "tests/support/Programs.h"
 #include "tests/support/RecordingServer.h"

@@ -1,6 +1,6 @@
-#include "KestrioKit/Platform/Clock.h"
-#include "KestrioKit/Protocol/KestrioServiceRequests.h"
-#include "KestrioKit/Protocol/ResponseConfig.h"
+#include "KestrioKit/Core/Platform/Threads/Clock.h"
+#include "KestrioKit/Core/Protocol/KestrioServiceRequests.h"
+#include "KestrioKit/Core/Protocol/ResponseConfig.h"
 #include "tests/fuzz/Fuzzing.h"
 
 using namespace KestrioKit;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "KestrioKit/Platform/JSONCoding.h"
-#include "KestrioKit/Platform/URLRequest.h"
+#include "KestrioKit/Core/Platform/HTTP/URLRequest.h"
+#include "KestrioKit/Core/Platform/JSON/JSONCoding.h"
 
 #include <algorithm>
 #include <cstdint>

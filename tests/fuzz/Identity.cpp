@@ -1,5 +1,5 @@
-#include "KestrioKit/Facade/LocalData.h"
-#include "KestrioKit/Protocol/ResponseVisitors.h"
+#include "KestrioKit/Core/Facade/LocalData.h"
+#include "KestrioKit/Core/Protocol/ResponseVisitors.h"
 #include "tests/fuzz/Fuzzing.h"
 
 using namespace KestrioKit;

@@ -1,4 +1,4 @@
-#include "KestrioKit/Queue/PersistentQueue.h"
+#include "KestrioKit/Core/Queue/PersistentQueue.h"
 #include "tests/fuzz/Fuzzing.h"
 
 #include <limits>

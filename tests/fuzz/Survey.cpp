@@ -1,5 +1,5 @@
-#include "KestrioKit/Survey/Survey.h"
-#include "KestrioKit/Survey/Routing.h"
+#include "KestrioKit/Core/Survey/Survey.h"
+#include "KestrioKit/Core/Survey/Routing.h"
 #include "tests/fuzz/Fuzzing.h"
 
 using namespace KestrioKit;

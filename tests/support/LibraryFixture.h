@@ -1,9 +1,9 @@
 #pragma once
 
-#include "KestrioKit/Platform/DispatchQueue.h"
-#include "KestrioKit/Platform/LibraryContext.h"
-#include "KestrioKit/Platform/LibraryThread.h"
-#include "KestrioKit/Platform/Storage.h"
+#include "KestrioKit/Core/Platform/LibraryContext.h"
+#include "KestrioKit/Core/Platform/Storage.h"
+#include "KestrioKit/Core/Platform/Threads/DispatchQueue.h"
+#include "KestrioKit/Core/Platform/Threads/LibraryThread.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/ManualFlagsSource.h"
 #include "tests/support/Waiting.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "KestrioKit/Platform/Atomic.h"
-#include "KestrioKit/Platform/Clock.h"
+#include "KestrioKit/Core/Platform/Threads/Atomic.h"
+#include "KestrioKit/Core/Platform/Threads/Clock.h"
 
 namespace KestrioKit {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KestrioKit/Platform/ReachabilityFlagsSource.h"
+#include "KestrioKit/Core/Platform/Reachability/ReachabilityFlagsSource.h"
 
 #include <mutex>
 #include <vector>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "KestrioKit/Platform/Atomic.h"
-#include "KestrioKit/Platform/NetworkTransport.h"
+#include "KestrioKit/Core/Platform/HTTP/NetworkTransport.h"
+#include "KestrioKit/Core/Platform/Threads/Atomic.h"
 #include "tests/support/LibraryFixture.h"
 #include "tests/support/RecordingServer.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KestrioKit/Platform/URLRequest.h"
+#include "KestrioKit/Core/Platform/HTTP/URLRequest.h"
 #include "tests/support/Waiting.h"
 
 #include <QTcpServer>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KestrioKit/Queue/SubmissionSender.h"
+#include "KestrioKit/Core/Queue/SubmissionSender.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

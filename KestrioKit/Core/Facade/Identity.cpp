@@ -1,0 +1,148 @@
+#include "KestrioKit/Core/Facade/Identity.h"
+
+#include "KestrioKit/Core/Facade/FacadeLog.h"
+#include "KestrioKit/Core/Platform/Storage.h"
+
+#include <algorithm>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView identityFilename("VisitorData");
+// It is read on the host's thread; the identity of even a very long user is far smaller.
+constexpr qint64 maximumIdentityFileSize = 4 * 1024 * 1024;
+constexpr auto tokenVariable = "KESTRIO_AUTH_TOKEN";
+constexpr auto visitorVariable = "KESTRIO_VISITOR_IDENTIFIER";
+
+void logLoaded(qint64 visitorIdentifier, const std::optional<QString> &token, QStringView source) {
+    logLine(u"Loaded vid (%1) and auth token (%2 bytes) from %3."_s.arg(visitorIdentifier)
+                .arg(token ? token->size() : 0)
+                .arg(source),
+            LogCategory::debug);
+}
+
+bool isDigit(QChar character) {
+    return character >= u'0' && character <= u'9';
+}
+
+/// The number that decimal digits behind an optional sign make; absent for anything else.
+std::optional<qint64> parseVisitor(const QString &text) {
+    const bool isSigned = text.startsWith(u'+') || text.startsWith(u'-');
+    if (!std::ranges::all_of(QStringView(text).sliced(isSigned ? 1 : 0), isDigit))
+        return std::nullopt;
+    bool fits = false;
+    const qint64 number = text.toLongLong(&fits);
+    return fits ? std::optional(number) : std::nullopt;
+}
+
+QString canonical(const QString &text) {
+    return text.normalized(QString::NormalizationForm_C);
+}
+
+} // namespace
+
+Identity::Identity(std::shared_ptr<KestrioService> api, SerialExecutor &fileExecutor)
+    : m_api(std::move(api)), m_fileExecutor(fileExecutor) {}
+
+bool Identity::isKnownUser(const QString &userIdentifier) const {
+    const std::optional<QString> known = localData().userIdentifier;
+    return known && canonical(*known) == canonical(userIdentifier);
+}
+
+void Identity::loadAuthorizationInfo() {
+    const std::lock_guard guard(m_lock);
+    voidEarlierRequests();
+    if (qEnvironmentVariableIsSet(tokenVariable) && qEnvironmentVariableIsSet(visitorVariable))
+        loadFromEnvironment();
+    else
+        loadFromFile();
+}
+
+void Identity::loadFromEnvironment() {
+    const QString token = qEnvironmentVariable(tokenVariable);
+    const std::optional<qint64> visitorIdentifier =
+        parseVisitor(qEnvironmentVariable(visitorVariable));
+    if (!visitorIdentifier)
+        return;
+    m_api->authorize(token, visitorIdentifier);
+    logLoaded(*visitorIdentifier, token, u"environment");
+}
+
+void Identity::loadFromFile() {
+    const auto record = *m_changesWaiting > 0
+                            ? m_localData.value()
+                            : Storage::load<LocalData>(Storage::localLibraryURL(identityFilename),
+                                                       maximumIdentityFileSize);
+    if (!record)
+        return;
+    m_localData.setValue(*record);
+    if (!record->visitorIdentifier)
+        return;
+    m_api->authorize(record->token, record->visitorIdentifier);
+    logLoaded(*record->visitorIdentifier, record->token, u"file");
+}
+
+void Identity::clearAuthorizationInfo() {
+    const std::lock_guard guard(m_lock);
+    voidEarlierRequests();
+    m_api->clearAuthorization();
+    changeFile([] { Storage::remove(identityFilename); });
+    m_localData.setValue({});
+}
+
+void Identity::changeFile(Block change) {
+    ++*m_changesWaiting;
+    m_fileExecutor.post([change = std::move(change), waiting = m_changesWaiting] {
+        change();
+        --*waiting;
+    });
+}
+
+Identity::RequestNumber Identity::beginRequest() {
+    const std::lock_guard guard(m_lock);
+    return ++m_lastRequest;
+}
+
+void Identity::voidRequests() {
+    const std::lock_guard guard(m_lock);
+    voidEarlierRequests();
+}
+
+bool Identity::settle(RequestNumber request) {
+    const std::lock_guard guard(m_lock);
+    return settleLocked(request);
+}
+
+std::optional<LocalData> Identity::saveAuthorizationInfo(RequestNumber request,
+                                                         const Change &change) {
+    const std::lock_guard guard(m_lock);
+    if (!settleLocked(request))
+        return std::nullopt;
+    const LocalData known = m_localData.value();
+    LocalData record = change(known);
+    // A token from the environment is not in memory.
+    if (!record.token)
+        record.token = known.token ? known.token : m_api->authorizationToken();
+    m_api->authorize(record.token, record.visitorIdentifier);
+    changeFile([record] {
+        Storage::store(std::optional(record), Storage::localLibraryURL(identityFilename));
+    });
+    m_localData.setValue(record);
+    return record;
+}
+
+bool Identity::settleLocked(RequestNumber request) {
+    if (request <= m_lastSettled)
+        return false;
+    m_lastSettled = request;
+    return true;
+}
+
+void Identity::voidEarlierRequests() {
+    m_lastSettled = m_lastRequest;
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "KestrioKit/Core/Facade/StartUp.h"
+#include "KestrioKit/Core/Platform/LibraryContext.h"
+#include "KestrioKit/Core/Platform/Threads/Atomic.h"
+#include "KestrioKit/Core/Protocol/ResponseConfig.h"
+#include "KestrioKit/Core/Protocol/ResponseVisitors.h"
+#include "KestrioKit/Core/Service/KestrioService.h"
+#include "KestrioKit/Core/Survey/Survey.h"
+#include "KestrioKit/SurveyState.h"
+#include "KestrioKit/Widgets/Survey/SurveyViewController.h"
+
+#include <QMap>
+#include <QPointer>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace KestrioKit {
+
+/// What `Kestrio` does. Each public operation asks whether calls may run now, forwards to the
+/// network service, and keeps the identity in step with what the service answers. Thread-safe.
+class KestrioCore final : public SurveyViewControllerDelegate,
+                          public std::enable_shared_from_this<KestrioCore> {
+public:
+    using TrackHandler = std::function<void(SurveyState)>;
+    /// A handler on its way through the threads; null when there is none.
+    using SharedHandler = std::shared_ptr<const TrackHandler>;
+    using FetchCompletion = std::function<void()>;
+    using SharedCompletion = std::shared_ptr<const FetchCompletion>;
+
+    /// The one that `Kestrio::shared()` faces, on the machine's own clock, network and files.
+    static const std::shared_ptr<KestrioCore> &shared();
+
+    static std::shared_ptr<KestrioCore> make(const LibraryContext &context);
+
+    const std::shared_ptr<KestrioService> &api() const { return m_api; }
+
+    /// The survey that an event was answered with, until it has been shown.
+    std::optional<Survey> survey() const override { return m_survey.value(); }
+    void setSurvey(std::optional<Survey> survey) override { m_survey.setValue(std::move(survey)); }
+
+    /// The configuration from the last fetch that succeeded.
+    std::optional<ResponseConfig> config() const { return m_startUp->config(); }
+
+    // The operations of `Kestrio`, documented there.
+    bool disableNetworkAccess() const;
+    void setDisableNetworkAccess(bool disable);
+    void setQueueLimit(int limit);
+    bool retriesStartUp() const { return m_startUp->retries(); }
+    void setRetriesStartUp(bool retries) { m_startUp->setRetries(retries); }
+    bool savesPromptly() const { return m_api->savesPromptly(); }
+    void setSavesPromptly(bool saves) { m_api->setSavesPromptly(saves); }
+    void configure(const QString &environment);
+    void setLocale(const QString &locale);
+    void setUserIdentifier(const QString &userIdentifier);
+    void setEmailAddress(const QString &email);
+    void setVisitorAttribute(const QString &key, const QString &value);
+    void setVisitorAttributes(const QMap<QString, QString> &attributes);
+    void removeVisitorAttributes(const QStringList &keys);
+    void track(const QString &eventName, const TrackHandler &handler);
+    void presentSurvey(const QPointer<QWidget> &from);
+    void presentSurvey(qint64 surveyId, const QPointer<QWidget> &from,
+                       const FetchCompletion &fetchCompletion);
+    void presentDebugSurvey(const QPointer<QWidget> &from);
+    void logout();
+
+private:
+    explicit KestrioCore(const LibraryContext &context);
+
+    /// A public call that needs a visitor.
+    struct Call {
+        using Operation = std::function<void(KestrioCore &)>;
+
+        HeldCall::Kind kind;
+        Operation operation;
+        /// What is done instead when the call comes too early, once there is a visitor; the same
+        /// call when empty.
+        Operation later = {};
+        /// Runs when the call is dropped; may be empty.
+        Block dropped = {};
+    };
+
+    /// Carries out the call now, or holds it, or queues its record, or drops it.
+    void whenReady(const Call &call);
+    HeldCall held(const Call &call);
+    void trackEvent(const QString &eventName, const SharedHandler &handler);
+    void trackForSurvey(const QString &name, const SharedHandler &handler);
+    SurveyState surveyReceived(const Survey &survey);
+    void fetchAndPresent(qint64 surveyId, const QPointer<QWidget> &from,
+                         const SharedCompletion &fetchCompletion);
+    void presentSpecifiedSurvey(const Survey &survey, const QPointer<QWidget> &from);
+    SimpleCompletion handlingErrors();
+    void handleError(const std::optional<Error> &error);
+    void reportError(const Error &error);
+
+    const Clock &m_clock;
+    std::shared_ptr<KestrioService> m_api;
+    std::shared_ptr<StartUp> m_startUp;
+    Atomic<std::optional<Survey>> m_survey;
+};
+
+} // namespace KestrioKit

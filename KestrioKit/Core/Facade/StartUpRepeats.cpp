@@ -1,0 +1,186 @@
+#include "KestrioKit/Core/Facade/FacadeLog.h"
+#include "KestrioKit/Core/Facade/StartUp.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int requestTimeout = 408;
+constexpr int tooManyRequests = 429;
+
+using Action = Bootstrap::Action;
+using Occasion = RepeatSchedule::Occasion;
+
+bool isTemporary(int status) {
+    constexpr int hundred = 100;
+    return status / hundred == 3 || status / hundred == 5 || status == requestTimeout ||
+           status == tooManyRequests;
+}
+
+} // namespace
+
+// Calls that are kept meanwhile
+
+Action StartUp::keep(HeldCall call) {
+    const std::lock_guard guard(m_lock);
+    if (isRepeated()) {
+        if (m_api->disableNetworkAccess())
+            return Action::skip;
+        if (recordsAreTheVisitors())
+            call.record();
+        else
+            m_bootstrap->enqueue(std::move(call));
+        return Action::queue;
+    }
+    // It may have succeeded since the caller asked.
+    const Action action = m_api->disabledError() ? Action::skip : m_bootstrap->action();
+    if (action == Action::queue)
+        m_bootstrap->enqueue(std::move(call));
+    return action;
+}
+
+// The records of a user who is yet to be attached must not go to the visitor before.
+bool StartUp::recordsAreTheVisitors() const {
+    const std::optional<QString> pending = m_bootstrap->userId();
+    return m_api->visitorIdentifier() && (!pending || m_identity.isKnownUser(*pending));
+}
+
+// Nothing is lost with the process that can be delivered after the next start.
+void StartUp::applicationEnds() {
+    const std::lock_guard guard(m_lock);
+    const bool isAnothers =
+        m_identity.localData().userIdentifier.has_value() && !recordsAreTheVisitors();
+    if (!m_retries || m_phase == Phase::idle || !m_api->visitorIdentifier() || isAnothers ||
+        !m_bootstrap->holdsRecords())
+        return;
+    // Else the records would be sent now, and again after the next start.
+    voidRequests();
+    awaitRepeat();
+    m_bootstrap->recordHeldNow();
+}
+
+// Failures
+
+// Whatever else is in flight counts for nothing: a late success would leave the library disabled
+// although it looks as if it had started.
+void StartUp::fail(RequestNumber request, Purpose purpose, const Response &response,
+                   const std::optional<Error> &error) {
+    bool isReported = false;
+    {
+        const std::lock_guard guard(m_lock);
+        isReported = !isRepeated();
+        if (m_identity.settle(request)) {
+            voidRequests();
+            if (purpose != Purpose::configuration) {
+                m_bootstrap->step(Bootstrap::Sequence::error);
+                m_api->setDisabledError(DisabledError::locally());
+            }
+            if (m_retries && purpose != Purpose::laterUser && mayPass(response, error)) {
+                awaitRepeat();
+                announce(true, u"Start-up has failed. It is repeated until it succeeds."_s);
+            } else {
+                giveUp();
+                isReported = true;
+            }
+        }
+    }
+    if (error && isReported)
+        m_api->handleError(*error);
+}
+
+void StartUp::voidRequests() {
+    m_identity.voidRequests();
+    m_pendingAttach.reset();
+}
+
+bool StartUp::mayPass(const Response &response, const std::optional<Error> &error) const {
+    // The host has switched the network off since the first failure.
+    if (error && isDisabledError(*error))
+        return isRepeated() && m_api->disabledError() == DisabledError::locally();
+    return error || (response && isTemporary(response->statusCode));
+}
+
+void StartUp::giveUp() {
+    if (isRepeated())
+        endRepeating();
+    announce(false, u"Start-up is not repeated any more."_s);
+    m_phase = Phase::idle;
+}
+
+// On the library's thread: the host's must not wait for who reads the log.
+void StartUp::announce(bool fails, const QString &line) {
+    if (std::exchange(m_isAnnounced, fails) != fails)
+        m_executor.post([line] { logLine(line, LogCategory::info); });
+}
+
+// Repeats
+
+void StartUp::awaitRepeat() {
+    if (!isRepeated())
+        beginRepeating();
+    m_phase = Phase::waiting;
+    const bool isNow = std::exchange(m_networkIsBack, false);
+    m_schedule->wait(isNow ? 0 : startUpRepeatDelay(++m_failures));
+}
+
+void StartUp::beginRepeating() {
+    m_failures = 0;
+    m_api->setDisabledError(DisabledError::locally());
+    m_api->setStartsOver(true);
+    // Else the queue would find out by sending, which counts as a failed attempt.
+    if (m_api->visitorIdentifier())
+        m_api->resumeSubmissions();
+    m_bootstrap->holdAgain();
+    if (recordsAreTheVisitors())
+        m_bootstrap->recordHeld();
+    m_schedule->begin(m_api->networkRequests().host());
+}
+
+void StartUp::endRepeating() {
+    m_schedule->end();
+    m_api->setStartsOver(false);
+    m_networkIsBack = false;
+    m_isDue = false;
+}
+
+void StartUp::repeat(Occasion occasion) {
+    Block send;
+    {
+        const std::lock_guard guard(m_lock);
+        if (m_phase == Phase::repeating && occasion == Occasion::networkIsBack)
+            m_networkIsBack = true;
+        if (m_phase != Phase::waiting)
+            return;
+        m_isDue = m_api->disableNetworkAccess();
+        if (m_isDue)
+            return;
+        m_phase = Phase::repeating;
+        send = configRequest();
+    }
+    send();
+}
+
+void StartUp::networkAllowed() {
+    {
+        const std::lock_guard guard(m_lock);
+        if (!m_isDue)
+            return;
+    }
+    repeat(Occasion::delayIsOver);
+}
+
+void StartUp::setRetries(bool retries) {
+    const std::lock_guard guard(m_lock);
+    m_retries = retries;
+    if (!retries && isRepeated()) {
+        voidRequests();
+        giveUp();
+    }
+}
+
+} // namespace KestrioKit

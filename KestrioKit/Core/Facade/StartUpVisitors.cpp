@@ -1,0 +1,213 @@
+#include "KestrioKit/Core/Facade/FacadeLog.h"
+#include "KestrioKit/Core/Facade/StartUp.h"
+
+#include <utility>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView launchEvent("iOS Launch");
+
+using Action = Bootstrap::Action;
+using Sequence = Bootstrap::Sequence;
+
+void logReceived(const ResponseVisitors &visitor) {
+    const bool hasToken = visitor.token && !visitor.token->isEmpty();
+    logLine(u"Received visitor id: %1 - Auth Token? %2"_s.arg(visitor.visitorIdentifier)
+                .arg(hasToken ? "YES"_L1 : "NO"_L1),
+            LogCategory::info);
+}
+
+} // namespace
+
+// The visitor
+
+Block StartUp::visitorRequest(const std::optional<QString> &userIdentifier, bool anonymous,
+                              Purpose purpose) {
+    return [self = shared_from_this(), userIdentifier, anonymous, purpose,
+            request = m_identity.beginRequest()] {
+        self->m_api->fetchVisitorIdentifier(
+            userIdentifier, anonymous,
+            [self, request, purpose](const auto &visitor, const auto &response, const auto &error) {
+                self->visitorReceived(request, purpose, visitor, response, error);
+            });
+    };
+}
+
+void StartUp::visitorReceived(RequestNumber request, Purpose purpose,
+                              const std::optional<ResponseVisitors> &visitor,
+                              const Response &response, const std::optional<Error> &error) {
+    if (!visitor || error) {
+        fail(request, purpose, response, error);
+        return;
+    }
+    bool isNew = false;
+    Block send;
+    {
+        const std::lock_guard guard(m_lock);
+        const auto saved = m_identity.saveAuthorizationInfo(request, [&](const LocalData &known) {
+            return LocalData{visitor->token, visitor->visitorIdentifier, known.userIdentifier};
+        });
+        if (!saved)
+            return;
+        const auto last = std::exchange(m_launchedVisitor, visitor->visitorIdentifier);
+        isNew = !isRepeated() || last != m_launchedVisitor;
+        send = arrive(saved->userIdentifier ? Sequence::userId : Sequence::visitorId);
+    }
+    if (isNew)
+        logReceived(*visitor);
+    if (send)
+        send();
+    if (isNew)
+        trackLaunch();
+}
+
+// A user given meanwhile is attached first, and the answer releases the held calls.
+Block StartUp::arrive(Sequence sequence) {
+    const bool moved = m_bootstrap->step(sequence);
+    const std::optional<QString> pending = m_bootstrap->userId();
+    if (m_phase != Phase::idle && sequence == Sequence::visitorId && pending) {
+        if (Block send = attachRequest(*pending, Purpose::pendingUser))
+            return send;
+    }
+    succeed(moved);
+    return {};
+}
+
+void StartUp::succeed(bool moved) {
+    if (isRepeated()) {
+        endRepeating();
+        // Before the calls are released, which ask for it.
+        m_api->setDisabledError(std::nullopt);
+        m_api->resumeSubmissions();
+    }
+    announce(false, u"Start-up has succeeded."_s);
+    m_phase = Phase::idle;
+    if (moved)
+        m_bootstrap->flush();
+    else
+        releaseIfThereIsAVisitor();
+}
+
+void StartUp::trackLaunch() {
+    m_api->trackEvent(launchEvent, true, [](auto &&...) {});
+}
+
+// Users
+
+void StartUp::setUserIdentifier(const QString &userIdentifier) {
+    if (readyState() == Action::skip && !isRepeated())
+        return;
+    Block send;
+    {
+        const std::lock_guard guard(m_lock);
+        if (isRepeated())
+            return m_bootstrap->replaceUserId(userIdentifier);
+        if (m_bootstrap->setUserId(userIdentifier) || m_bootstrap->action() != Action::doit)
+            return;
+        send = attachRequest(userIdentifier, Purpose::laterUser);
+    }
+    if (send)
+        send();
+}
+
+Block StartUp::attachRequest(const QString &userIdentifier, Purpose purpose) {
+    if (m_identity.isKnownUser(userIdentifier))
+        return {};
+    const std::optional<qint64> visitorBefore = m_api->visitorIdentifier();
+    const bool isOther = m_identity.localData().userIdentifier.has_value();
+    if (!visitorBefore || isOther)
+        return visitorRequest(userIdentifier, isOther, purpose);
+    const Attachment attachment{m_identity.beginRequest(), userIdentifier, visitorBefore, purpose};
+    if (purpose == Purpose::pendingUser)
+        m_pendingAttach = attachment.request;
+    return [self = shared_from_this(), attachment] {
+        self->m_api->setUserIdentifier(
+            attachment.userIdentifier,
+            [self, attachment](const auto &visitor, const auto &, const auto &error) {
+                self->attachmentAnswered(attachment, visitor, error);
+            });
+    };
+}
+
+void StartUp::attachmentAnswered(const Attachment &attachment,
+                                 const std::optional<ResponseVisitors> &visitor,
+                                 const std::optional<Error> &error) {
+    if (error)
+        fail(attachment.request, attachment.purpose, {}, error);
+    bool launches = false;
+    Block send;
+    {
+        const std::lock_guard guard(m_lock);
+        const bool endsStartUp = m_pendingAttach == attachment.request;
+        if (endsStartUp)
+            m_pendingAttach.reset();
+        launches = !error && settleAttachment(attachment, visitor);
+        const bool moved = launches && m_bootstrap->step(Sequence::userId);
+        if (endsStartUp)
+            send = nextAttachRequest(attachment);
+        if (endsStartUp && !send)
+            succeed(moved);
+        else if (moved)
+            m_bootstrap->flush();
+        else
+            releaseIfThereIsAVisitor();
+    }
+    if (launches)
+        trackLaunch();
+    if (send)
+        send();
+}
+
+// For the host may have given another user while start-up was repeated.
+Block StartUp::nextAttachRequest(const Attachment &attachment) {
+    const std::optional<QString> pending = m_bootstrap->userId();
+    if (!isRepeated() || !pending || pending == attachment.userIdentifier)
+        return {};
+    return attachRequest(*pending, Purpose::pendingUser);
+}
+
+// Whether there is another visitor now. Without a record in the answer there may be.
+bool StartUp::settleAttachment(const Attachment &attachment,
+                               const std::optional<ResponseVisitors> &visitor) {
+    if (!visitor)
+        return m_identity.settle(attachment.request);
+    const auto saved = m_identity.saveAuthorizationInfo(attachment.request, [&](const LocalData &) {
+        return LocalData{visitor->token, visitor->visitorIdentifier, attachment.userIdentifier};
+    });
+    return saved && saved->visitorIdentifier != attachment.visitorBefore;
+}
+
+// After a logout the held calls wait for the next visitor.
+void StartUp::releaseIfThereIsAVisitor() {
+    if (!isRepeated() && !m_pendingAttach && m_bootstrap->action() == Action::doit &&
+        m_api->visitorIdentifier())
+        m_bootstrap->flushHeld();
+}
+
+void StartUp::logout() {
+    Block send;
+    {
+        const std::lock_guard guard(m_lock);
+        m_identity.clearAuthorizationInfo();
+        // Its answer counts for nothing, or never comes.
+        m_pendingAttach.reset();
+        // Else a repeated start-up would sign the user in again.
+        if (m_retries)
+            m_bootstrap->replaceUserId(std::nullopt);
+        if (isRepeated())
+            m_bootstrap->dropHeld();
+        if (m_phase == Phase::waiting)
+            return;
+        if (m_phase == Phase::starting)
+            m_phase = Phase::idle;
+        send = m_phase == Phase::repeating ? configRequest()
+                                           : visitorRequest(std::nullopt, false, Purpose::visitor);
+    }
+    send();
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,61 @@
+#include "KestrioKit/Core/Platform/HTTP/Redirection.h"
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum StatusCode { // RFC 9110, 15.4
+    firstRedirection = 300,
+    movedPermanently = 301,
+    found = 302,
+    seeOther = 303,
+    temporaryRedirect = 307,
+    permanentRedirect = 308,
+    lastRedirection = 399,
+};
+
+bool keepsMethod(int statusCode, const QByteArray &method) {
+    switch (statusCode) {
+    case temporaryRedirect:
+    case permanentRedirect:
+        return true;
+    case movedPermanently:
+    case found:
+    case seeOther:
+        return method == "GET"_ba;
+    default:
+        return false;
+    }
+}
+
+int portOf(const QUrl &url) {
+    constexpr int httpPort = 80;
+    constexpr int httpsPort = 443;
+    return url.port(url.scheme() == u"https"_s ? httpsPort : httpPort);
+}
+
+bool sameOrigin(const QUrl &one, const QUrl &other) {
+    return one.scheme() == other.scheme() && one.host() == other.host() &&
+           portOf(one) == portOf(other);
+}
+
+} // namespace
+
+bool isRedirection(int statusCode) {
+    return statusCode >= firstRedirection && statusCode <= lastRedirection;
+}
+
+std::optional<URLRequest> redirectedRequest(const URLRequest &request, int statusCode,
+                                            const QUrl &target) {
+    if (target.isEmpty() || !target.isValid() || !keepsMethod(statusCode, request.method))
+        return std::nullopt;
+    URLRequest next = request;
+    next.url = request.url.resolved(target);
+    if (!sameOrigin(request.url, next.url))
+        return std::nullopt;
+    return next;
+}
+
+} // namespace KestrioKit

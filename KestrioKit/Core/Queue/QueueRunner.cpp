@@ -1,0 +1,230 @@
+#include "KestrioKit/Core/Queue/QueueRunner.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int firstClientError = 400;
+constexpr int firstServerError = 500;
+constexpr int lastServerError = 599;
+
+enum class Outcome { finished, retry, retryWhenEnabled };
+
+// A server error or a failure may pass; a request that the service refuses never will.
+Outcome outcome(const std::optional<HTTPURLResponse> &response, const std::optional<Error> &error) {
+    const int status = response ? response->statusCode : 0;
+    if (status >= firstServerError && status <= lastServerError)
+        return Outcome::retry;
+    const bool refused = status >= firstClientError && status < firstServerError;
+    if (refused || !error)
+        return Outcome::finished;
+    return isDisabledError(*error) ? Outcome::retryWhenEnabled : Outcome::retry;
+}
+
+void callCompletion(const QueueTask &task, const std::optional<HTTPURLResponse> &response,
+                    const std::optional<Error> &error) {
+    if (!task.completion)
+        return;
+    DispatchQueue::main().async(
+        [completion = task.completion, response, error] { completion(response, error); });
+}
+
+} // namespace
+
+QueueRunner::QueueRunner(std::weak_ptr<SubmissionSender> api, DispatchQueue runQueue,
+                         const Clock &clock, QString name, qsizetype queueLimit)
+    : m_runQueue(std::move(runQueue)),
+      m_api(std::move(api)),
+      m_name(std::move(name)),
+      m_queueLimit(queueLimit),
+      m_clock(clock) {}
+
+void QueueRunner::setIdentity(std::optional<qint64> visitorIdentifier,
+                              std::optional<QString> token) {
+    m_visitorIdentifier = visitorIdentifier;
+    m_visitorToken = std::move(token);
+}
+
+std::unique_ptr<const KestrioServiceRequests> QueueRunner::networkRequests() const {
+    const std::shared_ptr<SubmissionSender> sender = m_api.lock();
+    return sender ? sender->networkRequests().forVisitor(m_visitorIdentifier) : nullptr;
+}
+
+void QueueRunner::append(QList<QueueTask> tasks) {
+    if (tasks.isEmpty())
+        return;
+    m_runQueue.async([self = shared_from_this(), tasks = std::move(tasks)] { self->take(tasks); });
+}
+
+void QueueRunner::take(const QList<QueueTask> &tasks) {
+    if (tasks.isEmpty())
+        return;
+    for (const QueueTask &task : tasks)
+        m_queue.append(task);
+    const qsizetype dropped = m_queue.dropOldest(m_queueLimit);
+    if (const auto delegate = m_delegate.lock(); delegate && dropped > 0)
+        delegate->tasksDropped(dropped);
+    log(LogLevel::fine, u"Task appended. Total %1"_s.arg(m_queue.size()));
+    flush();
+}
+
+void QueueRunner::flush() {
+    m_runQueue.async([self = shared_from_this()] { self->runFlush(); });
+}
+
+void QueueRunner::clear() {
+    log(LogLevel::debug, u"Clearing. Discarding %1 tasks."_s.arg(m_queue.size()));
+    m_queue.clear();
+    for (const QueueTask &task : std::as_const(m_inFlight))
+        task.retryStrategy->invalidate();
+}
+
+QList<QueueableRequest> QueueRunner::recordsToPersist() const {
+    QList<QueueableRequest> inFlight;
+    for (const QueueTask &task : m_inFlight) {
+        // What was cleared must not come back from the file either.
+        if (task.retryStrategy->canRetry())
+            inFlight.append(task.request);
+    }
+    // No more than a later start would take: what is in the file is what will be sent. What is in
+    // flight is the oldest, and may have arrived.
+    const qsizetype room = m_queueLimit - m_queue.size();
+    return m_queue.requests() + inFlight.last(std::min(inFlight.size(), room));
+}
+
+bool QueueRunner::isIdle() const {
+    return m_inFlight.isEmpty() && m_queue.nextAttempt() > m_clock.now();
+}
+
+void QueueRunner::runFlush() {
+    if (!m_enabled)
+        return;
+    if (!m_inFlight.isEmpty()) {
+        m_again = true;
+        return;
+    }
+    const QList<QueueTask> ready = selectReadyTasks();
+    // There may be more than can be sent together.
+    m_again = m_queue.nextAttempt() <= m_clock.now();
+    scheduleNextRun();
+    if (ready.isEmpty()) {
+        log(LogLevel::fine, u"No tasks ready. Remaining in queue %1"_s.arg(m_queue.size()));
+        return;
+    }
+    log(LogLevel::info,
+        u"Attempting %1 tasks. Remaining in queue %2"_s.arg(ready.size()).arg(m_queue.size()));
+    performTasks(ready, [self = shared_from_this()](const auto &tasks, bool retry,
+                                                    const auto &response, const auto &error) {
+        self->finish(tasks, retry, response, error);
+    });
+}
+
+QList<QueueTask> QueueRunner::selectReadyTasks() {
+    m_inFlight = m_queue.takeReady(m_clock.now(), mostAtOnce());
+    return m_inFlight;
+}
+
+void QueueRunner::scheduleNextRun() {
+    m_runQueue.async([self = shared_from_this()] {
+        const DispatchTime next = self->m_queue.nextAttempt();
+        if (next == DispatchTime::distantFuture())
+            return;
+        self->schedule(next);
+        self->log(LogLevel::fine,
+                  u"Next scheduled run: %1. Remaining in queue: %2"_s.arg(printedForm(next))
+                      .arg(self->m_queue.size()));
+    });
+}
+
+void QueueRunner::schedule(DispatchTime nextRun) {
+    m_runQueue.async([self = shared_from_this(), nextRun] {
+        if (self->m_scheduledRun)
+            self->m_scheduledRun->cancel();
+        // Weakly held: a run far ahead must not keep the runner.
+        self->m_scheduledRun =
+            std::make_shared<DispatchWorkItem>([runner = self->weak_from_this()] {
+                if (const auto strong = runner.lock())
+                    strong->flush();
+            });
+        self->m_runQueue.asyncAfter(nextRun, self->m_scheduledRun);
+    });
+}
+
+void QueueRunner::send(const URLRequest &request, const QList<QueueTask> &tasks,
+                       const Finished &completion) {
+    const std::shared_ptr<SubmissionSender> sender = m_api.lock();
+    if (!sender)
+        return;
+    sender->sendSimpleRequest(
+        request, m_visitorToken,
+        [self = shared_from_this(), tasks, completion](const auto &response, const auto &error) {
+            const Outcome what = outcome(response, error);
+            if (what == Outcome::retryWhenEnabled)
+                self->m_enabled = false;
+            completion(tasks, what != Outcome::finished, response, error);
+        });
+}
+
+// In one block, so that a save from another thread finds each task in one of the lists.
+void QueueRunner::finish(const QList<QueueTask> &tasks, bool retryTasks,
+                         const std::optional<HTTPURLResponse> &response,
+                         const std::optional<Error> &error) {
+    m_runQueue.async([self = shared_from_this(), tasks, retryTasks, response, error] {
+        self->removeFromFlight(tasks);
+        if (retryTasks) {
+            self->retry(tasks, response, error);
+        } else {
+            for (const QueueTask &task : tasks)
+                callCompletion(task, response, error);
+        }
+        self->flushFinished();
+    });
+}
+
+void QueueRunner::removeFromFlight(const QList<QueueTask> &tasks) {
+    QSet<QString> finished;
+    for (const QueueTask &task : tasks)
+        finished.insert(task.id);
+    m_inFlight.removeIf([&finished](const QueueTask &task) { return finished.contains(task.id); });
+    if (m_inFlight.isEmpty() && m_again) {
+        m_again = false;
+        flush();
+    }
+}
+
+void QueueRunner::retry(const QList<QueueTask> &tasks,
+                        const std::optional<HTTPURLResponse> &response,
+                        const std::optional<Error> &error) {
+    QList<QueueTask> again;
+    for (const QueueTask &task : tasks) {
+        task.retryStrategy->failure();
+        if (task.retryStrategy->canRetry()) {
+            log(LogLevel::info, u"Re-enqueuing task"_s);
+            again.append(task);
+        } else {
+            callCompletion(task, response, error);
+        }
+    }
+    take(again);
+}
+
+void QueueRunner::flushFinished() {
+    log(LogLevel::info, u"Flush finished. Remaining in queue %1"_s.arg(m_queue.size()));
+    // Each save writes everything. While many wait, those that are sent together share one.
+    const bool manyWait = m_queue.size() > defaultQueueLimit;
+    const auto delegate = m_delegate.lock();
+    if (delegate && (m_inFlight.isEmpty() || !manyWait))
+        delegate->save();
+}
+
+void QueueRunner::log(LogLevel level, const QString &message) const {
+    KSLog(level, u"Queue %1. %2"_s.arg(m_name, message));
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,160 @@
+#include "KestrioKit/Core/Queue/StateFolder.h"
+
+#include "KestrioKit/Core/Platform/Storage.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QUuid>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView filename("SubmissionQueue");
+
+// Far beyond what records with long texts come to; a larger file is not one of ours.
+qint64 maximumSize(qsizetype queueLimit) {
+    constexpr qint64 base = 256 * 1024 * 1024;
+    constexpr qint64 kinds = 5;
+    constexpr qint64 sizeOfRecord = 8 * 1024;
+    return base + kinds * queueLimit * sizeOfRecord;
+}
+
+using Attempt = ProcessLock::Attempt;
+
+} // namespace
+
+/// What the file holds for the visitor.
+std::optional<PersistentQueue> StateFolder::read(const QString &path,
+                                                 std::optional<qint64> visitor) const {
+    const auto state = Storage::load<PersistentQueue>(path, maximumSize(m_queueLimit));
+    const bool isOurs = state && state->version == PersistentQueue::currentVersion &&
+                        state->visitorIdentifier == visitor;
+    return isOurs ? state : std::nullopt;
+}
+
+StateFolder::Found StateFolder::load(std::optional<qint64> visitor) {
+    const std::optional<QString> url = Storage::localLibraryURL(filename);
+    if (!url)
+        return {};
+    const QFileInfo file(*url);
+    m_main.emplace(file.path() + u'/' + file.completeBaseName());
+    // Where no lock can be made nothing can be stored either, but what is there can be sent.
+    m_owns = lock(*m_main, true) != Attempt::refused;
+    Found found{.states = {}, .owns = m_owns};
+    if (!m_owns)
+        return found;
+    if (const auto state = read(m_main->path, visitor))
+        found.states.append({*state, {}});
+    found.states += leftStates(visitor, true);
+    return found;
+}
+
+StateFolder::Found StateFolder::search(std::optional<qint64> visitor) {
+    if (!m_main)
+        return {};
+    if (!keepsOwning())
+        takeOver();
+    return {.states = m_owns ? leftStates(visitor, false) : QList<LeftState>(), .owns = m_owns};
+}
+
+bool StateFolder::store(const PersistentQueue &state) {
+    if (!m_main)
+        return false;
+    if (keepsOwning()) {
+        if (!Storage::store(std::optional(state), m_main->path))
+            return false;
+        removeSideFile();
+        return true;
+    }
+    if (!state.hasMessages()) {
+        removeSideFile();
+        return true;
+    }
+    if (!m_side)
+        m_side.emplace(newBase());
+    return lock(*m_side, false) == Attempt::held &&
+           Storage::store(std::optional(state), m_side->path);
+}
+
+void StateFolder::clear() {
+    removeSideFile();
+    if (!m_main || !keepsOwning())
+        return;
+    QFile::remove(m_main->path);
+    for (const auto &file : leftFiles(false))
+        QFile::remove(file->path);
+}
+
+QString StateFolder::newBase() const {
+    return QFileInfo(m_main->path).path() + u'/' + filename + u'-' +
+           QUuid::createUuid().toString(QUuid::Id128);
+}
+
+// The lock may have gone with the folder, and another process may have it by now.
+bool StateFolder::keepsOwning() {
+    m_owns = m_owns && lock(*m_main, false) != Attempt::refused;
+    return m_owns;
+}
+
+// What the last owner has stored may belong to another visitor, who may come back. It becomes one
+// of the files that processes leave.
+void StateFolder::takeOver() {
+    if (lock(*m_main, false) != Attempt::held)
+        return;
+    const QString path = m_main->path;
+    m_owns = !QFile::exists(path) || QFile::rename(path, newBase() + u".json"_s);
+    if (!m_owns)
+        m_main.emplace(path.chopped(".json"_L1.size()));
+}
+
+ProcessLock::Attempt StateFolder::lock(LockedStateFile &file, bool thorough) const {
+    const Attempt attempt = file.lock.tryLock(thorough);
+    if (attempt != Attempt::failed)
+        return attempt;
+    // Somebody may have tidied up under the running program.
+    Storage::createLibraryFolder();
+    return file.lock.tryLock(thorough);
+}
+
+/// The files whose processes have ended, oldest first, with their locks held.
+QList<std::shared_ptr<LockedStateFile>> StateFolder::leftFiles(bool thorough) const {
+    static const QRegularExpression side(u"\\ASubmissionQueue-[0-9a-f]{32}\\z"_s);
+    const QDir folder = QFileInfo(m_main->path).dir();
+    QStringList bases;
+    for (const QFileInfo &file : folder.entryInfoList({u"*.json"_s, u"*.lock"_s}, QDir::Files,
+                                                      QDir::Time | QDir::Reversed)) {
+        if (side.match(file.completeBaseName()).hasMatch())
+            bases.append(folder.filePath(file.completeBaseName()));
+    }
+    bases.removeDuplicates();
+    QList<std::shared_ptr<LockedStateFile>> files;
+    for (const QString &base : std::as_const(bases)) {
+        const auto file = std::make_shared<LockedStateFile>(base);
+        const bool isOwn = m_side && m_side->path == file->path;
+        if (!isOwn && file->lock.tryLock(thorough) == Attempt::held)
+            files.append(file);
+    }
+    return files;
+}
+
+QList<LeftState> StateFolder::leftStates(std::optional<qint64> visitor, bool isStart) const {
+    QList<LeftState> states;
+    for (const auto &file : leftFiles(isStart)) {
+        if (const auto state = read(file->path, visitor))
+            states.append({*state, file});
+        else if (isStart && Storage::isOld(QFileInfo(file->path)))
+            QFile::remove(file->path);
+    }
+    return states;
+}
+
+void StateFolder::removeSideFile() {
+    if (m_side)
+        QFile::remove(m_side->path);
+    m_side.reset();
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,348 @@
+#include "KestrioKit/Core/Queue/SubmissionQueue.h"
+
+#include "KestrioKit/Core/Platform/Logging.h"
+#include "KestrioKit/Core/Platform/Storage.h"
+
+#include <algorithm>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The payloads of one kind among a runner's records.
+template <typename Body>
+QList<Body> payloads(const QueueRunner &runner) {
+    QList<Body> bodies;
+    QList<QueueableRequest> requests = runner.recordsToPersist();
+    bodies.reserve(requests.size());
+    for (QueueableRequest &request : requests) {
+        if (Body *const body = std::get_if<Body>(&request))
+            bodies.append(std::move(*body));
+    }
+    return bodies;
+}
+
+template <typename Body>
+void restoreTasks(QueueRunner &runner, const QList<Body> &bodies, const Clock &clock) {
+    QList<QueueTask> tasks;
+    tasks.reserve(bodies.size());
+    for (const Body &body : bodies)
+        tasks.append(makeQueueTask(body, clock));
+    runner.take(tasks);
+}
+
+} // namespace
+
+std::shared_ptr<SubmissionQueue> SubmissionQueue::make(std::weak_ptr<SubmissionSender> api,
+                                                       const LibraryContext &context,
+                                                       qsizetype queueLimit) {
+    std::shared_ptr<SubmissionQueue> queue(
+        new SubmissionQueue(std::move(api), context, queueLimit));
+    queue->start();
+    return queue;
+}
+
+SubmissionQueue::SubmissionQueue(std::weak_ptr<SubmissionSender> api, const LibraryContext &context,
+                                 qsizetype queueLimit)
+    : m_clock(context.clock),
+      m_makeFlagsSource(context.makeFlagsSource),
+      m_executor(context.executor),
+      m_api(std::move(api)),
+      m_queue(u"KestrioSubmissionQueue"_s, context.executor),
+      m_queueLimit(queueLimit),
+      m_droppedRecords(std::make_shared<DroppedRecords>(m_queue, m_clock, queueLimit)),
+      m_stateFile(context.fileExecutor, queueLimit),
+      m_promptSaves(m_queue, context.clock),
+      m_eventsQueue(std::make_shared<BatchRecordQueueRunner>(m_api, m_queue, m_clock, u"EVENTS"_s,
+                                                             queueLimit)),
+      m_surveysQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock,
+                                                               u"SURVEYS"_s, queueLimit)),
+      m_errorsQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"ERRORS"_s,
+                                                              queueLimit)),
+      m_historyQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock,
+                                                               u"HISTORY"_s, queueLimit)),
+      m_attributesQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock,
+                                                                  u"ATTRIBUTES"_s, queueLimit)),
+      m_allQueues{m_eventsQueue, m_surveysQueue, m_errorsQueue, m_historyQueue, m_attributesQueue} {
+}
+
+SubmissionQueue::~SubmissionQueue() {
+    if (m_reachability)
+        m_reachability->stopNotifier();
+}
+
+void SubmissionQueue::start() {
+    for (const auto &runner : m_allQueues)
+        runner->setDelegate(weak_from_this());
+    configureReachability();
+    if (const auto sender = m_api.lock())
+        setIdentity(sender->visitorIdentifier(), sender->authorizationToken());
+    // The first block: requests appended meanwhile come behind the stored ones, and changes of the
+    // network after what it was at first. A large file does not hold up the calling thread.
+    m_queue.async([self = shared_from_this()] {
+        self->enableRunners();
+        self->loadState();
+        Storage::removeLeftovers();
+    });
+    // A save that came before the first block would store an empty state over the one to load.
+    observeApplication();
+}
+
+void SubmissionQueue::observeApplication() {
+    using Event = ApplicationLifecycle::Event;
+    const Block saveIfAlive = [weak = weak_from_this()] {
+        if (const auto self = weak.lock())
+            self->saveState(AfterSave::rest);
+    };
+    ApplicationLifecycle &lifecycle = ApplicationLifecycle::shared();
+    m_lastSaveObserver = lifecycle.observe(Event::lastSave, [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->m_queue.async([dropped = self->m_droppedRecords] { dropped->print(); });
+            self->saveState(AfterSave::rest);
+        }
+    });
+    m_willResignActiveObserver = lifecycle.observe(Event::willResignActive, saveIfAlive);
+}
+
+void SubmissionQueue::appendRequest(QueueTask task) {
+    if (m_disableNetworkAccess)
+        return;
+    const std::shared_ptr<QueueRunner> &target = runner(task.request);
+    if (m_promptSaves.enabled())
+        appendAndSave(target, std::move(task));
+    else
+        target->append(std::move(task));
+    if (!std::ranges::all_of(m_allQueues, &QueueRunner::enabled,
+                             &std::shared_ptr<QueueRunner>::get))
+        resume();
+}
+
+// In the block that appends: the caller pays no more than without.
+void SubmissionQueue::appendAndSave(const std::shared_ptr<QueueRunner> &target, QueueTask task) {
+    m_queue.async([self = shared_from_this(), target, task = std::move(task)] {
+        target->take({task});
+        self->m_promptSaves.request([weak = self->weak_from_this()] {
+            if (const auto strong = weak.lock())
+                strong->saveState(AfterSave::rest);
+        });
+    });
+}
+
+void SubmissionQueue::appendRequest(QueueableRequest request) {
+    appendRequest(makeQueueTask(std::move(request), m_clock));
+}
+
+const std::shared_ptr<QueueRunner> &SubmissionQueue::runner(const QueueableRequest &request) const {
+    struct Routing {
+        const SubmissionQueue &queue;
+        auto &operator()(const Request::TrackEvent &) const { return queue.m_eventsQueue; }
+        auto &operator()(const Request::SurveyResponse &) const { return queue.m_surveysQueue; }
+        auto &operator()(const Request::RecordError &) const { return queue.m_errorsQueue; }
+        auto &operator()(const Request::SurveyEvent &) const { return queue.m_historyQueue; }
+        auto &operator()(const Request::UpdateAttribute &) const { return queue.m_attributesQueue; }
+        auto &operator()(const Request::UpdateAttributes &) const {
+            return queue.m_attributesQueue;
+        }
+        auto &operator()(const Request::RemoveAttributes &) const {
+            return queue.m_attributesQueue;
+        }
+    };
+    return std::visit(Routing{*this}, request);
+}
+
+// In one block: what is appended from now on is the new visitor's, and neither a save nor a send
+// mixes the two.
+void SubmissionQueue::updateAuth(std::optional<qint64> visitorIdentifier,
+                                 std::optional<QString> token) {
+    m_queue.async([self = shared_from_this(), visitorIdentifier, token = std::move(token)] {
+        if (visitorIdentifier != self->m_visitorIdentifier)
+            self->clear();
+        self->setIdentity(visitorIdentifier, token);
+    });
+}
+
+void SubmissionQueue::setIdentity(std::optional<qint64> visitorIdentifier,
+                                  std::optional<QString> token) {
+    m_visitorIdentifier = visitorIdentifier;
+    m_visitorToken = std::move(token);
+    for (const auto &runner : m_allQueues)
+        runner->setIdentity(m_visitorIdentifier, m_visitorToken);
+}
+
+void SubmissionQueue::save() {
+    saveState(AfterSave::search);
+}
+
+void SubmissionQueue::saveState(AfterSave next) {
+    ++m_savesWaiting;
+    m_queue.async([self = shared_from_this(), next,
+                   task = ApplicationLifecycle::shared().beginBackgroundTask()] {
+        // The last of several that wait finds what the others would have, and more.
+        if (--self->m_savesWaiting > 0)
+            return;
+        self->m_promptSaves.saved();
+        self->m_stateFile.store(self->currentState(), task);
+        if (next == AfterSave::search)
+            self->searchAfterSave();
+    });
+}
+
+PersistentQueue SubmissionQueue::currentState() const {
+    return {.visitorIdentifier = m_visitorIdentifier,
+            .visitorToken = m_visitorToken,
+            .events = payloads<Request::TrackEvent>(*m_eventsQueue),
+            .surveys = payloads<Request::SurveyResponse>(*m_surveysQueue),
+            .errors = payloads<Request::RecordError>(*m_errorsQueue),
+            .history = payloads<Request::SurveyEvent>(*m_historyQueue),
+            .attributes = payloads<Request::UpdateAttribute>(*m_attributesQueue)};
+}
+
+void SubmissionQueue::clear() {
+    for (const auto &runner : m_allQueues)
+        runner->clear();
+    m_stateFile.remove();
+}
+
+void SubmissionQueue::reportIdle(std::function<void(bool idle)> report) {
+    m_queue.async([self = shared_from_this(), report = std::move(report)] {
+        report(std::all_of(self->m_allQueues.begin(), self->m_allQueues.end(),
+                           [](const auto &runner) { return runner->isIdle(); }));
+    });
+}
+
+// Nobody tells when the service is enabled again, after a second configuration say.
+void SubmissionQueue::resume() {
+    m_queue.async([self = shared_from_this()] {
+        self->enableRunners();
+        self->flushAll();
+    });
+}
+
+void SubmissionQueue::enableRunners() {
+    const bool reachable =
+        m_reachability && m_reachability->connection() != Reachability::Connection::unavailable;
+    enableAll(reachable && serviceEnabled());
+}
+
+void SubmissionQueue::loadState() {
+    adopt(m_stateFile.load(m_visitorIdentifier));
+}
+
+// The owner need not look unless something happens anyway: an idle process does not wake up for it.
+void SubmissionQueue::searchAfterSave() {
+    if (m_searchesAfterSaves && m_clock.now() >= m_nextSearch)
+        search();
+}
+
+void SubmissionQueue::searchLater() {
+    m_queue.asyncAfter(m_nextSearch, std::make_shared<DispatchWorkItem>([weak = weak_from_this()] {
+                           if (const auto self = weak.lock())
+                               self->search();
+                       }));
+}
+
+void SubmissionQueue::search() {
+    m_nextSearch = DispatchTime::distantFuture();
+    m_stateFile.search(m_visitorIdentifier, [weak = weak_from_this()](const auto &found) {
+        if (const auto self = weak.lock())
+            self->m_queue.async([self, found] { self->adopt(found); });
+    });
+}
+
+void SubmissionQueue::adopt(const StateFolder::Found &found) {
+    StateFile::LeftFiles taken;
+    bool isAll = true;
+    for (const auto &[state, file] : found.states) {
+        // The process's own file always counts. Another's waits until nothing is dropped for it.
+        const bool fits = !file || state.fitsBeside(currentState(), m_queueLimit);
+        isAll = isAll && fits;
+        if (!fits)
+            continue;
+        // What belonged to a visitor who has gone meanwhile has gone, too.
+        if (state.visitorIdentifier == m_visitorIdentifier)
+            restore(state);
+        if (file)
+            taken.append(file);
+    }
+    if (!taken.isEmpty())
+        m_stateFile.store(currentState(), nullptr, taken);
+    m_nextSearch = m_clock.now() + double(searchInterval.count());
+    m_searchesAfterSaves = found.owns && isAll;
+    if (!m_searchesAfterSaves)
+        searchLater();
+}
+
+void SubmissionQueue::restore(const PersistentQueue &state) {
+    restoreTasks(*m_eventsQueue, state.events, m_clock);
+    restoreTasks(*m_surveysQueue, state.surveys, m_clock);
+    restoreTasks(*m_errorsQueue, state.errors, m_clock);
+    restoreTasks(*m_historyQueue, state.history, m_clock);
+    restoreTasks(*m_attributesQueue, state.attributes, m_clock);
+    if (state.hasMessages())
+        flushAll();
+}
+
+void SubmissionQueue::configureReachability() {
+    const auto sender = m_api.lock();
+    if (!sender)
+        return;
+    const Reachability::Creation creation = Reachability::create(
+        m_makeFlagsSource(sender->networkRequests().host()), m_executor, &DispatchQueue::main());
+    if (const auto *const error = std::get_if<ReachabilityError>(&creation)) {
+        report(*error);
+        return;
+    }
+    m_reachability = std::get<std::shared_ptr<Reachability>>(creation);
+    const auto onChange = [weak = weak_from_this()](void (SubmissionQueue::*change)()) {
+        return [weak, change](Reachability &) {
+            if (const auto self = weak.lock())
+                (*self.*change)();
+        };
+    };
+    m_reachability->setWhenReachable(onChange(&SubmissionQueue::networkReachable));
+    m_reachability->setWhenUnreachable(onChange(&SubmissionQueue::networkUnreachable));
+    if (const auto error = m_reachability->startNotifier())
+        report(*error);
+}
+
+// Later, since the sender that takes the error is still making this queue.
+void SubmissionQueue::report(const ReachabilityError &error) {
+    m_queue.async([api = m_api, error] {
+        if (const auto sender = api.lock())
+            sender->handleError(error.toError());
+    });
+}
+
+void SubmissionQueue::networkReachable() {
+    m_queue.async([self = shared_from_this()] {
+        KSLog(LogLevel::info, "[SubmissionQueue] Reachable = true. Enabling queues");
+        self->enableAll(self->serviceEnabled());
+        self->flushAll();
+    });
+}
+
+void SubmissionQueue::networkUnreachable() {
+    m_queue.async([self = shared_from_this()] {
+        KSLog(LogLevel::info, "[SubmissionQueue] Reachable = false. Disabling queues");
+        self->enableAll(false);
+    });
+}
+
+bool SubmissionQueue::serviceEnabled() const {
+    const auto sender = m_api.lock();
+    return sender && !sender->disabledError();
+}
+
+void SubmissionQueue::enableAll(bool enabled) {
+    for (const auto &runner : m_allQueues)
+        runner->setEnabled(enabled);
+}
+
+void SubmissionQueue::flushAll() {
+    for (const auto &runner : m_allQueues)
+        runner->flush();
+}
+
+} // namespace KestrioKit

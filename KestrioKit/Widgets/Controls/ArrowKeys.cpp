@@ -1,0 +1,65 @@
+#include "KestrioKit/Widgets/Controls/ArrowKeys.h"
+
+#include <QKeyEvent>
+#include <QWidget>
+
+namespace KestrioKit {
+
+ArrowKeys::ArrowKeys(QList<QWidget *> controls, TabStops tabStops, QObject *parent)
+    : QObject(parent), m_controls(std::move(controls)), m_tabStops(tabStops) {
+    for (QWidget *const control : m_controls)
+        control->installEventFilter(this);
+    if (!m_controls.isEmpty())
+        makeTabStop(m_controls.first());
+}
+
+void ArrowKeys::makeTabStop(const QObject *control) {
+    if (m_tabStops == TabStops::each)
+        return;
+    for (QWidget *const known : m_controls)
+        known->setFocusPolicy(known == control ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
+bool ArrowKeys::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::FocusIn)
+        makeTabStop(watched);
+    if (event->type() != QEvent::KeyPress)
+        return QObject::eventFilter(watched, event);
+    return moveFocus(qobject_cast<QWidget *>(watched), static_cast<QKeyEvent *>(event)->key());
+}
+
+bool ArrowKeys::moveFocus(const QWidget *from, int key) {
+    const bool isMirrored = from->layoutDirection() == Qt::RightToLeft;
+    const qsizetype position = m_controls.indexOf(from);
+    const qsizetype last = m_controls.size() - 1;
+    qsizetype target = 0;
+    switch (key) {
+    case Qt::Key_Home:
+        break;
+    case Qt::Key_End:
+        target = last;
+        break;
+    case Qt::Key_Up:
+        target = position - 1;
+        break;
+    case Qt::Key_Down:
+        target = position + 1;
+        break;
+    case Qt::Key_Left:
+        target = isMirrored ? position + 1 : position - 1;
+        break;
+    case Qt::Key_Right:
+        target = isMirrored ? position - 1 : position + 1;
+        break;
+    default:
+        return false;
+    }
+    target = qBound(qsizetype(0), target, last);
+    // Beyond the ends the page scrolls.
+    if (target == position)
+        return false;
+    m_controls[target]->setFocus(Qt::TabFocusReason);
+    return true;
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,68 @@
+#include "KestrioKit/Widgets/Controls/PageControl.h"
+
+#include "KestrioKit/Widgets/Controls/AccessibleRole.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace KestrioKit {
+
+namespace {
+
+namespace Constant {
+constexpr int height = 26;
+constexpr qreal dotSize = 7;
+/// Of a dot beyond which there are more.
+constexpr qreal edgeDotSize = 4;
+/// From the middle of a dot to that of the next.
+constexpr int pitch = 16;
+} // namespace Constant
+
+} // namespace
+
+PageControl::PageControl(int numberOfPages, const QColor &pageIndicatorTintColor,
+                         const QColor &currentPageIndicatorTintColor)
+    : m_numberOfPages(numberOfPages),
+      m_pageIndicatorTintColor(pageIndicatorTintColor),
+      m_currentPageIndicatorTintColor(currentPageIndicatorTintColor) {
+    // Without a value, of which a screen reader would make a percentage.
+    setAccessibleRole(this, QAccessible::ProgressBar);
+    describe();
+}
+
+void PageControl::setCurrentPage(int page) {
+    m_currentPage = std::clamp(page, 0, std::max(m_numberOfPages - 1, 0));
+    describe();
+    update();
+}
+
+void PageControl::describe() {
+    setAccessibleName(positionText(m_currentPage + 1, m_numberOfPages));
+}
+
+QSize PageControl::sizeHint() const {
+    return {m_numberOfPages * Constant::pitch, Constant::height};
+}
+
+void PageControl::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    const int shown = std::min(m_numberOfPages, width() / Constant::pitch);
+    const int first = std::clamp(m_currentPage - shown / 2, 0, m_numberOfPages - shown);
+    const qreal margin = (width() - shown * Constant::pitch) / 2.0;
+    const bool isMirrored = layoutDirection() == Qt::RightToLeft;
+    for (int place = 0; place < shown; ++place) {
+        const int page = first + (isMirrored ? shown - 1 - place : place);
+        painter.setBrush(page == m_currentPage ? m_currentPageIndicatorTintColor
+                                               : m_pageIndicatorTintColor);
+        const QPointF middle(margin + (place + 0.5) * Constant::pitch, height() / 2.0);
+        const bool isEdge = (page == first && first > 0) ||
+                            (page == first + shown - 1 && page < m_numberOfPages - 1);
+        const qreal radius = (isEdge ? Constant::edgeDotSize : Constant::dotSize) / 2;
+        painter.drawEllipse(middle, radius, radius);
+    }
+}
+
+} // namespace KestrioKit

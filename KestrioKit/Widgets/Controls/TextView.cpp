@@ -1,0 +1,144 @@
+#include "KestrioKit/Widgets/Controls/TextView.h"
+
+#include "KestrioKit/Widgets/Drawing/Drawing.h"
+#include "KestrioKit/Widgets/Drawing/Fonts.h"
+#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
+#include "KestrioKit/Widgets/Drawing/OwnLook.h"
+
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int focusedBorderWidth = 2;
+
+QString ownStyleSheet(const QColor &themeColor, int height) {
+    return u"QWidget { %1 }"
+           "QTextEdit { min-height: %2px; max-height: %2px; color: %3;"
+           " selection-background-color: %4; selection-color: white; }"
+           "QScrollBar:vertical { margin: 3px; width: 10px; }"
+           "QScrollBar::handle:vertical { %1 background: %5; border-radius: 2px;"
+           " min-height: 16px; }"
+           "QScrollBar::add-line, QScrollBar::sub-line, QScrollBar::add-page, QScrollBar::sub-page"
+           " { background: none; border: none; height: 0; }"_s.arg(undoingDeclarations())
+               .arg(height)
+               .arg(KestrioUI::Color::text().name(), themeColor.name(),
+                    KestrioUI::Color::inactive().name());
+}
+
+QString menuStyleSheet(const QColor &themeColor, const QFont &font) {
+    return u"QMenu, QMenu::item, QMenu::separator { %1 }"
+           "QMenu { background: white; border: 1px solid %2; color: %3; font: %4px \"%5\"; }"
+           "QMenu::item { color: %3; padding: 6px 24px; }"
+           "QMenu::item:selected { background: %6; color: white; }"
+           "QMenu::item:disabled { background: none; color: %2; }"
+           "QMenu::separator { background: %2; height: 1px; margin: 4px 0; }"_s
+               .arg(undoingDeclarations(), KestrioUI::Color::inactive().name(),
+                    KestrioUI::Color::text().name())
+               .arg(font.pixelSize())
+               .arg(font.family(), themeColor.name());
+}
+
+} // namespace
+
+TextView::TextView(const QColor &themeColor, int inset, int height)
+    : m_themeColor(themeColor), m_font(preferredFont(TextStyle::body)), m_caret(*this, themeColor) {
+    setStyle(ownStyle());
+    setStyleSheet(ownStyleSheet(themeColor, height));
+    setFont(m_font);
+    setFixedHeight(height);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setAcceptRichText(false);
+    setTabChangesFocus(true);
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    // What scrolls stays within the border.
+    setViewportMargins(focusedBorderWidth, focusedBorderWidth, focusedBorderWidth,
+                       focusedBorderWidth);
+    document()->setDocumentMargin(inset - focusedBorderWidth);
+    viewport()->setAutoFillBackground(false);
+    // The margin counts as an edit.
+    document()->clearUndoRedoStacks();
+}
+
+// Unlike the base's plain text it keeps spaces that do not break.
+QString TextView::typedText() const {
+    QString text = document()->toRawText();
+    text.replace(QChar::ParagraphSeparator, u'\n');
+    text.replace(QChar::LineSeparator, u'\n');
+    return text;
+}
+
+bool TextView::isShowingText() const {
+    return !document()->isEmpty() ||
+           !document()->firstBlock().layout()->preeditAreaText().isEmpty();
+}
+
+bool TextView::event(QEvent *event) {
+    if (event->type() != QEvent::Paint)
+        return QTextEdit::event(event);
+    drawFrame();
+    return true;
+}
+
+void TextView::drawFrame() {
+    constexpr int radius = KestrioUI::CornerRadius::r3;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    painter.drawRoundedRect(sharpRect(painter, rect()), radius, radius);
+    drawRoundedBorder(painter, rect(), radius,
+                      hasFocus() ? focusedBorderWidth : KestrioUI::BorderWidth::b1, m_themeColor);
+}
+
+// What is written decides where it begins, but nothing is written at first.
+void TextView::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::LayoutDirectionChange) {
+        QTextOption option = document()->defaultTextOption();
+        option.setTextDirection(layoutDirection() == Qt::RightToLeft ? Qt::RightToLeft
+                                                                     : Qt::LayoutDirectionAuto);
+        document()->setDefaultTextOption(option);
+    }
+    QTextEdit::changeEvent(event);
+    // The base takes over what a host's font or style sheet adds to the widget's font.
+    if (document()->defaultFont() != m_font)
+        document()->setDefaultFont(m_font);
+}
+
+// The base's menu would take the field's own style sheet, and show nothing of what is on it.
+void TextView::contextMenuEvent(QContextMenuEvent *event) {
+    QMenu *const menu = createStandardContextMenu(event->pos());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setStyleSheet(menuStyleSheet(m_themeColor, m_font));
+    menu->popup(event->globalPos());
+}
+
+// One painter at a time: the base has its own.
+void TextView::paintEvent(QPaintEvent *event) {
+    QTextEdit::paintEvent(event);
+    QPainter painter(viewport());
+    m_caret.draw(painter);
+}
+
+void TextView::focusInEvent(QFocusEvent *event) {
+    QTextEdit::focusInEvent(event);
+    m_caret.restart();
+    update();
+}
+
+void TextView::focusOutEvent(QFocusEvent *event) {
+    QTextEdit::focusOutEvent(event);
+    m_caret.stop();
+    update();
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,60 @@
+#include "KestrioKit/Widgets/Drawing/Drawing.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace KestrioKit {
+
+namespace {
+
+constexpr qreal focusRingInset = 3;
+constexpr qreal focusRingWidth = 2;
+
+} // namespace
+
+qreal sharpWidth(const QPainter &painter, qreal width) {
+    const qreal ratio = painter.device()->devicePixelRatio();
+    return std::max<qreal>(qRound(width * ratio), 1) / ratio;
+}
+
+QRectF sharpRect(const QPainter &painter, const QRectF &rect) {
+    const QTransform toDevice = painter.deviceTransform();
+    const QRectF pixels = toDevice.mapRect(rect);
+    const QPointF topLeft(std::ceil(pixels.left()), std::ceil(pixels.top()));
+    const QPointF bottomRight(std::floor(pixels.right()), std::floor(pixels.bottom()));
+    return toDevice.inverted().mapRect(QRectF(topLeft, bottomRight));
+}
+
+void drawRoundedBorder(QPainter &painter, const QRectF &rect, qreal radius, qreal width,
+                       const QColor &color) {
+    const qreal pen = sharpWidth(painter, width);
+    const qreal inset = pen / 2;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(color, pen));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(sharpRect(painter, rect).adjusted(inset, inset, -inset, -inset),
+                            radius - inset, radius - inset);
+}
+
+void drawStrokes(QPainter &painter, std::initializer_list<QPointF> points, qreal width,
+                 const QColor &color) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+    painter.drawPolyline(std::data(points), int(points.size()));
+}
+
+void drawFocusRing(QPainter &painter, const QRectF &rect, qreal radius, const QColor &color) {
+    constexpr qreal inset = focusRingInset;
+    drawRoundedBorder(painter, rect.adjusted(inset, inset, -inset, -inset), radius, focusRingWidth,
+                      color);
+}
+
+QPixmap imageFromColor(const QColor &color, const QSize &size) {
+    QPixmap image(size);
+    image.fill(color);
+    return image;
+}
+
+} // namespace KestrioKit

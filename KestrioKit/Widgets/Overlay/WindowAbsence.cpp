@@ -1,0 +1,41 @@
+#include "KestrioKit/Widgets/Overlay/WindowAbsence.h"
+
+#include <QEvent>
+
+namespace KestrioKit {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto patience = 2s;
+
+} // namespace
+
+WindowAbsence::WindowAbsence(QObject *parent) : QObject(parent) {
+    m_timer.setSingleShot(true);
+    m_timer.setInterval(patience);
+    connect(&m_timer, &QTimer::timeout, this, &WindowAbsence::lasted);
+}
+
+void WindowAbsence::watch(QWidget *window) {
+    if (m_window)
+        m_window->removeEventFilter(this);
+    m_timer.stop();
+    m_window = window;
+    if (m_window)
+        m_window->installEventFilter(this);
+}
+
+bool WindowAbsence::eventFilter(QObject *watched, QEvent *event) {
+    // Minimized, or on another desktop, a window is hidden by the system, and not gone.
+    if (event->type() == QEvent::Hide && !event->spontaneous()) {
+        m_timer.start();
+    } else if (event->type() == QEvent::Show && m_timer.isActive()) {
+        m_timer.stop();
+        Q_EMIT ended();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace KestrioKit

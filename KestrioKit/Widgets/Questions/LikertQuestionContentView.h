@@ -1,0 +1,16 @@
+#pragma once
+
+#include "KestrioKit/Widgets/Questions/ScaleQuestionContentView.h"
+
+namespace KestrioKit {
+
+/// A scale from 1 to 5.
+class LikertQuestionContentView final : public ScaleQuestionContentView {
+    Q_OBJECT
+
+public:
+    LikertQuestionContentView(const Details &questionDetails, const QColor &themeColor,
+                              bool isLastQuestion);
+};
+
+} // namespace KestrioKit

@@ -1,0 +1,71 @@
+#include "KestrioKit/Widgets/Questions/MultiSelectQuestionContentView.h"
+
+#include "KestrioKit/Widgets/Controls/ActionButton.h"
+#include "KestrioKit/Widgets/Controls/ArrowKeys.h"
+#include "KestrioKit/Widgets/Controls/CheckboxButton.h"
+#include "KestrioKit/Widgets/Controls/LeadingStack.h"
+#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
+
+#include <QBoxLayout>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+namespace Constant {
+constexpr auto actionButtonIdentifier = "Multi-select submit button"_L1;
+} // namespace Constant
+
+} // namespace
+
+MultiSelectQuestionContentView::MultiSelectQuestionContentView(const Details &questionDetails,
+                                                               const QColor &themeColor,
+                                                               bool isLastQuestion)
+    : QuestionContentContainer(questionDetails, themeColor, isLastQuestion) {
+    QLayout *const buttonsStackView = makeColumn();
+    m_actionButton = new ActionButton(actionTitle(), themeColor);
+    m_actionButton->setObjectName(Constant::actionButtonIdentifier);
+    connect(m_actionButton, &QAbstractButton::clicked, this,
+            &MultiSelectQuestionContentView::actionButtonTapped);
+
+    auto *const stackView = new LeadingStack(KestrioUI::Padding::regular);
+    setLayout(stackView);
+    stackView->addLayout(buttonsStackView);
+    stackView->addWidget(m_actionButton);
+}
+
+QLayout *MultiSelectQuestionContentView::makeColumn() {
+    auto *const column = new QVBoxLayout;
+    column->setContentsMargins({});
+    column->setSpacing(KestrioUI::Padding::tiny);
+    for (const Option &option : questionDetails().options.value_or(QList<Option>())) {
+        auto *const button = new CheckboxButton(option.label, themeColor());
+        connect(button, &QAbstractButton::clicked, button, &CheckboxButton::toggleAnimated);
+        column->addWidget(button);
+        m_checkboxButtons.append(button);
+    }
+    new ArrowKeys(QList<QWidget *>(m_checkboxButtons.begin(), m_checkboxButtons.end()),
+                  ArrowKeys::TabStops::each, this);
+    return column;
+}
+
+QWidget *MultiSelectQuestionContentView::firstControl() const {
+    if (m_checkboxButtons.isEmpty())
+        return m_actionButton;
+    return m_checkboxButtons.first();
+}
+
+void MultiSelectQuestionContentView::actionButtonTapped() const {
+    const QList<Option> options = questionDetails().options.value_or(QList<Option>());
+    CodableDynamicType::DictBoolValue selected;
+    for (qsizetype position = 0; position < m_checkboxButtons.size(); ++position) {
+        const std::optional<qint64> id = options[position].id;
+        if (m_checkboxButtons[position]->isChecked() && id)
+            selected.insert(QString::number(*id), true);
+    }
+    finish(CodableDynamicType::dictBoolValue(selected));
+}
+
+} // namespace KestrioKit

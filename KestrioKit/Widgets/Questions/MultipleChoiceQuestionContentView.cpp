@@ -1,0 +1,59 @@
+#include "KestrioKit/Widgets/Questions/MultipleChoiceQuestionContentView.h"
+
+#include "KestrioKit/Widgets/Controls/AccessibleRole.h"
+#include "KestrioKit/Widgets/Controls/ArrowKeys.h"
+#include "KestrioKit/Widgets/Controls/ThemedButton.h"
+#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
+
+#include <QBoxLayout>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+namespace Constant {
+constexpr QMargins buttonInsets(14, 12, 14, 12);
+constexpr auto identifierPrefix = "Multi-choice option: "_L1;
+} // namespace Constant
+
+} // namespace
+
+MultipleChoiceQuestionContentView::MultipleChoiceQuestionContentView(const Details &questionDetails,
+                                                                     const QColor &themeColor,
+                                                                     bool isLastQuestion)
+    : QuestionContentContainer(questionDetails, themeColor, isLastQuestion) {
+    auto *const stackView = new QVBoxLayout(this);
+    stackView->setContentsMargins({});
+    stackView->setSpacing(KestrioUI::Padding::tiny);
+    for (const Option &option : questionDetails.options.value_or(QList<Option>()))
+        addButton(option);
+    setRadioGroup(m_buttons);
+    new ArrowKeys(m_buttons, ArrowKeys::TabStops::one, this);
+}
+
+void MultipleChoiceQuestionContentView::addButton(const Option &option) {
+    auto *const button =
+        new ThemedButton(option.label, {.insets = Constant::buttonInsets,
+                                        .alignment = Qt::AlignLeft,
+                                        .cornerRadius = KestrioUI::CornerRadius::r3,
+                                        .borderWidth = KestrioUI::BorderWidth::b1});
+    button->setThemeColor(themeColor());
+    button->setObjectName(Constant::identifierPrefix + option.label);
+    connect(button, &QAbstractButton::clicked, this, [this, option] { buttonTapped(option); });
+    layout()->addWidget(button);
+    m_buttons.append(button);
+}
+
+QWidget *MultipleChoiceQuestionContentView::firstControl() const {
+    return m_buttons.isEmpty() ? nullptr : m_buttons.first();
+}
+
+// Without an id there is nothing to key the answer by.
+void MultipleChoiceQuestionContentView::buttonTapped(const Option &option) const {
+    if (option.id)
+        finish(CodableDynamicType::dictStringValue({{QString::number(*option.id), option.value}}));
+}
+
+} // namespace KestrioKit

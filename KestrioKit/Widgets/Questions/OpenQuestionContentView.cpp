@@ -1,0 +1,84 @@
+#include "KestrioKit/Widgets/Questions/OpenQuestionContentView.h"
+
+#include "KestrioKit/Core/Platform/LanguageBundle.h"
+#include "KestrioKit/Widgets/Controls/ActionButton.h"
+#include "KestrioKit/Widgets/Controls/Label.h"
+#include "KestrioKit/Widgets/Controls/TextView.h"
+#include "KestrioKit/Widgets/Drawing/Fonts.h"
+#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
+#include "KestrioKit/Widgets/Overlay/KeyboardObserver.h"
+
+#include <QBoxLayout>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+namespace Constant {
+constexpr int textViewHeight = 80;
+constexpr int inset = 12;
+constexpr auto textViewIdentifier = "Open question prompt"_L1;
+constexpr auto buttonIdentifier = "Open question button"_L1;
+} // namespace Constant
+
+} // namespace
+
+OpenQuestionContentView::OpenQuestionContentView(const Details &questionDetails,
+                                                 const QColor &themeColor, bool isLastQuestion)
+    : QuestionContentContainer(questionDetails, themeColor, isLastQuestion),
+      m_textView(new TextView(themeColor, Constant::inset, Constant::textViewHeight)),
+      m_placeholderLabel(
+          new Label(AnyLanguageBundle::framework().localizedString(u"I think that..."_s),
+                    preferredFont(TextStyle::body), KestrioUI::Color::inactive())),
+      m_button(new ActionButton(actionTitle(), themeColor)) {
+    makeTextView();
+    m_button->setObjectName(Constant::buttonIdentifier);
+    connect(m_button, &QAbstractButton::clicked, this, &OpenQuestionContentView::buttonTapped);
+
+    auto *const stackView = new QVBoxLayout(this);
+    stackView->setContentsMargins({});
+    stackView->setSpacing(KestrioUI::Padding::tiny);
+    stackView->addWidget(m_textView);
+    stackView->addWidget(m_button, 0, Qt::AlignLeft);
+}
+
+void OpenQuestionContentView::makeTextView() {
+    m_textView->setObjectName(Constant::textViewIdentifier);
+    m_textView->setAccessibleName(m_placeholderLabel->text());
+    m_textView->installEventFilter(this);
+    connect(m_textView, &QTextEdit::textChanged, this, &OpenQuestionContentView::textViewDidChange);
+    m_placeholderLabel->setParent(m_textView);
+    m_placeholderLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+QWidget *OpenQuestionContentView::firstControl() const {
+    return m_textView;
+}
+
+bool OpenQuestionContentView::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::Resize)
+        layOutPlaceholder();
+    return QuestionContentContainer::eventFilter(watched, event);
+}
+
+void OpenQuestionContentView::layOutPlaceholder() {
+    constexpr int inset = Constant::inset;
+    const QRect text = m_textView->rect().adjusted(inset, inset, -inset, 0);
+    m_placeholderLabel->setGeometry(text.x(), text.y(), text.width(),
+                                    m_placeholderLabel->heightForWidth(text.width()));
+}
+
+void OpenQuestionContentView::textViewDidChange() {
+    m_placeholderLabel->setHidden(m_textView->isShowingText());
+}
+
+void OpenQuestionContentView::buttonTapped() {
+    // What is being composed belongs to the text.
+    KeyboardObserver::commit();
+    m_button->setFocus(Qt::OtherFocusReason);
+    finish(CodableDynamicType::stringValue(m_textView->typedText()));
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,52 @@
+#include "KestrioKit/Widgets/Questions/ScaleQuestionContentView.h"
+
+#include "KestrioKit/Widgets/Controls/AccessibleRole.h"
+#include "KestrioKit/Widgets/Controls/ArrowKeys.h"
+#include "KestrioKit/Widgets/Controls/ThemedButton.h"
+#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
+#include "KestrioKit/Widgets/Questions/LabelRow.h"
+#include "KestrioKit/Widgets/Questions/ScaleRow.h"
+
+#include <QBoxLayout>
+
+namespace KestrioKit {
+
+namespace {
+
+namespace Constant {
+constexpr int height = 50;
+} // namespace Constant
+
+} // namespace
+
+ScaleQuestionContentView::ScaleQuestionContentView(const Details &questionDetails,
+                                                   const QColor &themeColor, bool isLastQuestion,
+                                                   const QStringList &identifiers,
+                                                   qint64 firstValue, const Labels &labels)
+    : QuestionContentContainer(questionDetails, themeColor, isLastQuestion) {
+    auto *const buttonsContainerView = new ScaleRow(themeColor, Constant::height);
+    for (qint64 value = firstValue; const QString &identifier : identifiers) {
+        auto *const button = new ThemedButton(QString::number(value), {});
+        button->setThemeColor(themeColor);
+        button->setObjectName(identifier);
+        connect(button, &QAbstractButton::clicked, this,
+                [this, value] { finish(CodableDynamicType::intValue(value)); });
+        buttonsContainerView->addButton(button);
+        m_buttons.append(button);
+        ++value;
+    }
+    setRadioGroup(m_buttons, labels);
+    new ArrowKeys(m_buttons, ArrowKeys::TabStops::one, this);
+
+    auto *const stackView = new QVBoxLayout(this);
+    stackView->setContentsMargins({});
+    stackView->setSpacing(KestrioUI::Padding::tiny);
+    stackView->addWidget(buttonsContainerView);
+    stackView->addWidget(new LabelRow(labels.left, labels.right));
+}
+
+QWidget *ScaleQuestionContentView::firstControl() const {
+    return m_buttons.first();
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,91 @@
+#include "KestrioKit/Widgets/Survey/FinishSurveyView.h"
+
+#include "KestrioKit/Core/Platform/LanguageBundle.h"
+#include "KestrioKit/Widgets/Controls/AccessibleRole.h"
+#include "KestrioKit/Widgets/Controls/ImageView.h"
+#include "KestrioKit/Widgets/Controls/Label.h"
+#include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Widgets/Drawing/Drawing.h"
+#include "KestrioKit/Widgets/Drawing/Fonts.h"
+#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
+#include "KestrioKit/Widgets/Drawing/ViewEffect.h"
+
+#include <QBoxLayout>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+namespace Constant {
+constexpr QSize circleSize(100, 100);
+constexpr int circleBorderWidth = 6;
+constexpr int checkmarkLineWidth = 6;
+
+constexpr qreal damping = 0.7;
+constexpr qreal initialVelocity = 0;
+constexpr qreal labelScale = 0.7;
+constexpr auto labelDuration = 300ms;
+constexpr auto labelDelay = 200ms;
+constexpr qreal imageScale = 0.5;
+constexpr auto imageDuration = 400ms;
+constexpr auto imageDelay = 400ms;
+} // namespace Constant
+
+DrawnImage checkmarkInCircle(const QColor &themeColor) {
+    return {Constant::circleSize, [themeColor](QPainter &painter) {
+                painter.setPen(QPen(themeColor, Constant::circleBorderWidth));
+                constexpr int inset = Constant::circleBorderWidth;
+                painter.drawEllipse(
+                    QRect(QPoint(), Constant::circleSize).adjusted(inset, inset, -inset, -inset));
+                drawStrokes(painter, {{25, 50}, {45, 70}, {75, 35}}, Constant::checkmarkLineWidth,
+                            themeColor);
+            }};
+}
+
+void springIn(QWidget *view, qreal scale, std::chrono::milliseconds duration,
+              std::chrono::milliseconds delay) {
+    Animation::start(
+        view,
+        AnimationTiming::spring(duration, delay, Constant::damping, Constant::initialVelocity),
+        [view, scale](qreal way) {
+            ViewEffect::setAlpha(view, std::clamp<qreal>(way, 0, 1));
+            ViewEffect::setScale(view, scale + (1 - scale) * way);
+        });
+}
+
+} // namespace
+
+FinishSurveyView::FinishSurveyView(const QColor &themeColor)
+    : m_imageView(new ImageView(checkmarkInCircle(themeColor))),
+      m_label(new Label(AnyLanguageBundle::framework().localizedString(u"Thanks!"_s),
+                        preferredBoldFont(TextStyle::title2), KestrioUI::Color::text(),
+                        Qt::AlignHCenter)) {
+    setAccessibleRole(this, QAccessible::Grouping);
+    setAccessibleName(m_label->text());
+    constexpr int inset = KestrioUI::Padding::tiny;
+    auto *const stackView = new QVBoxLayout(this);
+    stackView->setContentsMargins(inset, inset, inset, inset);
+    stackView->setSpacing(KestrioUI::Padding::regular);
+    stackView->addWidget(m_imageView, 0, Qt::AlignHCenter);
+    stackView->addWidget(m_label);
+}
+
+void FinishSurveyView::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    if (!m_hasAppeared)
+        animateIn();
+    m_hasAppeared = true;
+}
+
+void FinishSurveyView::animateIn() {
+    springIn(m_label, Constant::labelScale, Constant::labelDuration, Constant::labelDelay);
+    springIn(m_imageView, Constant::imageScale, Constant::imageDuration, Constant::imageDelay);
+}
+
+} // namespace KestrioKit

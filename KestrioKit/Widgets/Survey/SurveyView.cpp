@@ -1,0 +1,265 @@
+#include "KestrioKit/Widgets/Survey/SurveyView.h"
+
+#include "KestrioKit/Widgets/Controls/AccessibleRole.h"
+#include "KestrioKit/Widgets/Controls/Button.h"
+#include "KestrioKit/Widgets/Controls/CloseButton.h"
+#include "KestrioKit/Widgets/Controls/PageControl.h"
+#include "KestrioKit/Widgets/Controls/ScrollIndicator.h"
+#include "KestrioKit/Widgets/Controls/ScrollView.h"
+#include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
+#include "KestrioKit/Widgets/Drawing/ViewEffect.h"
+#include "KestrioKit/Widgets/Overlay/WindowMetrics.h"
+#include "KestrioKit/Widgets/Survey/FinishSurveyView.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+namespace Constant {
+constexpr int cornerRadius = 14;
+constexpr int horizontalInset = KestrioUI::Padding::regular;
+constexpr int topInset = KestrioUI::Padding::medium;
+constexpr int bottomInset = KestrioUI::Padding::tiny;
+constexpr int spacing = KestrioUI::Padding::regular;
+constexpr int closeButtonInset = KestrioUI::Padding::regular;
+/// Of each of the three steps in which one page follows another.
+constexpr auto transitionDuration = 200ms;
+constexpr auto accessibilityIdentifier = "Kestrio Survey"_L1;
+
+QColor grayTintColor() {
+    return QColor::fromRgbF(0.8F, 0.8F, 0.8F);
+}
+} // namespace Constant
+
+} // namespace
+
+SurveyView::SurveyView(QList<Question> questions, const QColor &themeColor, const Clock &clock)
+    : m_questions(std::move(questions)),
+      m_themeColor(themeColor),
+      m_clock(clock),
+      m_questionContainerView(new ScrollView),
+      m_scrollIndicator(new ScrollIndicator(*m_questionContainerView)),
+      m_pageControl(
+          new PageControl(int(m_questions.size()), Constant::grayTintColor(), themeColor)),
+      m_closeButton(new CloseButton) {
+    setObjectName(Constant::accessibilityIdentifier);
+    setAccessibleRole(this, QAccessible::Dialog);
+    setAccessibleName(QGuiApplication::applicationDisplayName());
+    const std::initializer_list<QWidget *> views{m_questionContainerView, m_pageControl,
+                                                 m_scrollIndicator, m_closeButton};
+    for (QWidget *const view : views)
+        view->setParent(this);
+    connect(m_closeButton, &QAbstractButton::clicked, this, &SurveyView::closeButtonTapped);
+    transitionToQuestion(m_questionIndex);
+}
+
+void SurveyView::setDelegate(WeakDelegate<SurveyViewDelegate> delegate) {
+    m_delegate = std::move(delegate);
+}
+
+bool SurveyView::event(QEvent *event) {
+    // The first page is seen once the card is on something that shows it.
+    if (event->type() == QEvent::ParentChange && parentWidget()) {
+        if (auto *const delegate = m_delegate.get())
+            delegate->surveyViewDidPresentQuestion(m_questionIndex);
+    }
+    return QWidget::event(event);
+}
+
+// Pages
+
+bool SurveyView::isQuestion(qint64 index) const {
+    return index >= 0 && index < m_questions.size();
+}
+
+bool SurveyView::isFinished() const {
+    return !isQuestion(m_presentedIndex);
+}
+
+QWidget *SurveyView::makeQuestionView(qint64 index) {
+    if (!isQuestion(index))
+        return new FinishSurveyView(m_themeColor);
+    auto *const page = new QuestionView(m_questions[index], m_themeColor,
+                                        index == m_questions.size() - 1, m_clock);
+    page->setDelegate(this);
+    setAccessibleLabel(page, m_pageControl);
+    return page;
+}
+
+void SurveyView::setupNewQuestionView(qint64 index) {
+    m_currentQuestionView = makeQuestionView(index);
+    m_presentedIndex = index;
+    m_questionContainerView->setContent(m_currentQuestionView);
+}
+
+void SurveyView::setQuestionIndex(qint64 index) {
+    m_questionIndex = index;
+    m_pageControl->setCurrentPage(int(index));
+}
+
+void SurveyView::questionDidFinish(const std::optional<CodableDynamicType> &response,
+                                   double seenAt) {
+    auto *const delegate = m_delegate.get();
+    if (!delegate)
+        return;
+    const auto *const control = qobject_cast<const Button *>(focusWidget());
+    m_focusIsVisible = control && control->isFocusVisible();
+    // A page that fades out still answers, for its own question.
+    if (const auto next = delegate->surveyViewDidFinishQuestion(m_presentedIndex, response, seenAt))
+        transitionToQuestion(*next);
+}
+
+void SurveyView::transitionToQuestion(qint64 index) {
+    if (!m_currentQuestionView) {
+        setupNewQuestionView(index);
+        return;
+    }
+    setQuestionIndex(index);
+    if (m_isLeavingPage)
+        return;
+    m_isLeavingPage = true;
+    Animation::start(
+        m_currentQuestionView, AnimationTiming::easing(Constant::transitionDuration),
+        [page = m_currentQuestionView](qreal way) { ViewEffect::setAlpha(page, 1 - way); },
+        [this] { replaceQuestionView(); });
+}
+
+void SurveyView::replaceQuestionView() {
+    m_isLeavingPage = false;
+    const int previousHeight = m_questionContainerView->height();
+    // Nobody answers what is not to be seen yet.
+    m_questionContainerView->setEnabled(false);
+    // Hiding what has the focus would hand it on to the close button.
+    parentWidget()->setFocus(Qt::OtherFocusReason);
+    m_questionContainerView->hide();
+    m_currentQuestionView->hide();
+    // Its own button may be what leads here.
+    m_currentQuestionView->deleteLater();
+    setupNewQuestionView(m_questionIndex);
+    ViewEffect::setAlpha(m_questionContainerView, 0);
+    if (isFinished()) {
+        const std::initializer_list<QWidget *> views{m_pageControl, m_closeButton};
+        for (QWidget *const view : views) {
+            ViewEffect::setAlpha(view, 0);
+            // What is not to be seen is not to be pressed either.
+            view->hide();
+        }
+    } else if (auto *const delegate = m_delegate.get()) {
+        delegate->surveyViewDidPresentQuestion(m_questionIndex);
+    }
+    growToQuestionView(previousHeight);
+}
+
+void SurveyView::growToQuestionView(int previousHeight) {
+    m_questionContainerView->show();
+    m_previousHeight = previousHeight;
+    Animation::start(
+        this, AnimationTiming::easing(Constant::transitionDuration),
+        [this](qreal way) {
+            m_growth = way;
+            Q_EMIT heightChanged();
+        },
+        [this] { showQuestionView(); });
+}
+
+void SurveyView::showQuestionView() {
+    m_questionContainerView->setEnabled(true);
+    beginPage(m_focusIsVisible ? Qt::TabFocusReason : Qt::OtherFocusReason);
+    finishSurveyIfNeeded();
+    Animation::start(
+        m_questionContainerView, AnimationTiming::easing(Constant::transitionDuration),
+        [view = m_questionContainerView](qreal way) { ViewEffect::setAlpha(view, way); });
+}
+
+void SurveyView::finishSurveyIfNeeded() {
+    auto *const delegate = m_delegate.get();
+    if (isFinished() && delegate)
+        delegate->surveyViewDidFinish();
+}
+
+void SurveyView::closeButtonTapped() {
+    if (auto *const delegate = m_delegate.get())
+        delegate->userInitiatedClose(m_questionIndex);
+}
+
+// Focus
+
+void SurveyView::beginPage(Qt::FocusReason reason) {
+    announce(m_currentQuestionView);
+    const auto *const page = qobject_cast<const QuestionView *>(m_currentQuestionView);
+    QWidget *const control = page ? page->firstControl() : nullptr;
+    m_isBeginningPage = true;
+    // Not every screen reader is told of the announcement; each reads what has the focus.
+    (control ? control : m_currentQuestionView)->setFocus(reason);
+    m_isBeginningPage = false;
+}
+
+// A page begins with its question, wherever its first control is.
+void SurveyView::reveal(const QWidget *view) {
+    if (!m_isBeginningPage)
+        m_questionContainerView->reveal(view);
+}
+
+void SurveyView::scroll(int key) {
+    m_questionContainerView->scroll(key);
+}
+
+// Layout
+
+int SurveyView::heightForWidth(int width) const {
+    const int page = m_questionContainerView->contentHeight(width - 2 * Constant::horizontalInset);
+    const int container = qRound(m_previousHeight + (page - m_previousHeight) * m_growth);
+    return Constant::topInset + container + Constant::spacing + m_pageControl->sizeHint().height() +
+           Constant::bottomInset + safeAreaInsets(*this).bottom();
+}
+
+void SurveyView::layOut() {
+    const QRect area =
+        rect().adjusted(Constant::horizontalInset, Constant::topInset, -Constant::horizontalInset,
+                        -Constant::bottomInset - safeAreaInsets(*this).bottom());
+    const int dotsHeight = m_pageControl->sizeHint().height();
+    m_questionContainerView->setGeometry(area.x(), area.y(), area.width(),
+                                         area.height() - dotsHeight - Constant::spacing);
+    const QSize dots(std::min(m_pageControl->sizeHint().width(), area.width()), dotsHeight);
+    m_pageControl->setGeometry(area.x() + (area.width() - dots.width()) / 2,
+                               area.bottom() + 1 - dots.height(), dots.width(), dots.height());
+
+    const bool isMirrored = layoutDirection() == Qt::RightToLeft;
+    const QSize button = m_closeButton->sizeHint();
+    const int trailing = width() - Constant::closeButtonInset - button.width();
+    m_closeButton->setGeometry(isMirrored ? Constant::closeButtonInset : trailing,
+                               Constant::closeButtonInset, button.width(), button.height());
+    m_scrollIndicator->setGeometry(isMirrored ? 0 : width() - ScrollIndicator::breadth, area.y(),
+                                   ScrollIndicator::breadth, m_questionContainerView->height());
+    m_closeButton->raise();
+}
+
+// What is scrolled out of sight does not count.
+int SurveyView::pageBottom() const {
+    const int bottom =
+        m_currentQuestionView->mapTo(this, QPoint(0, m_currentQuestionView->height())).y();
+    return std::min(bottom, m_questionContainerView->geometry().bottom() + 1);
+}
+
+void SurveyView::resizeEvent(QResizeEvent *) {
+    layOut();
+}
+
+void SurveyView::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    painter.drawRoundedRect(rect(), Constant::cornerRadius, Constant::cornerRadius);
+}
+
+} // namespace KestrioKit

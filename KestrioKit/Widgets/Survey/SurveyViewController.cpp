@@ -1,0 +1,306 @@
+#include "KestrioKit/Widgets/Survey/SurveyViewController.h"
+
+#include "KestrioKit/Core/Survey/Routing.h"
+#include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
+#include "KestrioKit/Widgets/Overlay/BackgroundView.h"
+#include "KestrioKit/Widgets/Overlay/WindowMetrics.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLocale>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace KestrioKit {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+namespace Constant {
+constexpr int maxWidth = 500;
+constexpr int bottomPadding = 14;
+constexpr auto entryDuration = 400ms;
+constexpr qreal entryDamping = 0.7;
+constexpr qreal entryVelocity = 0.4;
+constexpr auto slideOutDuration = 200ms;
+constexpr auto finishDelay = 1s;
+/// Of the cross-dissolve in which the dimming comes and goes.
+constexpr auto dissolveDuration = 200ms;
+/// Qt does not tell how long its keyboards take to come; this is what most do.
+constexpr auto keyboardDuration = 250ms;
+
+constexpr QLatin1StringView defaultLocale("en");
+
+QColor backgroundColor() {
+    return QColor::fromRgbF(0, 0, 0, 0.6F);
+}
+} // namespace Constant
+
+QPointer<SurveyViewController> &current() {
+    static auto *const controller = new QPointer<SurveyViewController>;
+    return *controller;
+}
+
+Qt::LayoutDirection textDirection(const std::optional<QString> &locale) {
+    return locale ? QLocale(*locale).textDirection() : Qt::LeftToRight;
+}
+
+} // namespace
+
+QString languageOf(const Survey &survey) {
+    return survey.locale.value_or(Constant::defaultLocale);
+}
+
+SurveyViewController::SurveyViewController(Survey survey, const QColor &themeColor,
+                                           std::shared_ptr<KestrioSurveyResponder> submitter,
+                                           const Clock &clock)
+    : m_survey(std::move(survey)),
+      m_language(AnyLanguageBundle::framework().holdLanguage(languageOf(m_survey))),
+      m_submitter(std::move(submitter)),
+      m_clock(clock),
+      m_backgroundView(new BackgroundView(Constant::backgroundColor())),
+      m_surveyView(new SurveyView(m_survey.questions, themeColor, clock)) {}
+
+SurveyViewController::~SurveyViewController() {
+    if (current() != this)
+        return;
+    abandon();
+    tellEnd();
+}
+
+SurveyViewController *SurveyViewController::presented() {
+    return current();
+}
+
+void SurveyViewController::setDelegate(std::weak_ptr<SurveyViewControllerDelegate> delegate) {
+    m_delegate = std::move(delegate);
+}
+
+// Coming
+
+void SurveyViewController::present(QWidget *from) {
+    current() = this;
+    loadView();
+    cover(from->window());
+    animateEntry();
+}
+
+void SurveyViewController::loadView() {
+    setLayoutDirection(textDirection(m_survey.locale));
+    m_backgroundView->setParent(this);
+    connect(m_backgroundView, &BackgroundView::tapped, this,
+            [this] { userInitiatedClose(m_surveyView->questionIndex()); });
+    m_surveyView->setDelegate(this);
+    m_surveyView->setParent(this);
+    connect(m_surveyView, &SurveyView::heightChanged, this, &SurveyViewController::layOut);
+    connect(&m_keyboardObserver, &KeyboardObserver::changed, this,
+            &SurveyViewController::keyboardChanged);
+    m_willTerminateObserver = ApplicationLifecycle::shared().observe(
+        ApplicationLifecycle::Event::willTerminate, [this] { abandon(); });
+    setAnswerable(false);
+}
+
+// A visitor who was typing or clicking when the survey came does not mean the survey.
+void SurveyViewController::setAnswerable(bool isAnswerable) {
+    m_isAnswerable = isAnswerable;
+    m_backgroundView->setEnabled(isAnswerable);
+    m_surveyView->setEnabled(isAnswerable);
+}
+
+void SurveyViewController::animateEntry() {
+    Animation::start(
+        this, AnimationTiming::easing(Constant::dissolveDuration),
+        [this](qreal way) { m_backgroundView->setAlpha(way); }, [this] { springIn(); });
+}
+
+void SurveyViewController::springIn() {
+    Animation::start(
+        this,
+        AnimationTiming::spring(Constant::entryDuration, {}, Constant::entryDamping,
+                                Constant::entryVelocity),
+        [this](qreal way) {
+            m_cardPosition = way;
+            layOut();
+        },
+        [this] { entryEnded(); });
+}
+
+void SurveyViewController::entryEnded() {
+    setAnswerable(true);
+    m_surveyView->beginPage(Qt::OtherFocusReason);
+    thaw();
+}
+
+// Layout
+
+int SurveyViewController::bottomOffset() const {
+    return sizeClasses(size()).isRegular() ? Constant::bottomPadding : 0;
+}
+
+void SurveyViewController::layOut() {
+    m_backgroundView->setGeometry(rect());
+    const int cardWidth = std::min(width(), Constant::maxWidth);
+    const int highest = safeAreaInsets(*this).top();
+    const int bottom = height() - bottomOffset();
+    const int cardHeight = std::min(m_surveyView->heightForWidth(cardWidth), bottom - highest);
+    const qreal parked = height();
+    const qreal top = parked + (bottom - cardHeight - parked) * m_cardPosition - m_keyboardOffset;
+    m_surveyView->setGeometry((width() - cardWidth) / 2, qRound(top), cardWidth, cardHeight);
+}
+
+void SurveyViewController::resizeEvent(QResizeEvent *event) {
+    ModalOverlay::resizeEvent(event);
+    if (m_keyboardOffset > 0)
+        keyboardChanged();
+}
+
+void SurveyViewController::keyboardChanged() {
+    const int covered = KeyboardObserver::coveredHeight(height());
+    // Just so far that the page's end clears the keyboard.
+    const int belowPage = m_surveyView->height() - m_surveyView->pageBottom();
+    const int offset =
+        covered > 0 ? std::max(KestrioUI::Padding::tiny + covered - belowPage, 0) : 0;
+    delete m_keyboardAnimation;
+    m_keyboardAnimation =
+        Animation::start(this, AnimationTiming::easing(Constant::keyboardDuration),
+                         [this, start = m_keyboardOffset, offset](qreal way) {
+                             m_keyboardOffset = start + (offset - start) * way;
+                             layOut();
+                         });
+}
+
+// The card's questions
+
+std::optional<qint64> SurveyViewController::questionId(qint64 index) const {
+    if (index < 0 || index >= m_survey.questions.size())
+        return std::nullopt;
+    return m_survey.questions[index].name;
+}
+
+void SurveyViewController::surveyViewDidPresentQuestion(qint64 index) {
+    m_unseen = questionId(index);
+    visibilityChanged();
+}
+
+// What the window does not show yet is seen later, or never.
+void SurveyViewController::visibilityChanged() {
+    if (!m_unseen || !isVisible() || window()->isMinimized())
+        return;
+    if (m_submitter)
+        m_submitter->seen(m_unseen);
+    m_unseen.reset();
+}
+
+std::optional<qint64> SurveyViewController::surveyViewDidFinishQuestion(
+    qint64 index, const std::optional<CodableDynamicType> &response, double seenAt) {
+    // One that comes as the card goes, from assistive technology say, is too late.
+    if (m_isDismissing)
+        return std::nullopt;
+    if (!response) {
+        dismiss(true);
+        return std::nullopt;
+    }
+    if (m_submitter && questionId(index))
+        m_submitter->submitResponse(
+            makeQuestionResponse(m_survey.questions[index], *response, seenAt, m_clock));
+    return nextQuestionIndex(m_survey.questions, index, response);
+}
+
+void SurveyViewController::surveyViewDidFinish() {
+    QTimer::singleShot(Constant::finishDelay, this, [this] { dismiss(true); });
+}
+
+// Going
+
+void SurveyViewController::keyPressed(const QKeyEvent &event) {
+    if (!m_isAnswerable)
+        return;
+    if (event.key() != Qt::Key_Escape)
+        m_surveyView->scroll(event.key());
+    // A key that repeats was pressed for something else.
+    else if (!m_surveyView->isFinished() && !event.isAutoRepeat())
+        userInitiatedClose(m_surveyView->questionIndex());
+}
+
+void SurveyViewController::userInitiatedClose(qint64 index) {
+    if (m_submitter)
+        m_submitter->closed(questionId(index));
+    dismiss(true);
+}
+
+// A survey that is going has been closed or completed already.
+void SurveyViewController::abandon() {
+    if (m_submitter && !m_isDismissing)
+        m_submitter->closed(questionId(m_surveyView->questionIndex()));
+    submit();
+}
+
+void SurveyViewController::windowGone() {
+    abandon();
+    dismiss(false);
+}
+
+// What is being pressed must not move away from under the pointer.
+void SurveyViewController::focusMoved(QWidget *view) {
+    if (QGuiApplication::mouseButtons() == Qt::NoButton)
+        m_surveyView->reveal(view);
+}
+
+void SurveyViewController::submit() {
+    if (m_submitter)
+        m_submitter->submit();
+}
+
+void SurveyViewController::dismiss(bool animated) {
+    submit();
+    if (current() != this || (m_isDismissing && animated))
+        return;
+    m_isDismissing = true;
+    setFocus(Qt::OtherFocusReason);
+    m_surveyView->setEnabled(false);
+    KeyboardObserver::hide();
+    if (animated)
+        slideCardOut();
+    else
+        end();
+}
+
+void SurveyViewController::slideCardOut() {
+    freeze();
+    Animation::start(
+        this, AnimationTiming::easing(Constant::slideOutDuration),
+        [this, start = m_cardPosition](qreal way) {
+            m_cardPosition = start * (1 - way);
+            layOut();
+        },
+        [this] { dissolve(); });
+}
+
+void SurveyViewController::dissolve() {
+    Animation::start(
+        this, AnimationTiming::easing(Constant::dissolveDuration),
+        [this, start = m_backgroundView->alpha()](qreal way) {
+            m_backgroundView->setAlpha(start * (1 - way));
+        },
+        [this] { end(); });
+}
+
+void SurveyViewController::end() {
+    if (current() != this)
+        return;
+    uncover();
+    tellEnd();
+    deleteLater();
+}
+
+void SurveyViewController::tellEnd() {
+    current() = nullptr;
+    submit();
+    if (const auto delegate = m_delegate.lock())
+        delegate->setSurvey(std::nullopt);
+}
+
+} // namespace KestrioKit

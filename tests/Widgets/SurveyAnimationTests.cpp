@@ -1,0 +1,153 @@
+#include "tests/Widgets/SurveyScreenTest.h"
+
+#include "KestrioKit/Widgets/Controls/ScrollView.h"
+#include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Widgets/Drawing/ViewEffect.h"
+#include "KestrioKit/Widgets/Overlay/BackgroundView.h"
+#include "KestrioKit/Widgets/Survey/SurveyView.h"
+
+#include <QAnimationDriver>
+#include <QApplication>
+#include <QStyleFactory>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The time of animations, which passes when a test says so.
+struct ManualAnimationDriver final : QAnimationDriver {
+    ManualAnimationDriver() { install(); }
+    ~ManualAnimationDriver() override { uninstall(); }
+
+    qint64 elapsed() const override { return time; }
+    void start() override {
+        time = 0;
+        QAnimationDriver::start();
+    }
+
+    qint64 time = 0;
+};
+
+/// Counts how often a widget is painted.
+struct PaintCounter final : QObject {
+    explicit PaintCounter(QWidget &view) { view.installEventFilter(this); }
+
+    bool eventFilter(QObject *, QEvent *event) override {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+
+    int count = 0;
+};
+
+} // namespace
+
+/// The same with everything moving; time passes as the test says.
+class SurveyAnimation : public SurveyScreenTest {
+protected:
+    SurveyAnimation() { QApplication::setStyle(QStyleFactory::create(u"fusion"_s)); }
+
+    void pass(int milliseconds) {
+        driver.time += milliseconds;
+        driver.advance();
+        // What begins now begins in the event loop.
+        QCoreApplication::processEvents();
+    }
+    int cardTop() const { return frame(view<SurveyView>()).top(); }
+
+    ManualAnimationDriver driver;
+    static constexpr auto twoScales = R"([
+        {"name":11,"type":"likert","props":{"message":"How was it?"}},
+        {"name":12,"type":"likert","props":{"message":"And how was that, in more words?"}}])";
+};
+
+TEST_F(SurveyAnimation, SpringsInAndSlidesOut) {
+    present(twoScales);
+    const int height = window.height();
+    const int place = height - view<SurveyView>()->height();
+    pass(199);
+    EXPECT_GT(view<BackgroundView>()->alpha(), 0.9);
+    EXPECT_EQ(cardTop(), height);
+    pass(1);
+    EXPECT_GT(cardTop(), place + (height - place) / 2);
+    const PaintCounter hostFrames(button);
+    pass(20);
+    EXPECT_EQ(hostFrames.count, 0) << "the host is painted for each frame";
+    int highest = height;
+    for (int time = 0; time < 600 && !survey()->findChildren<Animation *>().isEmpty(); time += 10) {
+        highest = std::min(highest, cardTop());
+        pass(10);
+    }
+    EXPECT_NEAR(highest, place - (height - place) * 0.046, 3);
+    EXPECT_EQ(cardTop(), place);
+    EXPECT_GT(hostFrames.count, 0) << "what has changed under the survey does not come to light";
+    EXPECT_EQ(view<BackgroundView>()->alpha(), 1);
+    key(Qt::Key_Escape);
+    pass(70);
+    EXPECT_GT(cardTop(), place);
+    EXPECT_LT(cardTop(), height);
+    pass(200);
+    EXPECT_EQ(cardTop(), height);
+    EXPECT_TRUE(core->survey());
+    pass(250);
+    EXPECT_FALSE(survey() || core->survey());
+}
+
+TEST_F(SurveyAnimation, CountsKeysAndTapsOnceItIsThere) {
+    present(twoScales);
+    const auto use = [this] {
+        key(Qt::Key_Space);
+        key(Qt::Key_Escape);
+        click(QPoint(5, 5));
+    };
+    use();
+    pass(200);
+    pass(399);
+    use();
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, QPoint(5, 5));
+    pass(1);
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, QPoint(5, 5));
+    EXPECT_EQ(focused(), u"Option 1"_s);
+    EXPECT_EQ(history(), QStringList({u"seen"_s, u"seen 11"_s}));
+    use();
+    while (survey())
+        pass(50);
+    EXPECT_EQ(history(), QStringList({u"closed 12"_s, u"seen"_s, u"seen 11"_s, u"seen 12"_s}));
+    EXPECT_EQ(responses(), QList<QStringList>({{u"11=1"_s}}));
+}
+
+TEST_F(SurveyAnimation, APageIsAnsweredOnceItIsSeen) {
+    present(twoScales);
+    pass(200);
+    pass(400);
+    const QPoint option = frame(u"Option 3"_s).center();
+    click(option);
+    key(Qt::Key_Space);
+    key(Qt::Key_Return);
+    click(option);
+    key(Qt::Key_Right);
+    key(Qt::Key_Space);
+    pass(70);
+    EXPECT_LT(ViewEffect::alpha(view<QuestionView>()), 0.9);
+    pass(200);
+    EXPECT_EQ(ViewEffect::alpha(view<ScrollView>()), 0);
+    const int growing = view<SurveyView>()->height();
+    click(option);
+    key(Qt::Key_Space);
+    pass(250);
+    EXPECT_GT(view<SurveyView>()->height(), growing);
+    EXPECT_EQ(view<SurveyView>()->questionIndex(), 1);
+    EXPECT_EQ(focused(), u"Option 1"_s);
+    pass(250);
+    click(u"Option 5"_s);
+    pass(60);
+    key(Qt::Key_Escape);
+    while (survey())
+        pass(50);
+    EXPECT_EQ(history(), QStringList({u"closed"_s, u"seen"_s, u"seen 11"_s, u"seen 12"_s}));
+    EXPECT_EQ(responses(), QList<QStringList>({{u"11=3"_s, u"11=4"_s, u"12=5"_s}}));
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,136 @@
+#include "tests/Widgets/SurveyScreenTest.h"
+
+#include "KestrioKit/Core/Platform/Storage.h"
+
+#include <QApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTimer>
+#include <QWindow>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize windowSize(390, 700);
+
+QString compact(const QJsonValue &value) {
+    return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact))
+        .chopped(1)
+        .sliced(1);
+}
+
+} // namespace
+
+SurveyScreenTest::SurveyScreenTest() {
+    QApplication::setStyle(new StillStyle);
+    Storage::setUp();
+    answer("POST /1/environments/env/visitors", {200, R"({"vid":1,"token":"t1"})"});
+    core = KestrioCore::make(context());
+    core->configure(u"env"_s);
+    finish();
+    field.setGeometry(0, 0, 100, 30);
+    button.setGeometry(0, windowSize.height() - 100, windowSize.width(), 100);
+    window.resize(windowSize);
+    window.show();
+    window.activateWindow();
+    EXPECT_TRUE(
+        QTest::qWaitForWindowActive(&window, int(std::chrono::milliseconds(patience).count())));
+    field.setFocus();
+}
+
+void SurveyScreenTest::TearDown() {
+    delete survey();
+    OnlineFixture::TearDown();
+}
+
+void SurveyScreenTest::present(const QByteArray &questions, const QByteArray &locale,
+                               QWidget *host) {
+    answer("POST /events", {200, R"({"vid":1,"surveyId":7,"responseGroupUid":"g","locale":")" +
+                                     locale + R"(","questions":)" + questions + "}"});
+    core->track(u"Event"_s, [this, host](SurveyState state) {
+        if (state == SurveyState::surveyReady)
+            core->presentSurvey(host ? host : &window);
+    });
+    finish();
+}
+
+QWidget *SurveyScreenTest::control(const QString &identifier) const {
+    for (auto *const view : window.findChildren<QWidget *>(identifier)) {
+        if (view->isVisible())
+            return view;
+    }
+    ADD_FAILURE() << "there is no " << qPrintable(identifier);
+    return nullptr;
+}
+
+QRect SurveyScreenTest::frame(const QWidget *view) const {
+    return view ? QRect(view->mapTo(&window, QPoint()), view->size()) : QRect();
+}
+
+QRect SurveyScreenTest::frame(const QString &identifier) const {
+    return frame(control(identifier));
+}
+
+void SurveyScreenTest::click(const QPoint &position) {
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, position);
+    finish();
+}
+
+void SurveyScreenTest::click(const QString &identifier) {
+    click(frame(identifier).center());
+}
+
+void SurveyScreenTest::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(window.windowHandle(), key, modifiers);
+    finish();
+}
+
+void SurveyScreenTest::tap(const QPoint &position) {
+    QTest::touchEvent(window.windowHandle(), finger.get()).press(0, position);
+    QTest::touchEvent(window.windowHandle(), finger.get()).release(0, position);
+    finish();
+}
+
+QString SurveyScreenTest::focused() const {
+    return window.focusWidget() ? window.focusWidget()->objectName() : QString();
+}
+
+void SurveyScreenTest::letTheWaitPass() {
+    for (QTimer *const timer : survey()->findChildren<QTimer *>()) {
+        if (timer->isActive() && timer->intervalAsDuration() == std::chrono::seconds(2)) {
+            QTimerEvent timeout(timer->timerId());
+            QCoreApplication::sendEvent(timer, &timeout);
+            return finish();
+        }
+    }
+    FAIL();
+}
+
+QStringList SurveyScreenTest::history() {
+    finish();
+    QStringList history;
+    for (const QJsonObject &body : bodies("POST /1/visitors/1/surveys/7/history")) {
+        const QJsonValue question = body["qid"_L1];
+        history.append(body["action"_L1].toString() +
+                       (question.isUndefined() ? QString() : u' ' + compact(question)));
+    }
+    history.sort();
+    return history;
+}
+
+QList<QStringList> SurveyScreenTest::responses() {
+    finish();
+    QList<QStringList> responses;
+    for (const QJsonObject &body : bodies("POST /2/environments/env/visitors/1/responses/submit")) {
+        QStringList answers;
+        for (const QJsonValue answer : body["responses"_L1].toArray())
+            answers.append(compact(answer["questionId"_L1]) + u'=' + compact(answer["value"_L1]));
+        responses.append(answers);
+    }
+    return responses;
+}
+
+} // namespace KestrioKit

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "KestrioKit/Core/Facade/KestrioCore.h"
+#include "KestrioKit/Widgets/Survey/SurveyViewController.h"
+#include "tests/support/OnlineFixture.h"
+
+#include <QLineEdit>
+#include <QPointingDevice>
+#include <QProxyStyle>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace KestrioKit {
+
+/// A host's style, without animations.
+class StillStyle : public QProxyStyle {
+public:
+    StillStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override {
+        const int usual = QProxyStyle::styleHint(hint, option, widget, data);
+        return hint == SH_Widget_Animation_Duration ? 0 : usual;
+    }
+};
+
+/// A host's window with a field and a button, and surveys over it that the service sends and is
+/// told about. Nothing moves: each state is there at once, but for `finishDelay`.
+class SurveyScreenTest : public OnlineFixture {
+protected:
+    SurveyScreenTest();
+    /// Lets the survey that is still up end, and what it submits go out.
+    void TearDown() override;
+
+    /// Has the service answer an event with a survey of these questions, and presents it; over
+    /// `window`, if there is no other host.
+    void present(const QByteArray &questions, const QByteArray &locale = "en",
+                 QWidget *host = nullptr);
+    /// The survey on screen; null when none is.
+    SurveyViewController *survey() const { return SurveyViewController::presented(); }
+
+    /// The visible control with that accessibility identifier.
+    QWidget *control(const QString &identifier) const;
+    /// Its frame in the window.
+    QRect frame(const QString &identifier) const;
+    QRect frame(const QWidget *view) const;
+    template <typename View>
+    View *view() const {
+        return survey() ? survey()->findChild<View *>() : nullptr;
+    }
+
+    /// Through the window, as the system delivers them.
+    void click(const QPoint &position);
+    void click(const QString &identifier);
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void tap(const QPoint &position);
+    QString focused() const;
+    /// Lets the two seconds pass for which a survey waits for its hidden window.
+    void letTheWaitPass();
+
+    /// What the service was told: "seen", "seen 11", "closed 12". Sorted, since two that are sent
+    /// at once may overtake one another.
+    QStringList history();
+    /// The responses, each a list of answers as "11=9".
+    QList<QStringList> responses();
+
+    QWidget window;
+    QLineEdit field{&window};
+    QPushButton button{&window};
+    const QSignalSpy presses{&button, &QPushButton::clicked};
+    const std::unique_ptr<QPointingDevice> finger{QTest::createTouchDevice()};
+    std::shared_ptr<KestrioCore> core;
+};
+
+} // namespace KestrioKit
