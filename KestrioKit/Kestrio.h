@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KestrioKit/KestrioKitExport.h>
+#include <KestrioKit/SurveySession.h>
 #include <KestrioKit/SurveyState.h>
 
 #include <QMap>
@@ -12,8 +13,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-
-class QWidget;
 
 namespace KestrioKit {
 class KestrioCore;
@@ -167,6 +166,9 @@ public:
     /// visitor has finished or closed it; then it is held no more. Logs "No survey found." when
     /// none is held.
     ///
+    /// `from` is an object that a linked component can show surveys over: a `QWidget` with
+    /// `KestrioKit::Widgets`.
+    ///
     /// While a survey is up, the window under it gets no input and no actions of assistive
     /// technology, and the focus goes back where it was when it ends. The visitor's keys and taps
     /// count once the survey has come up, which takes 0.6 seconds, or no time where the style does
@@ -188,26 +190,43 @@ public:
     /// font reach it. Its text has the family of the application's font, and grows with it above
     /// 10 points. It keeps its own language, whatever arrives meanwhile.
     ///
-    /// Nothing is shown, and the survey stays held, when `from` is null or has been destroyed, its
-    /// window is not shown, another survey is up or waits for its hidden window, or the survey has
-    /// no questions; that is logged, and not reported. Meant for the main thread; from another one
-    /// the survey is shown a little later, and `from` must still exist when this returns. Needs a
-    /// `QApplication`.
+    /// Nothing is shown, and the survey stays held, when `from` is null or has been destroyed, no
+    /// linked component can show a survey over it, its window is not shown, another survey is up or
+    /// waits for its hidden window, or the survey has no questions; that is logged, and not
+    /// reported. Meant for the main thread; from another one the survey is shown a little later,
+    /// and `from` must still exist when this returns. Needs a `QApplication`.
     ///
     /// Over a window with native child windows, such as those of `QWidget::createWindowContainer`,
     /// the survey is a native window itself, and what is behind it stands still meanwhile.
-    Q_INVOKABLE void presentSurvey(QWidget *from);
+    Q_INVOKABLE void presentSurvey(QObject *from);
 
-    /// Fetches that survey and shows it like `presentSurvey(QWidget *)`. `fetchCompletion` is
+    /// Fetches that survey and shows it like `presentSurvey(QObject *)`. `fetchCompletion` is
     /// called when it has come, just before it is shown: never where it cannot be had, nor for
     /// calls that are held while the library starts. When it ends, the survey held from an event,
     /// if any, is held no more either.
-    Q_INVOKABLE void presentSurvey(qint64 surveyId, QWidget *from,
+    Q_INVOKABLE void presentSurvey(qint64 surveyId, QObject *from,
                                    const FetchCompletion &fetchCompletion = {});
 
     /// Shows a built-in survey of four questions, to see how surveys look in the host. Its answers
     /// go to the service as those of survey 123. Not held while the library starts.
-    Q_INVOKABLE void presentDebugSurvey(QWidget *from);
+    Q_INVOKABLE void presentDebugSurvey(QObject *from);
+
+    /// Receives the session of a survey that was fetched, on the main thread; destroyed there, too.
+    using SessionReceiver = std::function<void(std::unique_ptr<SurveySession>)>;
+
+    /// Begins to answer the survey that an event was answered with, for a host that draws surveys
+    /// itself. The caller owns the session; when it is destroyed, the survey is held no more.
+    /// Returns null when no survey is held, when another session exists, or when the survey has no
+    /// questions; the reason is logged. For the main thread.
+    std::unique_ptr<SurveySession> startSurvey();
+
+    /// Fetches that survey, and begins to answer it. `receiver` is not called when the survey
+    /// cannot be had, or when another session exists by then.
+    void startSurvey(qint64 surveyId, const SessionReceiver &receiver);
+
+    /// Begins to answer the built-in survey, see `presentDebugSurvey()`. Returns null when the
+    /// library is disabled or not configured, or when another session exists. For the main thread.
+    std::unique_ptr<SurveySession> startDebugSurvey();
 
     /// Forgets the visitor, and with it what is still queued, and starts afresh as an anonymous
     /// one. When that fails, the library is disabled until `configure()` is called again,

@@ -4,6 +4,7 @@
 #include "host/window/DemoWindow.h"
 
 #include "KestrioKit/Core/Facade/DebugSurvey.h"
+#include "KestrioKit/Core/Session/SurveySessionPrivate.h"
 #include "KestrioKit/Widgets/Survey/SurveyViewController.h"
 
 #include <benchmark/benchmark.h>
@@ -56,6 +57,11 @@ Survey survey() {
     return survey;
 }
 
+std::unique_ptr<SurveySession> session() {
+    return SurveySessionPrivate::make(survey(),
+                                      {.clock = Clock::system(), .themeColor = themeColor});
+}
+
 void click(const QWidget &window, QLatin1StringView identifier) {
     window.findChild<QAbstractButton *>(identifier)->click();
 }
@@ -74,7 +80,7 @@ void surveyFrames(benchmark::State &state) {
     settle();
     SurveyViewController *controller = nullptr;
     const auto present = [&] {
-        controller = new SurveyViewController(survey(), themeColor, nullptr, Clock::system());
+        controller = new SurveyViewController(session(), Clock::system());
         controller->present(&window);
     };
     Movement movements[]{{"entry", present, {}},
@@ -142,8 +148,7 @@ void timeFirstFrame(benchmark::State &state, const Show &show) {
 
 void present(benchmark::State &state) {
     timeFirstFrame(state, [](QWidget *window) {
-        auto *const controller =
-            new SurveyViewController(survey(), themeColor, nullptr, Clock::system());
+        auto *const controller = new SurveyViewController(session(), Clock::system());
         controller->present(window);
         return controller;
     });

@@ -1,3 +1,4 @@
+#include "KestrioKit/Core/Session/SurveyForms.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
 #include "KestrioKit/Widgets/Questions/LikertQuestionContentView.h"
@@ -25,32 +26,39 @@ namespace {
 
 constexpr int width = 358;
 
-struct Answers : QObject, QuestionContentViewDelegate {
-    void questionDidFinish(const std::optional<CodableDynamicType> &response) override {
-        list.append(*response);
-    }
-
-    QList<CodableDynamicType> list;
-};
-
-Details details() {
-    Details details;
-    details.labels = Labels{u"Never"_s, u"Always, and "_s + u"more of it "_s.repeated(9)};
-    details.options = QList<Option>{{12, u"Yes"_s, u"yes"_s},
-                                    {{}, u"Nameless"_s, u"none"_s},
-                                    {14, u"long "_s.repeated(60), u"long"_s},
-                                    {15, QString(), u"empty"_s}};
-    return details;
+/// The page's question as each type of question shows it.
+SurveyQuestion question(QuestionType::Kind kind) {
+    Question question;
+    question.type.kind = kind;
+    question.details.labels = Labels{u"Never"_s, u"Always, and "_s + u"more of it "_s.repeated(9)};
+    question.details.options = QList<Option>{{12, u"Yes"_s, u"yes"_s},
+                                             {{}, u"Nameless"_s, u"none"_s},
+                                             {14, u"long "_s.repeated(60), u"long"_s},
+                                             {15, QString(), u"empty"_s}};
+    return questionsToShow({question}, AnyLanguageBundle(u"en"_s)).first();
 }
+
+template <typename View>
+constexpr auto kindOf = QuestionType::open;
+template <>
+constexpr auto kindOf<LikertQuestionContentView> = QuestionType::likert;
+template <>
+constexpr auto kindOf<MultipleChoiceQuestionContentView> = QuestionType::multipleChoice;
+template <>
+constexpr auto kindOf<MultiSelectQuestionContentView> = QuestionType::multiSelect;
+template <>
+constexpr auto kindOf<NpsQuestionContentView> = QuestionType::nps;
 
 } // namespace
 
 class ContentViews : public ViewTest {
 protected:
     template <typename View>
-    View *make(const Details &questionDetails = details()) {
-        auto *const view = new View(questionDetails, theme, false);
-        view->setDelegate(&answers);
+    View *make() {
+        auto *const view =
+            new View(question(kindOf<View>), textsToShow(AnyLanguageBundle(u"en"_s)), theme);
+        QObject::connect(view, &View::answered, view,
+                         [this](const QVariant &answer) { answers.append(answer); });
         show(view, width);
         view->firstControl()->setFocus(Qt::TabFocusReason);
         return view;
@@ -76,7 +84,7 @@ protected:
         return make<OpenQuestionContentView>()->findChild<QTextEdit *>(u"Open question prompt"_s);
     }
 
-    Answers answers;
+    QVariantList answers;
 };
 
 TEST_F(ContentViews, ScalesAnswerWithTheirNumbersAndAreOneStopForTab) {
@@ -96,7 +104,7 @@ TEST_F(ContentViews, ScalesAnswerWithTheirNumbersAndAreOneStopForTab) {
     click(u"Option 0"_s);
     keys({Qt::Key_End, Qt::Key_Right, Qt::Key_Return});
     for (const int number : {1, 5, 2, 0, 10})
-        EXPECT_EQ(answers.list.takeFirst(), CodableDynamicType::intValue(number));
+        EXPECT_EQ(answers.takeFirst(), number);
 }
 
 TEST_F(ContentViews, ChoicesAnswerWithIdAndValue) {
@@ -104,8 +112,8 @@ TEST_F(ContentViews, ChoicesAnswerWithIdAndValue) {
     click(u"Multi-choice option: Nameless"_s);
     click(u"Multi-choice option: Yes"_s);
     keys({Qt::Key_End, Qt::Key_Enter});
-    EXPECT_EQ(answers.list, QList({CodableDynamicType::dictStringValue({{u"12"_s, u"yes"_s}}),
-                                   CodableDynamicType::dictStringValue({{u"15"_s, u"empty"_s}})}));
+    EXPECT_EQ(answers,
+              (QVariantList{QVariantMap{{u"12"_s, u"yes"_s}}, QVariantMap{{u"15"_s, u"empty"_s}}}));
 }
 
 TEST_F(ContentViews, CheckBoxesAnswerWithTheSelectedIds) {
@@ -117,9 +125,8 @@ TEST_F(ContentViews, CheckBoxesAnswerWithTheSelectedIds) {
     EXPECT_EQ(focused(), u"Multi-select option: Yes-selected"_s);
     keys({Qt::Key_Tab, Qt::Key_Return, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Tab,
           Qt::Key_Return});
-    EXPECT_EQ(answers.list,
-              QList({CodableDynamicType::dictBoolValue({}),
-                     CodableDynamicType::dictBoolValue({{u"12"_s, true}, {u"14"_s, true}})}));
+    EXPECT_EQ(answers,
+              (QVariantList{QVariantMap(), QVariantMap{{u"12"_s, true}, {u"14"_s, true}}}));
 }
 
 TEST_F(ContentViews, TextIsAnsweredAsTyped) {
@@ -142,8 +149,7 @@ TEST_F(ContentViews, TextIsAnsweredAsTyped) {
     field->selectAll();
     field->cut();
     EXPECT_TRUE(placeholder->isVisible());
-    EXPECT_EQ(answers.list, QList({CodableDynamicType::stringValue(QString()),
-                                   CodableDynamicType::stringValue(u"你\u00A0b\nx"_s)}));
+    EXPECT_EQ(answers, QVariantList({QString(), u"你\u00A0b\nx"_s}));
     field->setFocus();
     QTest::keyClicks(field, u"WWWWWWWW"_s);
     EXPECT_EQ(colorAt(frame(field->viewport()).x() + field->cursorRect().x(), 25), theme);
@@ -188,7 +194,7 @@ TEST_F(ContentViews, ScalesAndChoicesAreRadioGroupsForAScreenReader) {
         EXPECT_EQ(interface->text(QAccessible::Description), description);
         interface->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     }
-    EXPECT_TRUE(QTest::qWaitFor([this] { return answers.list.size() == 3; }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return answers.size() == 3; }));
     QAccessible::setActive(false);
     QAccessible::installUpdateHandler(nullptr);
 }

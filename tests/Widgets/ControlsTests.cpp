@@ -92,7 +92,7 @@ TEST_F(Controls, PageControlMarksTheCurrentPage) {
     } const cases[] = {{3, 1, 48, 1, 2, 3}, {3, 9, 48, 2, 3, 3}, {40, 12, 80, 2, 13, 1.5}};
     for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
         for (const auto &known : cases) {
-            auto *const pages = new PageControl(known.pages, Qt::gray, theme);
+            auto *const pages = new PageControl(known.pages, {}, Qt::gray, theme);
             pages->setLayoutDirection(direction);
             pages->setCurrentPage(known.current);
             show(pages, known.width);

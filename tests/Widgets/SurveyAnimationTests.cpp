@@ -1,9 +1,11 @@
 #include "tests/Widgets/SurveyScreenTest.h"
 
+#include "KestrioKit/Widgets/Controls/PageControl.h"
 #include "KestrioKit/Widgets/Controls/ScrollView.h"
 #include "KestrioKit/Widgets/Drawing/Animation.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 #include "KestrioKit/Widgets/Overlay/BackgroundView.h"
+#include "KestrioKit/Widgets/Survey/QuestionView.h"
 #include "KestrioKit/Widgets/Survey/SurveyView.h"
 
 #include <QAnimationDriver>
@@ -138,7 +140,7 @@ TEST_F(SurveyAnimation, APageIsAnsweredOnceItIsSeen) {
     key(Qt::Key_Space);
     pass(250);
     EXPECT_GT(view<SurveyView>()->height(), growing);
-    EXPECT_EQ(view<SurveyView>()->questionIndex(), 1);
+    EXPECT_EQ(view<PageControl>()->currentPage(), 1);
     EXPECT_EQ(focused(), u"Option 1"_s);
     pass(250);
     click(u"Option 5"_s);

@@ -46,14 +46,17 @@ void SurveyScreenTest::TearDown() {
     OnlineFixture::TearDown();
 }
 
-void SurveyScreenTest::present(const QByteArray &questions, const QByteArray &locale,
-                               QWidget *host) {
+void SurveyScreenTest::hold(const QByteArray &questions, const QByteArray &locale) {
     answer("POST /events", {200, R"({"vid":1,"surveyId":7,"responseGroupUid":"g","locale":")" +
                                      locale + R"(","questions":)" + questions + "}"});
-    core->track(u"Event"_s, [this, host](SurveyState state) {
-        if (state == SurveyState::surveyReady)
-            core->presentSurvey(host ? host : &window);
-    });
+    core->track(u"Event"_s, [](SurveyState) {});
+    finish();
+}
+
+void SurveyScreenTest::present(const QByteArray &questions, const QByteArray &locale,
+                               QWidget *host) {
+    hold(questions, locale);
+    core->presentSurvey(host ? host : &window);
     finish();
 }
 

@@ -32,8 +32,9 @@ protected:
     /// Lets the survey that is still up end, and what it submits go out.
     void TearDown() override;
 
-    /// Has the service answer an event with a survey of these questions, and presents it; over
-    /// `window`, if there is no other host.
+    /// Has the service answer an event with a survey of these questions.
+    void hold(const QByteArray &questions, const QByteArray &locale = "en");
+    /// The same, and presents it; over `window`, if there is no other host.
     void present(const QByteArray &questions, const QByteArray &locale = "en",
                  QWidget *host = nullptr);
     /// The survey on screen; null when none is.

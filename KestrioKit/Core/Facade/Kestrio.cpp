@@ -6,7 +6,6 @@
 
 #include <QCoreApplication>
 #include <QThread>
-#include <QWidget>
 
 #include <array>
 
@@ -128,20 +127,33 @@ void Kestrio::track(const QString &eventName, const TrackHandler &handler) {
         m_core->track(eventName, handler);
 }
 
-void Kestrio::presentSurvey(QWidget *from) {
+void Kestrio::presentSurvey(QObject *from) {
     if (counts())
         m_core->presentSurvey(from);
 }
 
-void Kestrio::presentSurvey(qint64 surveyId, QWidget *from,
+void Kestrio::presentSurvey(qint64 surveyId, QObject *from,
                             const FetchCompletion &fetchCompletion) {
     if (counts())
         m_core->presentSurvey(surveyId, from, fetchCompletion);
 }
 
-void Kestrio::presentDebugSurvey(QWidget *from) {
+void Kestrio::presentDebugSurvey(QObject *from) {
     if (counts())
         m_core->presentDebugSurvey(from);
+}
+
+std::unique_ptr<SurveySession> Kestrio::startSurvey() {
+    return counts() ? m_core->startSurvey() : nullptr;
+}
+
+void Kestrio::startSurvey(qint64 surveyId, const SessionReceiver &receiver) {
+    if (counts())
+        m_core->startSurvey(surveyId, receiver);
+}
+
+std::unique_ptr<SurveySession> Kestrio::startDebugSurvey() {
+    return counts() ? m_core->startDebugSurvey() : nullptr;
 }
 
 void Kestrio::logout() {

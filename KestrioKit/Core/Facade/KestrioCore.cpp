@@ -2,16 +2,13 @@
 
 #include "KestrioKit/Core/Facade/DebugSurvey.h"
 #include "KestrioKit/Core/Facade/FacadeLog.h"
-#include "KestrioKit/Core/Facade/SurveyPresentation.h"
 #include "KestrioKit/Core/Platform/HTTP/NetworkTransport.h"
 #include "KestrioKit/Core/Platform/Storage.h"
 #include "KestrioKit/Core/Platform/Threads/LibraryThread.h"
 #include "KestrioKit/Core/Platform/Threads/TransientThread.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QCoreApplication>
 #include <QThread>
-#include <QWidget>
 
 namespace KestrioKit {
 
@@ -37,6 +34,11 @@ std::shared_ptr<const Handler> keptForMain(const Handler &handler) {
 bool isOnMainThread() {
     const QCoreApplication *const application = QCoreApplication::instance();
     return application && application->thread() == QThread::currentThread();
+}
+
+// For the host's developer: the service can do nothing about it.
+void logRefusal(const QString &reason) {
+    logLine(u"More Info: "_s + reason, LogCategory::error);
 }
 
 void callOnMain(const KestrioCore::SharedHandler &handler, SurveyState state) {
@@ -229,7 +231,7 @@ SurveyState KestrioCore::surveyReceived(const Survey &survey) {
 
 // Surveys on screen
 
-void KestrioCore::presentSurvey(const QPointer<QWidget> &from) {
+void KestrioCore::presentSurvey(const QPointer<QObject> &from) {
     whenReady({Kind::other, [from](KestrioCore &core) {
                    if (const std::optional<Survey> held = core.survey())
                        core.presentSpecifiedSurvey(*held, from);
@@ -238,50 +240,90 @@ void KestrioCore::presentSurvey(const QPointer<QWidget> &from) {
                }});
 }
 
-void KestrioCore::presentSurvey(qint64 surveyId, const QPointer<QWidget> &from,
+void KestrioCore::presentSurvey(qint64 surveyId, const QPointer<QObject> &from,
                                 const FetchCompletion &fetchCompletion) {
     const auto kept = keptForMain(fetchCompletion);
-    whenReady(
-        {Kind::other,
-         [surveyId, from, kept](KestrioCore &core) { core.fetchAndPresent(surveyId, from, kept); },
-         [surveyId, from](KestrioCore &core) {
-             core.presentSurvey(surveyId, from, {});
-         }});
+    whenReady({Kind::other,
+               [surveyId, from, kept](KestrioCore &core) {
+                   core.fetch(surveyId, [&core, from, kept](const Survey &survey) {
+                       if (kept)
+                           (*kept)();
+                       core.presentSpecifiedSurvey(survey, from);
+                   });
+               },
+               [surveyId, from](KestrioCore &core) {
+                   core.presentSurvey(surveyId, from, {});
+               }});
 }
 
-void KestrioCore::fetchAndPresent(qint64 surveyId, const QPointer<QWidget> &from,
-                                  const SharedCompletion &fetchCompletion) {
-    m_api->fetchSurvey(surveyId, [self = shared_from_this(), from,
-                                  fetchCompletion](const auto &survey, const auto &, const auto &) {
-        if (!survey)
-            return;
-        DispatchQueue::main().async([self, from, fetchCompletion, survey = *survey] {
-            if (fetchCompletion)
-                (*fetchCompletion)();
-            self->presentSpecifiedSurvey(survey, from);
+void KestrioCore::fetch(qint64 surveyId, const std::function<void(const Survey &)> &use) {
+    m_api->fetchSurvey(
+        surveyId, [self = shared_from_this(), use](const auto &survey, const auto &, const auto &) {
+            if (survey)
+                DispatchQueue::main().async([self, use, survey = *survey] { use(survey); });
         });
-    });
 }
 
-void KestrioCore::presentDebugSurvey(const QPointer<QWidget> &from) {
+void KestrioCore::presentDebugSurvey(const QPointer<QObject> &from) {
     if (m_startUp->readyState() != Action::skip)
         presentSpecifiedSurvey(debugSurvey(), from);
 }
 
-void KestrioCore::presentSpecifiedSurvey(const Survey &survey, const QPointer<QWidget> &from) {
+PresentationContext KestrioCore::presentationContext() {
+    return {.clock = m_clock,
+            .api = m_api,
+            .themeColor = config().value_or(ResponseConfig()).themeColor(),
+            .gone = [self = shared_from_this()] {
+                self->setSurvey(std::nullopt);
+            }};
+}
+
+void KestrioCore::presentSpecifiedSurvey(const Survey &survey, const QPointer<QObject> &from) {
     const auto present = [self = shared_from_this(), survey, from] {
-        const std::optional<ResponseConfig> config = self->config();
-        const QColor themeColor = config ? config->themeColor() : KestrioUI::Color::defaultTheme();
-        const std::optional<QString> refusal = KestrioKit::presentSpecifiedSurvey(
-            survey, from, {self->m_clock, self->m_api, themeColor, self});
-        // For the host's developer: the service can do nothing about it.
+        const std::optional<QString> refusal =
+            KestrioKit::presentSpecifiedSurvey(survey, from, self->presentationContext());
         if (refusal)
-            logLine(u"More Info: "_s + *refusal, LogCategory::error);
+            logRefusal(*refusal);
     };
     if (isOnMainThread())
         present();
     else
         DispatchQueue::main().async(present);
+}
+
+// Surveys that the host draws itself
+
+std::unique_ptr<SurveySession> KestrioCore::startSurvey() {
+    if (const std::optional<Survey> held = survey())
+        return startSession(*held);
+    logLine(u"No survey found."_s, LogCategory::info);
+    return nullptr;
+}
+
+void KestrioCore::startSurvey(qint64 surveyId, const SessionReceiver &receiver) {
+    const auto kept = keptForMain(receiver);
+    whenReady({Kind::other, [surveyId, kept](KestrioCore &core) {
+                   core.fetch(surveyId, [&core, kept](const Survey &survey) {
+                       std::unique_ptr<SurveySession> session = core.startSession(survey);
+                       if (session && kept)
+                           (*kept)(std::move(session));
+                   });
+               }});
+}
+
+std::unique_ptr<SurveySession> KestrioCore::startDebugSurvey() {
+    if (m_startUp->readyState() == Action::skip)
+        return nullptr;
+    return startSession(debugSurvey());
+}
+
+std::unique_ptr<SurveySession> KestrioCore::startSession(const Survey &survey) {
+    auto started = KestrioKit::startSession(survey, presentationContext());
+    if (const auto *const refusal = std::get_if<QString>(&started)) {
+        logRefusal(*refusal);
+        return nullptr;
+    }
+    return std::get<std::unique_ptr<SurveySession>>(std::move(started));
 }
 
 void KestrioCore::handleError(const std::optional<Error> &error) {

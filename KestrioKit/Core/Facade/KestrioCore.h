@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KestrioKit/Core/Facade/StartUp.h"
+#include "KestrioKit/Core/Facade/SurveyPresentation.h"
 #include "KestrioKit/Core/Platform/LibraryContext.h"
 #include "KestrioKit/Core/Platform/Threads/Atomic.h"
 #include "KestrioKit/Core/Protocol/ResponseConfig.h"
@@ -8,7 +9,6 @@
 #include "KestrioKit/Core/Service/KestrioService.h"
 #include "KestrioKit/Core/Survey/Survey.h"
 #include "KestrioKit/SurveyState.h"
-#include "KestrioKit/Widgets/Survey/SurveyViewController.h"
 
 #include <QMap>
 #include <QPointer>
@@ -23,14 +23,14 @@ namespace KestrioKit {
 
 /// What `Kestrio` does. Each public operation asks whether calls may run now, forwards to the
 /// network service, and keeps the identity in step with what the service answers. Thread-safe.
-class KestrioCore final : public SurveyViewControllerDelegate,
-                          public std::enable_shared_from_this<KestrioCore> {
+class KestrioCore final : public std::enable_shared_from_this<KestrioCore> {
 public:
     using TrackHandler = std::function<void(SurveyState)>;
     /// A handler on its way through the threads; null when there is none.
     using SharedHandler = std::shared_ptr<const TrackHandler>;
     using FetchCompletion = std::function<void()>;
     using SharedCompletion = std::shared_ptr<const FetchCompletion>;
+    using SessionReceiver = std::function<void(std::unique_ptr<SurveySession>)>;
 
     /// The one that `Kestrio::shared()` faces, on the machine's own clock, network and files.
     static const std::shared_ptr<KestrioCore> &shared();
@@ -40,8 +40,8 @@ public:
     const std::shared_ptr<KestrioService> &api() const { return m_api; }
 
     /// The survey that an event was answered with, until it has been shown.
-    std::optional<Survey> survey() const override { return m_survey.value(); }
-    void setSurvey(std::optional<Survey> survey) override { m_survey.setValue(std::move(survey)); }
+    std::optional<Survey> survey() const { return m_survey.value(); }
+    void setSurvey(std::optional<Survey> survey) { m_survey.setValue(std::move(survey)); }
 
     /// The configuration from the last fetch that succeeded.
     std::optional<ResponseConfig> config() const { return m_startUp->config(); }
@@ -62,10 +62,13 @@ public:
     void setVisitorAttributes(const QMap<QString, QString> &attributes);
     void removeVisitorAttributes(const QStringList &keys);
     void track(const QString &eventName, const TrackHandler &handler);
-    void presentSurvey(const QPointer<QWidget> &from);
-    void presentSurvey(qint64 surveyId, const QPointer<QWidget> &from,
+    void presentSurvey(const QPointer<QObject> &from);
+    void presentSurvey(qint64 surveyId, const QPointer<QObject> &from,
                        const FetchCompletion &fetchCompletion);
-    void presentDebugSurvey(const QPointer<QWidget> &from);
+    void presentDebugSurvey(const QPointer<QObject> &from);
+    std::unique_ptr<SurveySession> startSurvey();
+    void startSurvey(qint64 surveyId, const SessionReceiver &receiver);
+    std::unique_ptr<SurveySession> startDebugSurvey();
     void logout();
 
 private:
@@ -90,9 +93,11 @@ private:
     void trackEvent(const QString &eventName, const SharedHandler &handler);
     void trackForSurvey(const QString &name, const SharedHandler &handler);
     SurveyState surveyReceived(const Survey &survey);
-    void fetchAndPresent(qint64 surveyId, const QPointer<QWidget> &from,
-                         const SharedCompletion &fetchCompletion);
-    void presentSpecifiedSurvey(const Survey &survey, const QPointer<QWidget> &from);
+    /// Fetches the survey, and hands it to `use` on the main thread.
+    void fetch(qint64 surveyId, const std::function<void(const Survey &)> &use);
+    void presentSpecifiedSurvey(const Survey &survey, const QPointer<QObject> &from);
+    std::unique_ptr<SurveySession> startSession(const Survey &survey);
+    PresentationContext presentationContext();
     SimpleCompletion handlingErrors();
     void handleError(const std::optional<Error> &error);
     void reportError(const Error &error);

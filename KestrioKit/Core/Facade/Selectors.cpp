@@ -1,7 +1,5 @@
 #include "KestrioKit/Core/Facade/Selectors.h"
 
-#include <QWidget>
-
 #include <algorithm>
 #include <array>
 
@@ -82,21 +80,21 @@ const std::array selectors{
                                arguments[1].value<Kestrio::TrackHandler>());
                  return QVariant();
              }},
-    Selector{"presentSurveyFrom:"_L1, types<QWidget *>,
+    Selector{"presentSurveyFrom:"_L1, types<QObject *>,
              [](Kestrio &kestrio, const Arguments &arguments) {
-                 kestrio.presentSurvey(arguments[0].value<QWidget *>());
+                 kestrio.presentSurvey(arguments[0].value<QObject *>());
                  return QVariant();
              }},
     Selector{"presentSurveyWithId:from:fetchCompletion:"_L1,
-             types<qint64, QWidget *, Kestrio::FetchCompletion>,
+             types<qint64, QObject *, Kestrio::FetchCompletion>,
              [](Kestrio &kestrio, const Arguments &arguments) {
-                 kestrio.presentSurvey(arguments[0].toLongLong(), arguments[1].value<QWidget *>(),
+                 kestrio.presentSurvey(arguments[0].toLongLong(), arguments[1].value<QObject *>(),
                                        arguments[2].value<Kestrio::FetchCompletion>());
                  return QVariant();
              }},
-    Selector{"presentDebugSurveyFrom:"_L1, types<QWidget *>,
+    Selector{"presentDebugSurveyFrom:"_L1, types<QObject *>,
              [](Kestrio &kestrio, const Arguments &arguments) {
-                 kestrio.presentDebugSurvey(arguments[0].value<QWidget *>());
+                 kestrio.presentDebugSurvey(arguments[0].value<QObject *>());
                  return QVariant();
              }},
     Selector{"logout"_L1, types<>,
@@ -126,8 +124,8 @@ bool saysValueOf(const QVariant &argument, QMetaType type) {
 // Only a handler may be left out; a null widget is told like any other; lists and maps are of
 // texts.
 bool fits(const QVariant &argument, QMetaType type) {
-    if (type == QMetaType::fromType<QWidget *>())
-        return argument.canConvert<QWidget *>();
+    if (type == QMetaType::fromType<QObject *>())
+        return argument.canConvert<QObject *>();
     if (argument.isNull())
         return type == QMetaType::fromType<Kestrio::TrackHandler>() ||
                type == QMetaType::fromType<Kestrio::FetchCompletion>();

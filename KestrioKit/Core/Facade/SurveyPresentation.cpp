@@ -1,9 +1,8 @@
 #include "KestrioKit/Core/Facade/SurveyPresentation.h"
 
 #include "KestrioKit/Core/Platform/LanguageBundle.h"
-#include "KestrioKit/Core/Service/KestrioSurveyResponder.h"
-
-#include <QWidget>
+#include "KestrioKit/Core/Session/FrontEnd.h"
+#include "KestrioKit/Core/Session/SurveySessionPrivate.h"
 
 namespace KestrioKit {
 
@@ -11,16 +10,21 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::optional<QString> obstacle(const Survey &survey, const QWidget *from) {
-    if (!from)
-        return u"There is no widget to show the survey from."_s;
-    if (!from->window()->isVisible())
-        return u"The window to show the survey over is not shown itself."_s;
-    if (SurveyViewController::presented())
+std::optional<QString> obstacle(const Survey &survey) {
+    if (SurveySessionPrivate::existing())
         return u"Another survey is being shown."_s;
     if (survey.questions.isEmpty())
         return u"The survey to show has no questions."_s;
     return std::nullopt;
+}
+
+std::unique_ptr<SurveySession> makeSession(const Survey &survey, PresentationContext context) {
+    return SurveySessionPrivate::make(
+        survey,
+        {.clock = context.clock,
+         .themeColor = context.themeColor,
+         .responder = std::make_unique<KestrioSurveyResponder>(std::move(context.api), survey),
+         .gone = std::move(context.gone)});
 }
 
 } // namespace
@@ -29,15 +33,28 @@ void speakLanguage(const Survey &survey) {
     AnyLanguageBundle::framework().setLanguage(languageOf(survey));
 }
 
-std::optional<QString> presentSpecifiedSurvey(const Survey &survey, QWidget *from,
-                                              const PresentationContext &context) {
-    if (std::optional<QString> reason = obstacle(survey, from))
+std::variant<std::unique_ptr<SurveySession>, QString> startSession(const Survey &survey,
+                                                                   PresentationContext context) {
+    if (const std::optional<QString> reason = obstacle(survey))
+        return *reason;
+    return makeSession(survey, std::move(context));
+}
+
+std::optional<QString> presentSpecifiedSurvey(const Survey &survey, QObject *from,
+                                              PresentationContext context) {
+    if (!from)
+        return u"There is no widget to show the survey from."_s;
+    FrontEnd *const frontEnd = FrontEnd::suitableFor(*from);
+    if (!frontEnd)
+        return u"Nothing that is linked can show a survey over a %1: link KestrioKit::Widgets "
+               "to show surveys over a QWidget."_s.arg(
+                   QString::fromLatin1(from->metaObject()->className()));
+    if (std::optional<QString> reason = frontEnd->obstacle(*from))
         return reason;
-    auto *const controller = new SurveyViewController(
-        survey, context.themeColor, std::make_shared<KestrioSurveyResponder>(context.api, survey),
-        context.clock);
-    controller->setDelegate(context.delegate);
-    controller->present(from);
+    if (std::optional<QString> reason = obstacle(survey))
+        return reason;
+    const Clock &clock = context.clock;
+    frontEnd->show(makeSession(survey, std::move(context)), *from, clock);
     return std::nullopt;
 }
 

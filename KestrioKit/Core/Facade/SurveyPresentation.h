@@ -1,13 +1,15 @@
 #pragma once
 
+#include "KestrioKit/Core/Platform/Threads/Executor.h"
 #include "KestrioKit/Core/Service/KestrioService.h"
 #include "KestrioKit/Core/Survey/Survey.h"
-#include "KestrioKit/Widgets/Survey/SurveyViewController.h"
+#include "KestrioKit/SurveySession.h"
 
 #include <QColor>
+#include <QObject>
 
 #include <memory>
-#include <optional>
+#include <variant>
 
 namespace KestrioKit {
 
@@ -17,16 +19,21 @@ struct PresentationContext {
     const Clock &clock;
     std::shared_ptr<KestrioService> api;
     QColor themeColor;
-    /// Holds no survey any more once this one has gone.
-    std::weak_ptr<SurveyViewControllerDelegate> delegate;
+    /// Called when the survey has gone; may be empty.
+    Block gone = {};
 };
 
 /// Has the library's texts speak the survey's language, English when it names none.
 void speakLanguage(const Survey &survey);
 
-/// Shows `survey` over the window of `from`, in its own language. What comes back is why that
-/// cannot be; then nothing has been shown or reported. For the main thread.
-std::optional<QString> presentSpecifiedSurvey(const Survey &survey, QWidget *from,
-                                              const PresentationContext &context);
+/// Begins to answer `survey`. Instead of the session comes the reason why that is impossible; then
+/// nothing has been reported. For the main thread.
+std::variant<std::unique_ptr<SurveySession>, QString> startSession(const Survey &survey,
+                                                                   PresentationContext context);
+
+/// Shows `survey` over `from`. Returns why that is impossible; then nothing has been shown or
+/// reported. For the main thread.
+std::optional<QString> presentSpecifiedSurvey(const Survey &survey, QObject *from,
+                                              PresentationContext context);
 
 } // namespace KestrioKit

@@ -90,8 +90,8 @@ std::shared_ptr<const QTranslator> tableFor(const QString &language) {
 
 } // namespace
 
-AnyLanguageBundle::AnyLanguageBundle() {
-    setLanguage({});
+AnyLanguageBundle::AnyLanguageBundle(const QString &language) {
+    setLanguage(language);
 }
 
 AnyLanguageBundle &AnyLanguageBundle::framework() {
@@ -108,17 +108,9 @@ void AnyLanguageBundle::setLanguage(const QString &language) {
     m_table.setValue(tableFor(language));
 }
 
-AnyLanguageBundle::Hold AnyLanguageBundle::holdLanguage(const QString &language) {
-    Hold table = tableFor(language);
-    m_heldTable.setValue(table);
-    return table;
-}
-
 QString AnyLanguageBundle::localizedString(const QString &key, const QString &value) const {
     // A translator that is not installed may be read, and let go of, on any thread.
-    std::shared_ptr<const QTranslator> table = m_heldTable.value().lock();
-    if (!table)
-        table = m_table.value();
+    const std::shared_ptr<const QTranslator> table = m_table.value();
     QString text = table ? table->translate(tableContext, key.toUtf8().constData()) : QString();
     if (!text.isEmpty())
         return text;

@@ -14,12 +14,12 @@ namespace KestrioKit {
 /// The library's texts, in the language that was asked for. Thread-safe.
 class AnyLanguageBundle {
 public:
-    /// Takes texts from the default language: the first of the user's languages that there are
-    /// texts in, or else English.
-    AnyLanguageBundle();
+    /// Takes texts from `language`, as `setLanguage()` does; without one, from the default
+    /// language: the first of the user's languages that there are texts in, or else English.
+    explicit AnyLanguageBundle(const QString &language = {});
     Q_DISABLE_COPY_MOVE(AnyLanguageBundle)
 
-    /// The bundle from which all survey screens take their texts.
+    /// The bundle that speaks the language of the last survey that the service answered with.
     static AnyLanguageBundle &framework();
 
     /// The languages for which there are texts, by their folders' names: "de", "pt-BR", …
@@ -31,19 +31,11 @@ public:
     /// the default language, as the user's languages are now.
     void setLanguage(const QString &language);
 
-    /// Keeps the language that `holdLanguage()` was called with.
-    using Hold = std::shared_ptr<const QTranslator>;
-
-    /// Takes texts from `language`, found as above, for as long as the result lives, whatever
-    /// `setLanguage()` is called with meanwhile. The hold that was made last counts.
-    [[nodiscard]] Hold holdLanguage(const QString &language);
-
     /// The text for `key`. Without one: `value`, or where that is empty the key itself.
     QString localizedString(const QString &key, const QString &value = {}) const;
 
 private:
     Atomic<std::shared_ptr<const QTranslator>> m_table;
-    Atomic<std::weak_ptr<const QTranslator>> m_heldTable;
 };
 
 } // namespace KestrioKit

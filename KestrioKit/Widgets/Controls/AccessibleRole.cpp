@@ -1,7 +1,5 @@
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 
-#include "KestrioKit/Core/Platform/LanguageBundle.h"
-
 #include <QAbstractButton>
 #include <QAccessibleWidget>
 #include <QStringList>
@@ -76,22 +74,17 @@ void setAccessibleLabel(QWidget *view, QWidget *label) {
     view->setProperty(labelProperty, QVariant::fromValue(label));
 }
 
-void setRadioGroup(const QList<QWidget *> &buttons, const Labels &ends) {
+void setRadioGroup(const QList<QWidget *> &buttons, const SurveyTexts &texts,
+                   const QString &firstLabel, const QString &lastLabel) {
     for (qsizetype position = 1; QWidget *const button : buttons) {
         setAccessibleRole(button, QAccessible::RadioButton);
-        QStringList texts{position == 1 ? ends.left : QString(),
-                          position == buttons.size() ? ends.right : QString(),
-                          positionText(position, buttons.size())};
-        texts.removeAll(QString());
-        button->setAccessibleDescription(texts.join(u", "_s));
+        QStringList parts{position == 1 ? firstLabel : QString(),
+                          position == buttons.size() ? lastLabel : QString(),
+                          texts.position(position, buttons.size())};
+        parts.removeAll(QString());
+        button->setAccessibleDescription(parts.join(u", "_s));
         ++position;
     }
-}
-
-QString positionText(qsizetype position, qsizetype count) {
-    return AnyLanguageBundle::framework()
-        .localizedString(u"%1 of %2"_s)
-        .arg(QString::number(position), QString::number(count));
 }
 
 void announce(QWidget *view) {

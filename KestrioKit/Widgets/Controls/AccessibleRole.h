@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KestrioKit/Core/Survey/Labels.h"
+#include "KestrioKit/SurveyTexts.h"
 
 #include <QAccessible>
 #include <QList>
@@ -16,11 +16,9 @@ void setAccessibleRole(QWidget *view, QAccessible::Role role);
 void setAccessibleLabel(QWidget *view, QWidget *label);
 
 /// Presents buttons that lie beside each other as radio buttons. Each one's description says which
-/// of them it is, since Qt has no property for that; at the ends, also what `ends` says.
-void setRadioGroup(const QList<QWidget *> &buttons, const Labels &ends = {});
-
-/// The text for one of several, in the language of the survey: "2 of 5". Both count from 1.
-QString positionText(qsizetype position, qsizetype count);
+/// of them it is, since Qt has no property for that; at the ends, also what their labels say.
+void setRadioGroup(const QList<QWidget *> &buttons, const SurveyTexts &texts,
+                   const QString &firstLabel = {}, const QString &lastLabel = {});
 
 /// Has a screen reader say the view's name now.
 void announce(QWidget *view);

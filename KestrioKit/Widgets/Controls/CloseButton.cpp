@@ -1,6 +1,5 @@
 #include "KestrioKit/Widgets/Controls/CloseButton.h"
 
-#include "KestrioKit/Core/Platform/LanguageBundle.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
@@ -28,9 +27,7 @@ void drawCross(QPainter &painter) {
 
 } // namespace
 
-CloseButton::CloseButton()
-    : Button(AnyLanguageBundle::framework().localizedString(u"Close"_s)),
-      m_image(Constant::size, drawCross) {
+CloseButton::CloseButton(const QString &title) : Button(title), m_image(Constant::size, drawCross) {
     setObjectName(Constant::accessibilityIdentifier);
 }
 

@@ -10,7 +10,7 @@ class CloseButton final : public Button {
     Q_OBJECT
 
 public:
-    CloseButton();
+    explicit CloseButton(const QString &title);
 
     qreal alpha() const override;
     QSize sizeHint() const override;

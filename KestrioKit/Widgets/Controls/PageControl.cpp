@@ -21,9 +21,10 @@ constexpr int pitch = 16;
 
 } // namespace
 
-PageControl::PageControl(int numberOfPages, const QColor &pageIndicatorTintColor,
+PageControl::PageControl(int numberOfPages, SurveyTexts texts, const QColor &pageIndicatorTintColor,
                          const QColor &currentPageIndicatorTintColor)
     : m_numberOfPages(numberOfPages),
+      m_texts(std::move(texts)),
       m_pageIndicatorTintColor(pageIndicatorTintColor),
       m_currentPageIndicatorTintColor(currentPageIndicatorTintColor) {
     // Without a value, of which a screen reader would make a percentage.
@@ -38,7 +39,7 @@ void PageControl::setCurrentPage(int page) {
 }
 
 void PageControl::describe() {
-    setAccessibleName(positionText(m_currentPage + 1, m_numberOfPages));
+    setAccessibleName(m_texts.position(m_currentPage + 1, m_numberOfPages));
 }
 
 QSize PageControl::sizeHint() const {

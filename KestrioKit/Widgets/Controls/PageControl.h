@@ -1,5 +1,7 @@
 #pragma once
 
+#include "KestrioKit/SurveyTexts.h"
+
 #include <QColor>
 #include <QWidget>
 
@@ -11,7 +13,7 @@ class PageControl final : public QWidget {
     Q_OBJECT
 
 public:
-    PageControl(int numberOfPages, const QColor &pageIndicatorTintColor,
+    PageControl(int numberOfPages, SurveyTexts texts, const QColor &pageIndicatorTintColor,
                 const QColor &currentPageIndicatorTintColor);
 
     int numberOfPages() const { return m_numberOfPages; }
@@ -28,6 +30,7 @@ private:
     void describe();
 
     int m_numberOfPages;
+    SurveyTexts m_texts;
     int m_currentPage = 0;
     QColor m_pageIndicatorTintColor;
     QColor m_currentPageIndicatorTintColor;

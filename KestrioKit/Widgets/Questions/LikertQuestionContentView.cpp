@@ -6,8 +6,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 firstValue = 1;
-
 namespace LikertAccessibility {
 constexpr auto option_one = "Option 1"_L1;
 constexpr auto option_two = "Option 2"_L1;
@@ -22,10 +20,9 @@ QStringList all() {
 
 } // namespace
 
-LikertQuestionContentView::LikertQuestionContentView(const Details &questionDetails,
-                                                     const QColor &themeColor, bool isLastQuestion)
-    : ScaleQuestionContentView(questionDetails, themeColor, isLastQuestion,
-                               LikertAccessibility::all(), firstValue,
-                               questionDetails.labels.value_or(Labels())) {}
+LikertQuestionContentView::LikertQuestionContentView(const SurveyQuestion &question,
+                                                     const SurveyTexts &texts,
+                                                     const QColor &themeColor)
+    : ScaleQuestionContentView(question, texts, themeColor, LikertAccessibility::all()) {}
 
 } // namespace KestrioKit

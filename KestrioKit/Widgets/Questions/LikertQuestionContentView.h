@@ -9,8 +9,8 @@ class LikertQuestionContentView final : public ScaleQuestionContentView {
     Q_OBJECT
 
 public:
-    LikertQuestionContentView(const Details &questionDetails, const QColor &themeColor,
-                              bool isLastQuestion);
+    LikertQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
+                              const QColor &themeColor);
 };
 
 } // namespace KestrioKit

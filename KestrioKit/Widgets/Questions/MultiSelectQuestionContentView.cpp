@@ -20,12 +20,12 @@ constexpr auto actionButtonIdentifier = "Multi-select submit button"_L1;
 
 } // namespace
 
-MultiSelectQuestionContentView::MultiSelectQuestionContentView(const Details &questionDetails,
-                                                               const QColor &themeColor,
-                                                               bool isLastQuestion)
-    : QuestionContentContainer(questionDetails, themeColor, isLastQuestion) {
+MultiSelectQuestionContentView::MultiSelectQuestionContentView(const SurveyQuestion &question,
+                                                               const SurveyTexts &texts,
+                                                               const QColor &themeColor)
+    : QuestionContentContainer(question, texts, themeColor) {
     QLayout *const buttonsStackView = makeColumn();
-    m_actionButton = new ActionButton(actionTitle(), themeColor);
+    m_actionButton = new ActionButton(question.actionText, themeColor);
     m_actionButton->setObjectName(Constant::actionButtonIdentifier);
     connect(m_actionButton, &QAbstractButton::clicked, this,
             &MultiSelectQuestionContentView::actionButtonTapped);
@@ -40,7 +40,7 @@ QLayout *MultiSelectQuestionContentView::makeColumn() {
     auto *const column = new QVBoxLayout;
     column->setContentsMargins({});
     column->setSpacing(KestrioUI::Padding::tiny);
-    for (const Option &option : questionDetails().options.value_or(QList<Option>())) {
+    for (const SurveyOption &option : question().options) {
         auto *const button = new CheckboxButton(option.label, themeColor());
         connect(button, &QAbstractButton::clicked, button, &CheckboxButton::toggleAnimated);
         column->addWidget(button);
@@ -57,15 +57,14 @@ QWidget *MultiSelectQuestionContentView::firstControl() const {
     return m_checkboxButtons.first();
 }
 
-void MultiSelectQuestionContentView::actionButtonTapped() const {
-    const QList<Option> options = questionDetails().options.value_or(QList<Option>());
-    CodableDynamicType::DictBoolValue selected;
+void MultiSelectQuestionContentView::actionButtonTapped() {
+    QVariantMap selected;
     for (qsizetype position = 0; position < m_checkboxButtons.size(); ++position) {
-        const std::optional<qint64> id = options[position].id;
+        const std::optional<qint64> id = question().options[position].id;
         if (m_checkboxButtons[position]->isChecked() && id)
             selected.insert(QString::number(*id), true);
     }
-    finish(CodableDynamicType::dictBoolValue(selected));
+    Q_EMIT answered(selected);
 }
 
 } // namespace KestrioKit

@@ -13,14 +13,14 @@ class MultiSelectQuestionContentView final : public QuestionContentContainer {
     Q_OBJECT
 
 public:
-    MultiSelectQuestionContentView(const Details &questionDetails, const QColor &themeColor,
-                                   bool isLastQuestion);
+    MultiSelectQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
+                                   const QColor &themeColor);
 
     QWidget *firstControl() const override;
 
 private:
     QLayout *makeColumn();
-    void actionButtonTapped() const;
+    void actionButtonTapped();
 
     QList<CheckboxButton *> m_checkboxButtons;
     ActionButton *m_actionButton;

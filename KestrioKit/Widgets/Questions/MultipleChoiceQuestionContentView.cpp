@@ -20,20 +20,20 @@ constexpr auto identifierPrefix = "Multi-choice option: "_L1;
 
 } // namespace
 
-MultipleChoiceQuestionContentView::MultipleChoiceQuestionContentView(const Details &questionDetails,
-                                                                     const QColor &themeColor,
-                                                                     bool isLastQuestion)
-    : QuestionContentContainer(questionDetails, themeColor, isLastQuestion) {
+MultipleChoiceQuestionContentView::MultipleChoiceQuestionContentView(const SurveyQuestion &question,
+                                                                     const SurveyTexts &texts,
+                                                                     const QColor &themeColor)
+    : QuestionContentContainer(question, texts, themeColor) {
     auto *const stackView = new QVBoxLayout(this);
     stackView->setContentsMargins({});
     stackView->setSpacing(KestrioUI::Padding::tiny);
-    for (const Option &option : questionDetails.options.value_or(QList<Option>()))
+    for (const SurveyOption &option : question.options)
         addButton(option);
-    setRadioGroup(m_buttons);
+    setRadioGroup(m_buttons, texts);
     new ArrowKeys(m_buttons, ArrowKeys::TabStops::one, this);
 }
 
-void MultipleChoiceQuestionContentView::addButton(const Option &option) {
+void MultipleChoiceQuestionContentView::addButton(const SurveyOption &option) {
     auto *const button =
         new ThemedButton(option.label, {.insets = Constant::buttonInsets,
                                         .alignment = Qt::AlignLeft,
@@ -51,9 +51,9 @@ QWidget *MultipleChoiceQuestionContentView::firstControl() const {
 }
 
 // Without an id there is nothing to key the answer by.
-void MultipleChoiceQuestionContentView::buttonTapped(const Option &option) const {
+void MultipleChoiceQuestionContentView::buttonTapped(const SurveyOption &option) {
     if (option.id)
-        finish(CodableDynamicType::dictStringValue({{QString::number(*option.id), option.value}}));
+        Q_EMIT answered(QVariantMap{{QString::number(*option.id), option.value}});
 }
 
 } // namespace KestrioKit

@@ -10,14 +10,14 @@ class MultipleChoiceQuestionContentView final : public QuestionContentContainer 
     Q_OBJECT
 
 public:
-    MultipleChoiceQuestionContentView(const Details &questionDetails, const QColor &themeColor,
-                                      bool isLastQuestion);
+    MultipleChoiceQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
+                                      const QColor &themeColor);
 
     QWidget *firstControl() const override;
 
 private:
-    void addButton(const Option &option);
-    void buttonTapped(const Option &option) const;
+    void addButton(const SurveyOption &option);
+    void buttonTapped(const SurveyOption &option);
 
     QList<QWidget *> m_buttons;
 };

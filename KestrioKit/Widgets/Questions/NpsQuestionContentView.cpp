@@ -6,8 +6,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 firstValue = 0;
-
 namespace NpsAccessibility {
 constexpr auto option_zero = "Option 0"_L1;
 constexpr auto option_one = "Option 1"_L1;
@@ -27,15 +25,10 @@ QStringList all() {
 }
 } // namespace NpsAccessibility
 
-Labels defaultLabels() {
-    return {u"Not at all likely"_s, u"Extremely likely"_s};
-}
-
 } // namespace
 
-NpsQuestionContentView::NpsQuestionContentView(const Details &questionDetails,
-                                               const QColor &themeColor, bool isLastQuestion)
-    : ScaleQuestionContentView(questionDetails, themeColor, isLastQuestion, NpsAccessibility::all(),
-                               firstValue, questionDetails.labels.value_or(defaultLabels())) {}
+NpsQuestionContentView::NpsQuestionContentView(const SurveyQuestion &question,
+                                               const SurveyTexts &texts, const QColor &themeColor)
+    : ScaleQuestionContentView(question, texts, themeColor, NpsAccessibility::all()) {}
 
 } // namespace KestrioKit

@@ -9,8 +9,8 @@ class NpsQuestionContentView final : public ScaleQuestionContentView {
     Q_OBJECT
 
 public:
-    NpsQuestionContentView(const Details &questionDetails, const QColor &themeColor,
-                           bool isLastQuestion);
+    NpsQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
+                           const QColor &themeColor);
 };
 
 } // namespace KestrioKit

@@ -1,6 +1,5 @@
 #include "KestrioKit/Widgets/Questions/OpenQuestionContentView.h"
 
-#include "KestrioKit/Core/Platform/LanguageBundle.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
 #include "KestrioKit/Widgets/Controls/TextView.h"
@@ -25,14 +24,13 @@ constexpr auto buttonIdentifier = "Open question button"_L1;
 
 } // namespace
 
-OpenQuestionContentView::OpenQuestionContentView(const Details &questionDetails,
-                                                 const QColor &themeColor, bool isLastQuestion)
-    : QuestionContentContainer(questionDetails, themeColor, isLastQuestion),
+OpenQuestionContentView::OpenQuestionContentView(const SurveyQuestion &question,
+                                                 const SurveyTexts &texts, const QColor &themeColor)
+    : QuestionContentContainer(question, texts, themeColor),
       m_textView(new TextView(themeColor, Constant::inset, Constant::textViewHeight)),
-      m_placeholderLabel(
-          new Label(AnyLanguageBundle::framework().localizedString(u"I think that..."_s),
-                    preferredFont(TextStyle::body), KestrioUI::Color::inactive())),
-      m_button(new ActionButton(actionTitle(), themeColor)) {
+      m_placeholderLabel(new Label(texts.placeholder, preferredFont(TextStyle::body),
+                                   KestrioUI::Color::inactive())),
+      m_button(new ActionButton(question.actionText, themeColor)) {
     makeTextView();
     m_button->setObjectName(Constant::buttonIdentifier);
     connect(m_button, &QAbstractButton::clicked, this, &OpenQuestionContentView::buttonTapped);
@@ -78,7 +76,7 @@ void OpenQuestionContentView::buttonTapped() {
     // What is being composed belongs to the text.
     KeyboardObserver::commit();
     m_button->setFocus(Qt::OtherFocusReason);
-    finish(CodableDynamicType::stringValue(m_textView->typedText()));
+    Q_EMIT answered(m_textView->typedText());
 }
 
 } // namespace KestrioKit

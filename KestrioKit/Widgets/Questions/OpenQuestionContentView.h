@@ -13,8 +13,8 @@ class OpenQuestionContentView final : public QuestionContentContainer {
     Q_OBJECT
 
 public:
-    OpenQuestionContentView(const Details &questionDetails, const QColor &themeColor,
-                            bool isLastQuestion);
+    OpenQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
+                            const QColor &themeColor);
 
     QWidget *firstControl() const override;
 

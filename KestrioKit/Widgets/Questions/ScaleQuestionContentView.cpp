@@ -19,30 +19,29 @@ constexpr int height = 50;
 
 } // namespace
 
-ScaleQuestionContentView::ScaleQuestionContentView(const Details &questionDetails,
-                                                   const QColor &themeColor, bool isLastQuestion,
-                                                   const QStringList &identifiers,
-                                                   qint64 firstValue, const Labels &labels)
-    : QuestionContentContainer(questionDetails, themeColor, isLastQuestion) {
+ScaleQuestionContentView::ScaleQuestionContentView(const SurveyQuestion &question,
+                                                   const SurveyTexts &texts,
+                                                   const QColor &themeColor,
+                                                   const QStringList &identifiers)
+    : QuestionContentContainer(question, texts, themeColor) {
     auto *const buttonsContainerView = new ScaleRow(themeColor, Constant::height);
-    for (qint64 value = firstValue; const QString &identifier : identifiers) {
+    for (int value = question.firstValue; const QString &identifier : identifiers) {
         auto *const button = new ThemedButton(QString::number(value), {});
         button->setThemeColor(themeColor);
         button->setObjectName(identifier);
-        connect(button, &QAbstractButton::clicked, this,
-                [this, value] { finish(CodableDynamicType::intValue(value)); });
+        connect(button, &QAbstractButton::clicked, this, [this, value] { Q_EMIT answered(value); });
         buttonsContainerView->addButton(button);
         m_buttons.append(button);
         ++value;
     }
-    setRadioGroup(m_buttons, labels);
+    setRadioGroup(m_buttons, texts, question.firstLabel, question.lastLabel);
     new ArrowKeys(m_buttons, ArrowKeys::TabStops::one, this);
 
     auto *const stackView = new QVBoxLayout(this);
     stackView->setContentsMargins({});
     stackView->setSpacing(KestrioUI::Padding::tiny);
     stackView->addWidget(buttonsContainerView);
-    stackView->addWidget(new LabelRow(labels.left, labels.right));
+    stackView->addWidget(new LabelRow(question.firstLabel, question.lastLabel));
 }
 
 QWidget *ScaleQuestionContentView::firstControl() const {

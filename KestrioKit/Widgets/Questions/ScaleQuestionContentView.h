@@ -14,10 +14,9 @@ public:
     QWidget *firstControl() const override;
 
 protected:
-    /// A button for each of `identifiers`, the first standing for `firstValue`.
-    ScaleQuestionContentView(const Details &questionDetails, const QColor &themeColor,
-                             bool isLastQuestion, const QStringList &identifiers, qint64 firstValue,
-                             const Labels &labels);
+    /// A button for each of `identifiers`, the first standing for the question's `firstValue`.
+    ScaleQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
+                             const QColor &themeColor, const QStringList &identifiers);
 
 private:
     QList<QWidget *> m_buttons;

@@ -1,6 +1,5 @@
 #include "KestrioKit/Widgets/Survey/FinishSurveyView.h"
 
-#include "KestrioKit/Core/Platform/LanguageBundle.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/ImageView.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
@@ -61,10 +60,9 @@ void springIn(QWidget *view, qreal scale, std::chrono::milliseconds duration,
 
 } // namespace
 
-FinishSurveyView::FinishSurveyView(const QColor &themeColor)
+FinishSurveyView::FinishSurveyView(const QString &text, const QColor &themeColor)
     : m_imageView(new ImageView(checkmarkInCircle(themeColor))),
-      m_label(new Label(AnyLanguageBundle::framework().localizedString(u"Thanks!"_s),
-                        preferredBoldFont(TextStyle::title2), KestrioUI::Color::text(),
+      m_label(new Label(text, preferredBoldFont(TextStyle::title2), KestrioUI::Color::text(),
                         Qt::AlignHCenter)) {
     setAccessibleRole(this, QAccessible::Grouping);
     setAccessibleName(m_label->text());

@@ -14,7 +14,7 @@ class FinishSurveyView final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit FinishSurveyView(const QColor &themeColor);
+    FinishSurveyView(const QString &text, const QColor &themeColor);
 
 protected:
     void showEvent(QShowEvent *event) override;

@@ -17,21 +17,21 @@ namespace KestrioKit {
 
 namespace {
 
-QuestionContentContainer *makeContentView(const Question &question, const QColor &themeColor,
-                                          bool isLastQuestion) {
-    const Details &details = question.details;
-    switch (question.type.kind) {
-    case QuestionType::open:
-        return new OpenQuestionContentView(details, themeColor, isLastQuestion);
-    case QuestionType::likert:
-        return new LikertQuestionContentView(details, themeColor, isLastQuestion);
-    case QuestionType::multipleChoice:
-        return new MultipleChoiceQuestionContentView(details, themeColor, isLastQuestion);
-    case QuestionType::multiSelect:
-        return new MultiSelectQuestionContentView(details, themeColor, isLastQuestion);
-    case QuestionType::nps:
-        return new NpsQuestionContentView(details, themeColor, isLastQuestion);
-    case QuestionType::other:
+QuestionContentContainer *makeContentView(const SurveyQuestion &question, const SurveyTexts &texts,
+                                          const QColor &themeColor) {
+    using Type = SurveyQuestion::Type;
+    switch (question.type) {
+    case Type::Open:
+        return new OpenQuestionContentView(question, texts, themeColor);
+    case Type::Likert:
+        return new LikertQuestionContentView(question, texts, themeColor);
+    case Type::MultipleChoice:
+        return new MultipleChoiceQuestionContentView(question, texts, themeColor);
+    case Type::MultiSelect:
+        return new MultiSelectQuestionContentView(question, texts, themeColor);
+    case Type::Nps:
+        return new NpsQuestionContentView(question, texts, themeColor);
+    case Type::Other:
         return nullptr;
     }
     Q_UNREACHABLE();
@@ -46,19 +46,17 @@ QList<QAbstractButton *> answeringButtons(const QWidget &contentView) {
 
 } // namespace
 
-QuestionView::QuestionView(const Question &question, const QColor &themeColor, bool isLastQuestion,
-                           const Clock &clock)
-    : m_seenAt(clock.secondsSince1970()),
-      m_contentView(makeContentView(question, themeColor, isLastQuestion)) {
+QuestionView::QuestionView(const SurveyQuestion &question, const SurveyTexts &texts,
+                           const QColor &themeColor, const Clock &clock)
+    : m_contentView(makeContentView(question, texts, themeColor)) {
     setAccessibleRole(this, QAccessible::Grouping);
-    setAccessibleName(question.details.text);
+    setAccessibleName(question.text);
 
     auto *const questionStackView = new QHBoxLayout;
     questionStackView->setSpacing(0);
-    questionStackView->addWidget(new Label(question.details.text,
-                                           preferredBoldFont(TextStyle::title2),
-                                           KestrioUI::Color::text()),
-                                 1);
+    questionStackView->addWidget(
+        new Label(question.text, preferredBoldFont(TextStyle::title2), KestrioUI::Color::text()),
+        1);
     // Keeps the title clear of the close button.
     questionStackView->addSpacing(KestrioUI::Padding::medium);
 
@@ -69,22 +67,12 @@ QuestionView::QuestionView(const Question &question, const QColor &themeColor, b
     if (!m_contentView)
         return;
     stackView->addWidget(m_contentView);
+    connect(m_contentView, &QuestionContentContainer::answered, this, &QuestionView::answered);
     new DoublePressFilter(answeringButtons(*m_contentView), clock, this);
-}
-
-void QuestionView::setDelegate(WeakDelegate<QuestionDelegate> delegate) {
-    m_delegate = std::move(delegate);
-    if (m_contentView)
-        m_contentView->setDelegate(this);
 }
 
 QWidget *QuestionView::firstControl() const {
     return m_contentView ? m_contentView->firstControl() : nullptr;
-}
-
-void QuestionView::questionDidFinish(const std::optional<CodableDynamicType> &response) {
-    if (auto *const delegate = m_delegate.get())
-        delegate->questionDidFinish(response, m_seenAt);
 }
 
 } // namespace KestrioKit

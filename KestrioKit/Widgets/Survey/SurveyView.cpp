@@ -11,6 +11,7 @@
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 #include "KestrioKit/Widgets/Overlay/WindowMetrics.h"
 #include "KestrioKit/Widgets/Survey/FinishSurveyView.h"
+#include "KestrioKit/Widgets/Survey/QuestionView.h"
 
 #include <QGuiApplication>
 #include <QPainter>
@@ -42,15 +43,14 @@ QColor grayTintColor() {
 
 } // namespace
 
-SurveyView::SurveyView(QList<Question> questions, const QColor &themeColor, const Clock &clock)
-    : m_questions(std::move(questions)),
-      m_themeColor(themeColor),
+SurveyView::SurveyView(SurveySession &session, const Clock &clock)
+    : m_session(&session),
       m_clock(clock),
       m_questionContainerView(new ScrollView),
       m_scrollIndicator(new ScrollIndicator(*m_questionContainerView)),
-      m_pageControl(
-          new PageControl(int(m_questions.size()), Constant::grayTintColor(), themeColor)),
-      m_closeButton(new CloseButton) {
+      m_pageControl(new PageControl(int(session.questions().size()), session.texts(),
+                                    Constant::grayTintColor(), session.themeColor())),
+      m_closeButton(new CloseButton(session.texts().close)) {
     setObjectName(Constant::accessibilityIdentifier);
     setAccessibleRole(this, QAccessible::Dialog);
     setAccessibleName(QGuiApplication::applicationDisplayName());
@@ -58,72 +58,44 @@ SurveyView::SurveyView(QList<Question> questions, const QColor &themeColor, cons
                                                  m_scrollIndicator, m_closeButton};
     for (QWidget *const view : views)
         view->setParent(this);
-    connect(m_closeButton, &QAbstractButton::clicked, this, &SurveyView::closeButtonTapped);
-    transitionToQuestion(m_questionIndex);
-}
-
-void SurveyView::setDelegate(WeakDelegate<SurveyViewDelegate> delegate) {
-    m_delegate = std::move(delegate);
-}
-
-bool SurveyView::event(QEvent *event) {
-    // The first page is seen once the card is on something that shows it.
-    if (event->type() == QEvent::ParentChange && parentWidget()) {
-        if (auto *const delegate = m_delegate.get())
-            delegate->surveyViewDidPresentQuestion(m_questionIndex);
-    }
-    return QWidget::event(event);
+    connect(m_closeButton, &QAbstractButton::clicked, this, &SurveyView::closeTapped);
+    connect(m_session, &SurveySession::currentQuestionChanged, this,
+            &SurveyView::transitionToQuestion);
+    setupNewQuestionView();
 }
 
 // Pages
 
-bool SurveyView::isQuestion(qint64 index) const {
-    return index >= 0 && index < m_questions.size();
-}
-
-bool SurveyView::isFinished() const {
-    return !isQuestion(m_presentedIndex);
-}
-
-QWidget *SurveyView::makeQuestionView(qint64 index) {
-    if (!isQuestion(index))
-        return new FinishSurveyView(m_themeColor);
-    auto *const page = new QuestionView(m_questions[index], m_themeColor,
-                                        index == m_questions.size() - 1, m_clock);
-    page->setDelegate(this);
+QWidget *SurveyView::makeQuestionView() {
+    const QColor themeColor = m_session->themeColor();
+    if (m_isFinished)
+        return new FinishSurveyView(m_session->texts().thanks, themeColor);
+    auto *const page =
+        new QuestionView(m_session->currentQuestion(), m_session->texts(), themeColor, m_clock);
+    m_session->beginQuestion();
+    connect(page, &QuestionView::answered, this, &SurveyView::answer);
     setAccessibleLabel(page, m_pageControl);
     return page;
 }
 
-void SurveyView::setupNewQuestionView(qint64 index) {
-    m_currentQuestionView = makeQuestionView(index);
-    m_presentedIndex = index;
+void SurveyView::setupNewQuestionView() {
+    m_isFinished = m_session->isComplete();
+    m_presentedIndex = m_session->currentIndex();
+    m_currentQuestionView = makeQuestionView();
     m_questionContainerView->setContent(m_currentQuestionView);
 }
 
-void SurveyView::setQuestionIndex(qint64 index) {
-    m_questionIndex = index;
-    m_pageControl->setCurrentPage(int(index));
-}
-
-void SurveyView::questionDidFinish(const std::optional<CodableDynamicType> &response,
-                                   double seenAt) {
-    auto *const delegate = m_delegate.get();
-    if (!delegate)
+void SurveyView::answer(const QVariant &value) {
+    if (!m_session)
         return;
     const auto *const control = qobject_cast<const Button *>(focusWidget());
     m_focusIsVisible = control && control->isFocusVisible();
     // A page that fades out still answers, for its own question.
-    if (const auto next = delegate->surveyViewDidFinishQuestion(m_presentedIndex, response, seenAt))
-        transitionToQuestion(*next);
+    m_session->answer(m_presentedIndex, value);
 }
 
-void SurveyView::transitionToQuestion(qint64 index) {
-    if (!m_currentQuestionView) {
-        setupNewQuestionView(index);
-        return;
-    }
-    setQuestionIndex(index);
+void SurveyView::transitionToQuestion() {
+    m_pageControl->setCurrentPage(m_session->currentIndex());
     if (m_isLeavingPage)
         return;
     m_isLeavingPage = true;
@@ -135,6 +107,8 @@ void SurveyView::transitionToQuestion(qint64 index) {
 
 void SurveyView::replaceQuestionView() {
     m_isLeavingPage = false;
+    if (!m_session)
+        return;
     const int previousHeight = m_questionContainerView->height();
     // Nobody answers what is not to be seen yet.
     m_questionContainerView->setEnabled(false);
@@ -144,17 +118,17 @@ void SurveyView::replaceQuestionView() {
     m_currentQuestionView->hide();
     // Its own button may be what leads here.
     m_currentQuestionView->deleteLater();
-    setupNewQuestionView(m_questionIndex);
+    setupNewQuestionView();
     ViewEffect::setAlpha(m_questionContainerView, 0);
-    if (isFinished()) {
+    if (m_isFinished) {
         const std::initializer_list<QWidget *> views{m_pageControl, m_closeButton};
         for (QWidget *const view : views) {
             ViewEffect::setAlpha(view, 0);
             // What is not to be seen is not to be pressed either.
             view->hide();
         }
-    } else if (auto *const delegate = m_delegate.get()) {
-        delegate->surveyViewDidPresentQuestion(m_questionIndex);
+    } else {
+        Q_EMIT questionPresented();
     }
     growToQuestionView(previousHeight);
 }
@@ -174,21 +148,11 @@ void SurveyView::growToQuestionView(int previousHeight) {
 void SurveyView::showQuestionView() {
     m_questionContainerView->setEnabled(true);
     beginPage(m_focusIsVisible ? Qt::TabFocusReason : Qt::OtherFocusReason);
-    finishSurveyIfNeeded();
+    if (m_isFinished)
+        Q_EMIT finished();
     Animation::start(
         m_questionContainerView, AnimationTiming::easing(Constant::transitionDuration),
         [view = m_questionContainerView](qreal way) { ViewEffect::setAlpha(view, way); });
-}
-
-void SurveyView::finishSurveyIfNeeded() {
-    auto *const delegate = m_delegate.get();
-    if (isFinished() && delegate)
-        delegate->surveyViewDidFinish();
-}
-
-void SurveyView::closeButtonTapped() {
-    if (auto *const delegate = m_delegate.get())
-        delegate->userInitiatedClose(m_questionIndex);
 }
 
 // Focus

@@ -1,6 +1,5 @@
 #include "KestrioKit/Widgets/Survey/SurveyViewController.h"
 
-#include "KestrioKit/Core/Survey/Routing.h"
 #include "KestrioKit/Widgets/Drawing/Animation.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 #include "KestrioKit/Widgets/Overlay/BackgroundView.h"
@@ -32,8 +31,6 @@ constexpr auto dissolveDuration = 200ms;
 /// Qt does not tell how long its keyboards take to come; this is what most do.
 constexpr auto keyboardDuration = 250ms;
 
-constexpr QLatin1StringView defaultLocale("en");
-
 QColor backgroundColor() {
     return QColor::fromRgbF(0, 0, 0, 0.6F);
 }
@@ -44,39 +41,23 @@ QPointer<SurveyViewController> &current() {
     return *controller;
 }
 
-Qt::LayoutDirection textDirection(const std::optional<QString> &locale) {
-    return locale ? QLocale(*locale).textDirection() : Qt::LeftToRight;
-}
-
 } // namespace
 
-QString languageOf(const Survey &survey) {
-    return survey.locale.value_or(Constant::defaultLocale);
-}
-
-SurveyViewController::SurveyViewController(Survey survey, const QColor &themeColor,
-                                           std::shared_ptr<KestrioSurveyResponder> submitter,
+SurveyViewController::SurveyViewController(std::unique_ptr<SurveySession> session,
                                            const Clock &clock)
-    : m_survey(std::move(survey)),
-      m_language(AnyLanguageBundle::framework().holdLanguage(languageOf(m_survey))),
-      m_submitter(std::move(submitter)),
-      m_clock(clock),
+    : m_session(std::move(session)),
       m_backgroundView(new BackgroundView(Constant::backgroundColor())),
-      m_surveyView(new SurveyView(m_survey.questions, themeColor, clock)) {}
+      m_surveyView(new SurveyView(*m_session, clock)) {}
 
 SurveyViewController::~SurveyViewController() {
     if (current() != this)
         return;
-    abandon();
-    tellEnd();
+    current() = nullptr;
+    m_session->close();
 }
 
 SurveyViewController *SurveyViewController::presented() {
     return current();
-}
-
-void SurveyViewController::setDelegate(std::weak_ptr<SurveyViewControllerDelegate> delegate) {
-    m_delegate = std::move(delegate);
 }
 
 // Coming
@@ -89,18 +70,22 @@ void SurveyViewController::present(QWidget *from) {
 }
 
 void SurveyViewController::loadView() {
-    setLayoutDirection(textDirection(m_survey.locale));
+    setLayoutDirection(m_session->layoutDirection());
     m_backgroundView->setParent(this);
     connect(m_backgroundView, &BackgroundView::tapped, this,
-            [this] { userInitiatedClose(m_surveyView->questionIndex()); });
-    m_surveyView->setDelegate(this);
+            &SurveyViewController::userInitiatedClose);
     m_surveyView->setParent(this);
+    connect(m_surveyView, &SurveyView::questionPresented, this,
+            &SurveyViewController::questionPresented);
+    connect(m_surveyView, &SurveyView::finished, this,
+            [this] { QTimer::singleShot(Constant::finishDelay, this, [this] { dismiss(true); }); });
+    connect(m_surveyView, &SurveyView::closeTapped, this,
+            &SurveyViewController::userInitiatedClose);
     connect(m_surveyView, &SurveyView::heightChanged, this, &SurveyViewController::layOut);
     connect(&m_keyboardObserver, &KeyboardObserver::changed, this,
             &SurveyViewController::keyboardChanged);
-    m_willTerminateObserver = ApplicationLifecycle::shared().observe(
-        ApplicationLifecycle::Event::willTerminate, [this] { abandon(); });
     setAnswerable(false);
+    questionPresented();
 }
 
 // A visitor who was typing or clicking when the survey came does not mean the survey.
@@ -172,45 +157,17 @@ void SurveyViewController::keyboardChanged() {
                          });
 }
 
-// The card's questions
-
-std::optional<qint64> SurveyViewController::questionId(qint64 index) const {
-    if (index < 0 || index >= m_survey.questions.size())
-        return std::nullopt;
-    return m_survey.questions[index].name;
-}
-
-void SurveyViewController::surveyViewDidPresentQuestion(qint64 index) {
-    m_unseen = questionId(index);
+void SurveyViewController::questionPresented() {
+    m_isUnseen = true;
     visibilityChanged();
 }
 
 // What the window does not show yet is seen later, or never.
 void SurveyViewController::visibilityChanged() {
-    if (!m_unseen || !isVisible() || window()->isMinimized())
-        return;
-    if (m_submitter)
-        m_submitter->seen(m_unseen);
-    m_unseen.reset();
-}
-
-std::optional<qint64> SurveyViewController::surveyViewDidFinishQuestion(
-    qint64 index, const std::optional<CodableDynamicType> &response, double seenAt) {
-    // One that comes as the card goes, from assistive technology say, is too late.
-    if (m_isDismissing)
-        return std::nullopt;
-    if (!response) {
-        dismiss(true);
-        return std::nullopt;
+    if (m_isUnseen && isVisible() && !window()->isMinimized()) {
+        m_isUnseen = false;
+        m_session->markSeen();
     }
-    if (m_submitter && questionId(index))
-        m_submitter->submitResponse(
-            makeQuestionResponse(m_survey.questions[index], *response, seenAt, m_clock));
-    return nextQuestionIndex(m_survey.questions, index, response);
-}
-
-void SurveyViewController::surveyViewDidFinish() {
-    QTimer::singleShot(Constant::finishDelay, this, [this] { dismiss(true); });
 }
 
 // Going
@@ -222,24 +179,16 @@ void SurveyViewController::keyPressed(const QKeyEvent &event) {
         m_surveyView->scroll(event.key());
     // A key that repeats was pressed for something else.
     else if (!m_surveyView->isFinished() && !event.isAutoRepeat())
-        userInitiatedClose(m_surveyView->questionIndex());
+        userInitiatedClose();
 }
 
-void SurveyViewController::userInitiatedClose(qint64 index) {
-    if (m_submitter)
-        m_submitter->closed(questionId(index));
+void SurveyViewController::userInitiatedClose() {
+    m_session->close();
     dismiss(true);
 }
 
-// A survey that is going has been closed or completed already.
-void SurveyViewController::abandon() {
-    if (m_submitter && !m_isDismissing)
-        m_submitter->closed(questionId(m_surveyView->questionIndex()));
-    submit();
-}
-
 void SurveyViewController::windowGone() {
-    abandon();
+    m_session->close();
     dismiss(false);
 }
 
@@ -249,16 +198,11 @@ void SurveyViewController::focusMoved(QWidget *view) {
         m_surveyView->reveal(view);
 }
 
-void SurveyViewController::submit() {
-    if (m_submitter)
-        m_submitter->submit();
-}
-
 void SurveyViewController::dismiss(bool animated) {
-    submit();
     if (current() != this || (m_isDismissing && animated))
         return;
     m_isDismissing = true;
+    m_session->finish();
     setFocus(Qt::OtherFocusReason);
     m_surveyView->setEnabled(false);
     KeyboardObserver::hide();
@@ -292,15 +236,9 @@ void SurveyViewController::end() {
     if (current() != this)
         return;
     uncover();
-    tellEnd();
-    deleteLater();
-}
-
-void SurveyViewController::tellEnd() {
     current() = nullptr;
-    submit();
-    if (const auto delegate = m_delegate.lock())
-        delegate->setSurvey(std::nullopt);
+    m_session.reset();
+    deleteLater();
 }
 
 } // namespace KestrioKit

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "KestrioKit/Core/Platform/LanguageBundle.h"
+#include "KestrioKit/Core/Platform/Threads/ApplicationLifecycle.h"
+#include "KestrioKit/Core/Service/KestrioSurveyResponder.h"
+#include "KestrioKit/Core/Survey/Survey.h"
+#include "KestrioKit/SurveySession.h"
+
+#include <memory>
+
+namespace KestrioKit {
+
+/// What a session works with besides its survey.
+struct SessionContext {
+    /// Must outlive the session.
+    const Clock &clock;
+    QColor themeColor;
+    /// Reports to the service. When null, nothing is reported.
+    std::unique_ptr<KestrioSurveyResponder> responder = nullptr;
+    /// Called when the session has gone; may be empty.
+    Block gone = {};
+};
+
+/// The language that a survey is shown in: its locale, or English without one.
+QString languageOf(const Survey &survey);
+
+/// What stands behind a `SurveySession`.
+class SurveySessionPrivate {
+public:
+    /// There must be no other session. For the main thread.
+    static std::unique_ptr<SurveySession> make(Survey survey, SessionContext context);
+
+    /// The session that exists; null when there is none. For the main thread.
+    static SurveySession *existing();
+
+    SurveySessionPrivate(Survey survey, SessionContext context, const AnyLanguageBundle &bundle);
+
+    std::optional<qint64> currentQuestionId() const;
+    bool contains(qint64 index) const;
+
+    const Survey survey;
+    const QString language;
+    const SurveyTexts texts;
+    const QList<SurveyQuestion> questions;
+    SessionContext context;
+    ApplicationLifecycle::Observation willTerminateObserver;
+    qint64 currentIndex = 0;
+    /// When the current question became that, and when the last page was made: seconds since 1970.
+    double currentSince;
+    std::optional<double> pageMadeAt;
+    bool wasSeen = false;
+    bool isOver = false;
+};
+
+} // namespace KestrioKit
