@@ -11,26 +11,31 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The payloads of one kind among a runner's records.
 template <typename Body>
-QList<Body> payloads(const QueueRunner &runner) {
-    QList<Body> bodies;
+void storeRecords(QList<Body> &bodies, const QueueRunner &runner) {
     QList<QueueableRequest> requests = runner.recordsToPersist();
     bodies.reserve(requests.size());
     for (QueueableRequest &request : requests) {
         if (Body *const body = std::get_if<Body>(&request))
             bodies.append(std::move(*body));
     }
-    return bodies;
 }
 
 template <typename Body>
-void restoreTasks(QueueRunner &runner, const QList<Body> &bodies, const Clock &clock) {
+void restoreRecords(const QList<Body> &bodies, QueueRunner &runner, const Clock &clock) {
     QList<QueueTask> tasks;
     tasks.reserve(bodies.size());
     for (const Body &body : bodies)
         tasks.append(makeQueueTask(body, clock));
     runner.take(tasks);
+}
+
+// Calls `visit` with each kind and its runner.
+template <typename Runners, typename Visit>
+void forEachKind(const Runners &runners, const Visit &visit) {
+    std::apply([&, runner = runners.begin()](
+                   const auto &...kind) mutable { (visit(kind, **runner++), ...); },
+               recordKinds);
 }
 
 } // namespace
@@ -55,17 +60,19 @@ SubmissionQueue::SubmissionQueue(std::weak_ptr<SubmissionSender> api, const Libr
       m_droppedRecords(std::make_shared<DroppedRecords>(m_queue, m_clock, queueLimit)),
       m_stateFile(context.fileExecutor, queueLimit),
       m_promptSaves(m_queue, context.clock),
-      m_eventsQueue(std::make_shared<BatchRecordQueueRunner>(m_api, m_queue, m_clock, u"EVENTS"_s,
-                                                             queueLimit)),
-      m_surveysQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock,
-                                                               u"SURVEYS"_s, queueLimit)),
-      m_errorsQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, u"ERRORS"_s,
-                                                              queueLimit)),
-      m_historyQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock,
-                                                               u"HISTORY"_s, queueLimit)),
-      m_attributesQueue(std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock,
-                                                                  u"ATTRIBUTES"_s, queueLimit)),
-      m_allQueues{m_eventsQueue, m_surveysQueue, m_errorsQueue, m_historyQueue, m_attributesQueue} {
+      m_runners(makeRunners()) {}
+
+SubmissionQueue::Runners SubmissionQueue::makeRunners() const {
+    const auto runner = [this](const auto &kind) -> std::shared_ptr<QueueRunner> {
+        const QString name = QString::fromLatin1(kind.key).toUpper();
+        if (kind.sending == Sending::inBatches)
+            return std::make_shared<BatchRecordQueueRunner>(m_api, m_queue, m_clock, name,
+                                                            m_queueLimit);
+        return std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, name,
+                                                         m_queueLimit);
+    };
+    return std::apply([&runner](const auto &...kind) { return Runners{runner(kind)...}; },
+                      recordKinds);
 }
 
 SubmissionQueue::~SubmissionQueue() {
@@ -74,7 +81,7 @@ SubmissionQueue::~SubmissionQueue() {
 }
 
 void SubmissionQueue::start() {
-    for (const auto &runner : m_allQueues)
+    for (const auto &runner : m_runners)
         runner->setDelegate(weak_from_this());
     configureReachability();
     if (const auto sender = m_api.lock())
@@ -114,8 +121,7 @@ void SubmissionQueue::appendRequest(QueueTask task) {
         appendAndSave(target, std::move(task));
     else
         target->append(std::move(task));
-    if (!std::ranges::all_of(m_allQueues, &QueueRunner::enabled,
-                             &std::shared_ptr<QueueRunner>::get))
+    if (!std::ranges::all_of(m_runners, &QueueRunner::enabled, &std::shared_ptr<QueueRunner>::get))
         resume();
 }
 
@@ -135,21 +141,12 @@ void SubmissionQueue::appendRequest(QueueableRequest request) {
 }
 
 const std::shared_ptr<QueueRunner> &SubmissionQueue::runner(const QueueableRequest &request) const {
-    struct Routing {
-        const SubmissionQueue &queue;
-        auto &operator()(const Request::TrackEvent &) const { return queue.m_eventsQueue; }
-        auto &operator()(const Request::SurveyResponse &) const { return queue.m_surveysQueue; }
-        auto &operator()(const Request::RecordError &) const { return queue.m_errorsQueue; }
-        auto &operator()(const Request::SurveyEvent &) const { return queue.m_historyQueue; }
-        auto &operator()(const Request::UpdateAttribute &) const { return queue.m_attributesQueue; }
-        auto &operator()(const Request::UpdateAttributes &) const {
-            return queue.m_attributesQueue;
-        }
-        auto &operator()(const Request::RemoveAttributes &) const {
-            return queue.m_attributesQueue;
-        }
-    };
-    return std::visit(Routing{*this}, request);
+    return std::visit(
+        [this](const auto &body) -> auto & {
+            using Body = std::decay_t<decltype(body)>;
+            return m_runners[recordKindIndex<Body>(recordKinds)];
+        },
+        request);
 }
 
 // In one block: what is appended from now on is the new visitor's, and neither a save nor a send
@@ -167,7 +164,7 @@ void SubmissionQueue::setIdentity(std::optional<qint64> visitorIdentifier,
                                   std::optional<QString> token) {
     m_visitorIdentifier = visitorIdentifier;
     m_visitorToken = std::move(token);
-    for (const auto &runner : m_allQueues)
+    for (const auto &runner : m_runners)
         runner->setIdentity(m_visitorIdentifier, m_visitorToken);
 }
 
@@ -190,24 +187,24 @@ void SubmissionQueue::saveState(AfterSave next) {
 }
 
 PersistentQueue SubmissionQueue::currentState() const {
-    return {.visitorIdentifier = m_visitorIdentifier,
-            .visitorToken = m_visitorToken,
-            .events = payloads<Request::TrackEvent>(*m_eventsQueue),
-            .surveys = payloads<Request::SurveyResponse>(*m_surveysQueue),
-            .errors = payloads<Request::RecordError>(*m_errorsQueue),
-            .history = payloads<Request::SurveyEvent>(*m_historyQueue),
-            .attributes = payloads<Request::UpdateAttribute>(*m_attributesQueue)};
+    PersistentQueue state;
+    state.visitorIdentifier = m_visitorIdentifier;
+    state.visitorToken = m_visitorToken;
+    forEachKind(m_runners, [&state](const auto &kind, const QueueRunner &runner) {
+        storeRecords(state.*kind.stored, runner);
+    });
+    return state;
 }
 
 void SubmissionQueue::clear() {
-    for (const auto &runner : m_allQueues)
+    for (const auto &runner : m_runners)
         runner->clear();
     m_stateFile.remove();
 }
 
 void SubmissionQueue::reportIdle(std::function<void(bool idle)> report) {
     m_queue.async([self = shared_from_this(), report = std::move(report)] {
-        report(std::all_of(self->m_allQueues.begin(), self->m_allQueues.end(),
+        report(std::all_of(self->m_runners.begin(), self->m_runners.end(),
                            [](const auto &runner) { return runner->isIdle(); }));
     });
 }
@@ -275,11 +272,9 @@ void SubmissionQueue::adopt(const StateFolder::Found &found) {
 }
 
 void SubmissionQueue::restore(const PersistentQueue &state) {
-    restoreTasks(*m_eventsQueue, state.events, m_clock);
-    restoreTasks(*m_surveysQueue, state.surveys, m_clock);
-    restoreTasks(*m_errorsQueue, state.errors, m_clock);
-    restoreTasks(*m_historyQueue, state.history, m_clock);
-    restoreTasks(*m_attributesQueue, state.attributes, m_clock);
+    forEachKind(m_runners, [&](const auto &kind, QueueRunner &runner) {
+        restoreRecords(state.*kind.stored, runner, m_clock);
+    });
     if (state.hasMessages())
         flushAll();
 }
@@ -336,12 +331,12 @@ bool SubmissionQueue::serviceEnabled() const {
 }
 
 void SubmissionQueue::enableAll(bool enabled) {
-    for (const auto &runner : m_allQueues)
+    for (const auto &runner : m_runners)
         runner->setEnabled(enabled);
 }
 
 void SubmissionQueue::flushAll() {
-    for (const auto &runner : m_allQueues)
+    for (const auto &runner : m_runners)
         runner->flush();
 }
 

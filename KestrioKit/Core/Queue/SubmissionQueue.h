@@ -67,8 +67,12 @@ public:
     void reportIdle(std::function<void(bool idle)> report);
 
 private:
+    using Runners = std::array<std::shared_ptr<QueueRunner>, recordKindCount>;
+
     SubmissionQueue(std::weak_ptr<SubmissionSender> api, const LibraryContext &context,
                     qsizetype queueLimit);
+
+    Runners makeRunners() const;
 
     void start();
     void observeApplication();
@@ -113,12 +117,8 @@ private:
     /// Of the records that are queued; used on the queue alone.
     std::optional<qint64> m_visitorIdentifier;
     std::optional<QString> m_visitorToken;
-    std::shared_ptr<QueueRunner> m_eventsQueue;
-    std::shared_ptr<QueueRunner> m_surveysQueue;
-    std::shared_ptr<QueueRunner> m_errorsQueue;
-    std::shared_ptr<QueueRunner> m_historyQueue;
-    std::shared_ptr<QueueRunner> m_attributesQueue;
-    std::array<std::shared_ptr<QueueRunner>, 5> m_allQueues;
+    /// One for each of `recordKinds`.
+    const Runners m_runners;
     ApplicationLifecycle::Observation m_lastSaveObserver;
     ApplicationLifecycle::Observation m_willResignActiveObserver;
     std::shared_ptr<Reachability> m_reachability;
