@@ -33,6 +33,7 @@ TEST(JSONCodingTest, WritesWhatItReadsInTheOrderOfTheTable) {
         {R"( {"leaves":[],"name":"ü\"\n\u2028😀","more":[]} )",
          "{\"name\":\"ü\\\"\\n\u2028😀\",\"leaves\":[]}"},
         {"\xEF\xBB\xBF{\"name\":\"\",\"leaves\":[]}", R"({"name":"","leaves":[]})"},
+        {R"({"name":"\uFEFFü\"","leaves":[]})", R"({"name":"\uFEFFü\"","leaves":[]})"},
         {R"({"name":"","leaves":[{"note":null,"n":5.0},{"n":9223372036854775807,"mood":7}]})",
          R"({"name":"","leaves":[{"n":5},{"n":9223372036854775807}]})"},
     };
