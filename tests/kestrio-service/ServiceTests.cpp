@@ -58,6 +58,14 @@ std::string member(const httplib::Response &response, const QString &key) {
     return json[key].toVariant().toString().toStdString();
 }
 
+/// A client that waits for as long as the machine takes.
+struct Client : httplib::Client {
+    Client(const std::string &host, int port) : httplib::Client(host, port) {
+        set_connection_timeout(patience);
+        set_read_timeout(patience);
+    }
+};
+
 /// A service with an empty database, in which two visitors register.
 class Service : public ::testing::Test {
 protected:
@@ -95,7 +103,7 @@ protected:
     QTemporaryDir folder;
     QString database = folder.filePath(u"records"_s);
     ServiceProgram service{database, {}, 0};
-    httplib::Client client{"localhost", service.port()};
+    Client client{"localhost", service.port()};
     std::string mine;
     std::string others;
 };
@@ -221,7 +229,7 @@ TEST_F(Service, makesAVisitorOneUserThoughSeveralComeTogether) {
                 threads.emplace_back([&, user] {
                     const std::string body = R"({"userId":")" + std::to_string(round) + '-' +
                                              std::to_string(user) + "\"}";
-                    httplib::Client own("localhost", service.port());
+                    Client own("localhost", service.port());
                     if (const auto result = own.Put(path, token, body, "application/json"))
                         found[user] = member(*result, u"vid"_s);
                 });
@@ -240,7 +248,7 @@ TEST_F(Service, keepsTheLogOfItsDatabaseSmall) {
 
 TEST(ServiceStart, listensWhereItIsToldTo) {
     const auto answersAt = [](const ServiceProgram &service, const char *address) {
-        return bool(httplib::Client(address, service.port()).Get("/records"));
+        return bool(Client(address, service.port()).Get("/records"));
     };
     const ServiceProgram usual(u":memory:"_s, {}, 0);
     EXPECT_TRUE(answersAt(usual, "127.0.0.1"));
@@ -278,7 +286,7 @@ TEST(ServiceStart, findsTheRecordsOfBeforeHoweverTheServiceEnded) {
     for (const int signal : {SIGTERM, SIGKILL, SIGINT}) {
         ServiceProgram service(database, {}, 0);
         // A connection that stays open does not hold up the end.
-        httplib::Client client("localhost", service.port());
+        Client client("localhost", service.port());
         client.set_keep_alive(true);
         const auto user = client.Post(visitors, R"({"userId":"u"})", "application/json");
         ASSERT_TRUE(user);
