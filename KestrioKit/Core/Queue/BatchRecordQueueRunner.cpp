@@ -4,8 +4,8 @@ namespace KestrioKit {
 
 namespace {
 
-// What common web servers take, if they are not told otherwise. They refuse more, and what is
-// refused is not sent again.
+// The default limit of common web servers, in bytes. They refuse larger bodies, and refused records
+// are not retried.
 constexpr qsizetype largestBody = 1024 * 1024;
 
 } // namespace

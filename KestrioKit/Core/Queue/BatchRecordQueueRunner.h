@@ -6,8 +6,9 @@
 
 namespace KestrioKit {
 
-/// Sends all tasks that are ready in one request; they share what becomes of it. Where its body
-/// would be larger than services take, each half of the tasks has a request of its own.
+/// Sends all ready tasks in one request. The tasks share its outcome. If the body would exceed 1
+/// MiB, which is more than common servers accept, the tasks are halved and each half is sent in its
+/// own request.
 class BatchRecordQueueRunner final : public QueueRunner {
 public:
     using QueueRunner::QueueRunner;

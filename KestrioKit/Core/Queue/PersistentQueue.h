@@ -12,8 +12,9 @@
 
 namespace KestrioKit {
 
-/// The content of the state file: what is still to be sent, and for which visitor.
+/// The content of the state file: the unsent records and their visitor.
 struct PersistentQueue {
+    /// The only version that is read. Files of other versions are ignored.
     static constexpr qint64 currentVersion = 3;
 
     qint64 version = currentVersion;
@@ -25,21 +26,24 @@ struct PersistentQueue {
     QList<Request::SurveyEvent> history;
     QList<Request::UpdateAttribute> attributes;
 
+    /// Returns whether there is a record of any kind.
     bool hasMessages() const;
-    /// Whether both together hold at most `limit` records of each kind.
+    /// Returns whether this and `other` together hold at most `limit` records of each kind.
     bool fitsBeside(const PersistentQueue &other, qsizetype limit) const;
 
     friend bool operator==(const PersistentQueue &, const PersistentQueue &) = default;
 };
 
-/// How a runner sends its records.
+/// Whether a runner sends each record in its own request or several in one.
 enum class Sending { oneByOne, inBatches };
 
-/// One kind of record. A runner sends the records, and a list in the state file stores them.
+/// A kind of record. Each kind has a runner, which sends its records, and a list in the state file,
+/// which stores them.
 template <typename Body>
 struct RecordKind {
-    /// The list's key. In capitals, it is the runner's name in log lines.
+    /// The list's key in the state file. Its upper-case form is the runner's name in log lines.
     std::string_view key;
+    /// The list that stores the records.
     QList<Body> PersistentQueue::*stored;
     Sending sending = Sending::oneByOne;
 };
@@ -52,9 +56,11 @@ inline constexpr std::tuple recordKinds{
     RecordKind<Request::SurveyEvent>{"history", &PersistentQueue::history},
     RecordKind<Request::UpdateAttribute>{"attributes", &PersistentQueue::attributes},
 };
+/// The number of kinds, and thus of runners.
 inline constexpr std::size_t recordKindCount = std::tuple_size_v<decltype(recordKinds)>;
 
-/// The stored body whose runner sends this one: itself, unless it is sent with another kind.
+/// Maps a body to the stored body whose runner sends it. This is the body itself, except for bulk
+/// attribute changes, which have no list of their own.
 template <typename Body>
 struct SentWith {
     using Stored = Body;
@@ -68,7 +74,7 @@ struct SentWith<Request::RemoveAttributes> {
     using Stored = Request::UpdateAttribute;
 };
 
-/// The index of the kind of this body in `recordKinds`.
+/// Returns the index in `recordKinds` of the kind that sends this body.
 template <typename Body, typename... Stored>
 constexpr std::size_t recordKindIndex(const std::tuple<RecordKind<Stored>...> &) {
     constexpr bool isOfKind[]{std::is_same_v<typename SentWith<Body>::Stored, Stored>...};

@@ -16,7 +16,8 @@ constexpr int lastServerError = 599;
 
 enum class Outcome { finished, retry, retryWhenEnabled };
 
-// A server error or a failure may pass; a request that the service refuses never will.
+// A server error or a failure may be temporary. A request that the service refuses would be refused
+// again.
 Outcome outcome(const std::optional<HTTPURLResponse> &response, const std::optional<Error> &error) {
     const int status = response ? response->statusCode : 0;
     if (status >= firstServerError && status <= lastServerError)
@@ -88,12 +89,12 @@ void QueueRunner::clear() {
 QList<QueueableRequest> QueueRunner::recordsToPersist() const {
     QList<QueueableRequest> inFlight;
     for (const QueueTask &task : m_inFlight) {
-        // What was cleared must not come back from the file either.
+        // Cleared tasks must not be restored from the file.
         if (task.retryStrategy->canRetry())
             inFlight.append(task.request);
     }
-    // No more than a later start would take: what is in the file is what will be sent. What is in
-    // flight is the oldest, and may have arrived.
+    // The next start-up would drop records beyond the limit. The oldest ones are in flight and may
+    // have arrived, so they are left out first.
     const qsizetype room = m_queueLimit - m_queue.size();
     return m_queue.requests() + inFlight.last(std::min(inFlight.size(), room));
 }
@@ -110,7 +111,7 @@ void QueueRunner::runFlush() {
         return;
     }
     const QList<QueueTask> ready = selectReadyTasks();
-    // There may be more than can be sent together.
+    // More tasks may be ready than can be sent together.
     m_again = m_queue.nextAttempt() <= m_clock.now();
     scheduleNextRun();
     if (ready.isEmpty()) {
@@ -146,7 +147,7 @@ void QueueRunner::schedule(DispatchTime nextRun) {
     m_runQueue.async([self = shared_from_this(), nextRun] {
         if (self->m_scheduledRun)
             self->m_scheduledRun->cancel();
-        // Weakly held: a run far ahead must not keep the runner.
+        // A run scheduled far ahead must not keep the runner alive.
         self->m_scheduledRun =
             std::make_shared<DispatchWorkItem>([runner = self->weak_from_this()] {
                 if (const auto strong = runner.lock())
@@ -171,7 +172,7 @@ void QueueRunner::send(const URLRequest &request, const QList<QueueTask> &tasks,
         });
 }
 
-// In one block, so that a save from another thread finds each task in one of the lists.
+// One block moves the tasks, so that a save never finds a task in neither list.
 void QueueRunner::finish(const QList<QueueTask> &tasks, bool retryTasks,
                          const std::optional<HTTPURLResponse> &response,
                          const std::optional<Error> &error) {
@@ -216,7 +217,8 @@ void QueueRunner::retry(const QList<QueueTask> &tasks,
 
 void QueueRunner::flushFinished() {
     log(LogLevel::info, u"Flush finished. Remaining in queue %1"_s.arg(m_queue.size()));
-    // Each save writes everything. While many wait, those that are sent together share one.
+    // Each save writes all records. While many tasks wait, a save runs once per group of requests
+    // instead of once per request.
     const bool manyWait = m_queue.size() > defaultQueueLimit;
     const auto delegate = m_delegate.lock();
     if (delegate && (m_inFlight.isEmpty() || !manyWait))

@@ -12,80 +12,92 @@
 
 namespace KestrioKit {
 
-/// Told by the runners when their lists have changed enough to be saved.
+/// Receives the notifications of the runners.
 class QueueRunnerDelegate {
 public:
     virtual ~QueueRunnerDelegate() = default;
 
-    /// Persists every runner's lists now. Called on the run queue.
+    /// Saves the tasks of all runners. Called on the run queue after a completed send.
     virtual void save() = 0;
-    /// Takes note of tasks that were dropped since too many waited. Called on the run queue.
+    /// Counts tasks that were dropped because too many waited. Called on the run queue.
     virtual void tasksDropped(qsizetype count) = 0;
 };
 
-/// Drains one list of tasks to the service: sends what is ready, retries what failed after its
-/// back-off, and finishes the rest. How tasks are sent is the subclass's affair.
+/// Sends the tasks of one record kind to the service. Ready tasks are sent, failed ones are retried
+/// after their back-off, and all others are completed. Subclasses decide how tasks are grouped into
+/// requests.
 ///
-/// Every change of the lists is a block on `runQueue`, which the runners of one owner share. The
-/// operations return at once and may be called from any thread.
+/// The lists are only changed in blocks on `runQueue`, which all runners of one owner share. Unless
+/// stated otherwise, operations may be called from any thread and return immediately.
 class QueueRunner : public std::enable_shared_from_this<QueueRunner> {
 public:
-    /// The most tasks that wait, unless the host wants another limit.
+    /// The default for the maximum number of waiting tasks.
     static constexpr qsizetype defaultQueueLimit = 25;
 
-    /// `clock` must outlive the runner. A sender or delegate that has gone is not called. When more
-    /// than `queueLimit` tasks wait, the oldest are dropped.
+    /// Creates an empty runner. `clock` must outlive it. `api` and the delegate are held weakly:
+    /// after they are destroyed, they are not called. `name` appears in log lines. When more than
+    /// `queueLimit` tasks wait, the oldest are dropped.
     QueueRunner(std::weak_ptr<SubmissionSender> api, DispatchQueue runQueue, const Clock &clock,
                 QString name, qsizetype queueLimit);
     virtual ~QueueRunner() = default;
     Q_DISABLE_COPY_MOVE(QueueRunner)
 
     const QString &name() const { return m_name; }
+    /// The delegate is held weakly. Not thread-safe: to be called before the first task is
+    /// appended.
     void setDelegate(std::weak_ptr<QueueRunnerDelegate> delegate) {
         m_delegate = std::move(delegate);
     }
 
-    /// While false nothing is sent; tasks are still taken and kept. True at first.
+    /// While false, nothing is sent, but tasks are still accepted and kept. Default: true.
     bool enabled() const { return m_enabled; }
     void setEnabled(bool enabled) { m_enabled = enabled; }
 
-    /// Says as whom records are sent from now on. To be called on the run queue.
+    /// Sets the visitor and the token with which records are sent from now on. To be called on the
+    /// run queue.
     void setIdentity(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
 
+    /// Appends one task and flushes.
     void append(QueueTask task) { append(QList<QueueTask>{std::move(task)}); }
-    /// Adds tasks at the end and flushes.
+    /// Appends the tasks and flushes. Does nothing if the list is empty.
     void append(QList<QueueTask> tasks);
-    /// The same at once. To be called on the run queue.
+    /// Does the same as `append()`, but adds the tasks before it returns. To be called on the run
+    /// queue.
     void take(const QList<QueueTask> &tasks);
-    /// Sends what is ready, or does so after the send that is under way.
+    /// Sends the ready tasks. If requests are in flight, this happens after they complete.
     void flush();
-    /// Drops what waits; what is being sent is not sent again. To be called on the run queue.
+    /// Drops the waiting tasks. Tasks in flight are not retried. To be called on the run queue.
     void clear();
 
-    /// The requests that wait, then those being sent, unless they were cleared: of these the last
-    /// ones, with which they are as many as may wait. To be called on the run queue.
+    /// Returns the waiting requests, followed by those in flight that were not cleared. If there
+    /// are more than `queueLimit` together, the first ones in flight are left out. To be called on
+    /// the run queue.
     QList<QueueableRequest> recordsToPersist() const;
-    /// Whether nothing is being sent and nothing that waits is ready. To be called on the run
-    /// queue.
+    /// Returns whether no request is in flight and no waiting task is ready. To be called on the
+    /// run queue.
     bool isIdle() const;
 
 protected:
-    /// Takes the tasks that are finished, whether they are to be retried, and what came of them.
+    /// Called when the requests of `tasks` complete. `retry` tells whether the tasks are to be
+    /// retried. `response` and `error` are passed on to the tasks' completions.
     using Finished =
         std::function<void(const QList<QueueTask> &tasks, bool retry,
                            std::optional<HTTPURLResponse> response, std::optional<Error> error)>;
 
-    /// The most tasks that are sent together.
+    /// Returns the maximum number of tasks passed to one `performTasks()`.
     virtual qsizetype mostAtOnce() const = 0;
-    /// Sends the tasks and calls `completion` with each of them once. Called on the run queue.
+    /// Sends the tasks. Calls `completion` once for each task, with any number of tasks per call.
+    /// Called on the run queue.
     virtual void performTasks(const QList<QueueTask> &tasks, const Finished &completion) = 0;
 
-    /// Sends a request that stands for `tasks` and judges the answer: 5xx and failures are to be
-    /// retried, all else is final. A disabled service disables the runner.
+    /// Sends the request of `tasks` and evaluates its outcome. Tasks are retried after a status of
+    /// 5xx and after any error other than a refusal (4xx). All other outcomes are final. If the
+    /// service is disabled, the tasks are retried and the runner is disabled. Does nothing if the
+    /// sender was destroyed.
     void send(const URLRequest &request, const QList<QueueTask> &tasks, const Finished &completion);
 
-    /// What builds the requests of these records; none when the sender has gone. To be called on
-    /// the run queue.
+    /// Returns the builder of this visitor's requests, or null if the sender was destroyed. To be
+    /// called on the run queue.
     std::unique_ptr<const KestrioServiceRequests> networkRequests() const;
 
 private:

@@ -8,18 +8,20 @@
 
 namespace KestrioKit {
 
-/// One request that waits to be sent. Copies share their retry state.
+/// A request in the queue. Copies share their retry state.
 struct QueueTask {
-    /// A new UUID (RFC 9562), upper case: what tells the task from others, never stored.
+    /// A UUID (RFC 9562) in upper case that identifies the task. It is never stored.
     QString id;
     QueueableRequest request;
+    /// Decides whether and when the task is sent again.
     std::shared_ptr<KestrioRetryStrategy> retryStrategy;
-    /// Called at most once, on the main queue, when the task is finished for good: sent, refused,
-    /// impossible to build or given up. Not called for a task that is dropped unsent.
+    /// Called at most once, on the main queue, when the task is completed: it was sent, it was
+    /// refused, its request could not be built, or its retries are used up. Not called for a task
+    /// that is dropped before it is sent. May be empty.
     SimpleCompletion completion;
 };
 
-/// A task with a new identity and a fresh budget of sends.
+/// Returns a task with a new `id` and all its attempts left. `clock` must outlive the task.
 QueueTask makeQueueTask(QueueableRequest request, const Clock &clock,
                         SimpleCompletion completion = {});
 

@@ -9,18 +9,19 @@
 
 namespace KestrioKit {
 
-/// A request that can be queued: one of the bodies that nobody waits for the answer of.
+/// The body of a request that can be queued. The caller does not need the response's body.
 using QueueableRequest =
     std::variant<Request::TrackEvent, Request::SurveyResponse, Request::RecordError,
                  Request::SurveyEvent, Request::UpdateAttribute, Request::UpdateAttributes,
                  Request::RemoveAttributes>;
 
-/// The request that sends this body alone; none when it cannot be built.
+/// Returns the request that sends this body alone, or nothing if it cannot be built.
 std::optional<URLRequest> createRequest(const QueueableRequest &request,
                                         const KestrioServiceRequests &builder);
 
-/// One request for all events of the list, in their order; other bodies are left out. None when
-/// the list is empty, begins with anything but an event, or the request cannot be built.
+/// Returns one request with all events of the list, in their order. Other bodies are left out.
+/// Returns nothing if the list is empty, if its first body is not an event, or if the request
+/// cannot be built.
 std::optional<URLRequest> createBatchRequest(const QList<QueueableRequest> &requests,
                                              const KestrioServiceRequests &builder);
 

@@ -8,10 +8,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What is watched is the way to the internet as a whole.
+/// Stands for the internet as a whole.
 constexpr QLatin1StringView watchedAddress("0.0.0.0");
 
-/// What the system's callback holds, so that the system never keeps the monitor alive.
+/// Captured by the system's callback, so that the system does not keep the monitor alive.
 class ReachabilityWeakifier {
 public:
     explicit ReachabilityWeakifier(std::weak_ptr<Reachability> reachability)

@@ -15,57 +15,61 @@
 
 namespace KestrioKit {
 
-/// Watches whether the network can be reached, and tells when that changes.
+/// Watches whether the network is reachable and reports changes.
 ///
 ///     monitor->setWhenReachable([](Reachability &) { resume(); });
 ///     monitor->startNotifier();
 ///
-/// The first callback comes right after the start. Thread-safe, but starting and stopping belong
-/// into one hand. The monitor may be dropped anywhere, in its own callbacks too.
+/// The first reading of the flags counts as a change, so a new monitor calls back right after its
+/// start. Thread-safe, except that only one thread at a time may start or stop the monitor. The
+/// monitor may be released at any place, including its own callbacks.
 class Reachability final : public QObject, public std::enable_shared_from_this<Reachability> {
     Q_OBJECT
 
 public:
-    /// How the network is reached. Zero is reserved.
+    /// The kind of connection. Zero is reserved.
     enum class Connection { unavailable = 1, wifi, cellular };
     using Callback = std::function<void(Reachability &)>;
     using Creation = std::variant<std::shared_ptr<Reachability>, ReachabilityError>;
 
-    /// A stopped monitor of `reachabilityRef`, or the error when that could not be had. Flags are
-    /// read on `executor`. Callbacks and the signal come on (a copy of) `notificationQueue`; with
-    /// nullptr, on the thread that saw the change, where they must not start the notifier.
+    /// Returns a stopped monitor of `reachabilityRef`, or an error if `reachabilityRef` holds one.
+    /// Flags are read on `executor`. Callbacks and the signal come on a copy of
+    /// `notificationQueue`. If it is null, they come on the thread that detects the change, where
+    /// they must not start the notifier.
     static Creation create(const ReachabilityFlagsSource::Creation &reachabilityRef,
                            Executor &executor, const DispatchQueue *notificationQueue);
     ~Reachability() override;
 
-    /// Is called when the connection has become anything but `unavailable`. Empty at first.
+    /// Called when the flags have changed and the network is reachable. Default: empty.
     void setWhenReachable(Callback callback) { m_whenReachable.setValue(std::move(callback)); }
-    /// Is called when the connection has become `unavailable`. Empty at first.
+    /// Called when the flags have changed and the network is unreachable. Default: empty.
     void setWhenUnreachable(Callback callback) { m_whenUnreachable.setValue(std::move(callback)); }
 
-    /// An old setting, kept for compatibility, that nothing consults; true at first.
+    /// Kept for compatibility and without effect. Default: true.
     bool reachableOnWWAN() const { return m_reachableOnWWAN; }
     void setReachableOnWWAN(bool reachable) { m_reachableOnWWAN = reachable; }
-    /// When false, a network that is only cellular counts as `unavailable`; true at first.
+    /// If false, a cellular connection counts as `unavailable`. Default: true.
     bool allowsCellularConnection() const { return m_allowsCellularConnection; }
     void setAllowsCellularConnection(bool allows) { m_allowsCellularConnection = allows; }
-    /// Nothing consults this.
+    /// Kept for compatibility and without effect.
     static constexpr bool isRunningOnDevice = true;
 
-    /// Begins to watch, unless it is watching already. After a failure it is stopped.
+    /// Starts watching. Does nothing if the monitor is already running. On error it stays stopped.
     [[nodiscard]] std::optional<ReachabilityError> startNotifier();
+    /// Stops watching. A callback that is already queued may still come.
     void stopNotifier();
     bool notifierRunning() const { return m_notifierRunning; }
 
-    /// The last flags that were read, if any were.
+    /// Returns the flags read last, or nothing before the first reading.
     std::optional<ReachabilityFlags> flags() const { return m_flags.value(); }
-    /// By the last flags; reads them when there are none yet.
+    /// Returns the kind of connection according to the last flags. Reads the flags first if there
+    /// are none.
     Connection connection();
-    /// The flags, one character each, "-" for a clear one: "-R -------".
+    /// Returns the flags with one character each, "-" for an unset flag: "-R -------".
     QString description() const;
 
 Q_SIGNALS:
-    /// The flags have changed. Comes after the callback.
+    /// Emitted after the callback when the flags have changed.
     void reachabilityChanged();
 
 private:

@@ -6,7 +6,7 @@
 
 namespace KestrioKit {
 
-/// Why the network is not being watched.
+/// The reason why the network cannot be watched.
 struct ReachabilityError {
     enum class Reason {
         failedToCreateWithAddress,
@@ -17,18 +17,18 @@ struct ReachabilityError {
     };
 
     Reason reason = Reason::failedToCreateWithAddress;
-    /// The system's error number.
+    /// The system's error number (`errno` on Linux).
     int code = 0;
-    /// The address or host name that was to be watched; empty for the last three reasons.
+    /// The address or host name to watch. Empty for the last three reasons.
     QString target;
 
-    /// The same as a general error; its code is the reason.
+    /// Returns this as a general error of `reachabilityErrorDomain`.
     Error toError() const;
 
     friend bool operator==(const ReachabilityError &, const ReachabilityError &) = default;
 };
 
-/// The code is a `ReachabilityError::Reason`.
+/// The domain of these errors. The code is a `ReachabilityError::Reason`.
 inline constexpr QLatin1StringView reachabilityErrorDomain("KestrioKit.ReachabilityError");
 
 } // namespace KestrioKit

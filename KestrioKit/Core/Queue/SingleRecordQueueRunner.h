@@ -4,13 +4,13 @@
 
 namespace KestrioKit {
 
-/// Sends each task in a request of its own, a hundred at a time.
+/// Sends each task in its own request, with at most 100 requests in flight.
 class SingleRecordQueueRunner final : public QueueRunner {
 public:
     using QueueRunner::QueueRunner;
 
 protected:
-    // Enough to keep every connection to the service busy.
+    // This many requests keep every connection to the service busy.
     qsizetype mostAtOnce() const override { return 100; }
     void performTasks(const QList<QueueTask> &tasks, const Finished &completion) override;
 };

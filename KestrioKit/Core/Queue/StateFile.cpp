@@ -9,18 +9,20 @@
 namespace KestrioKit {
 
 struct StateFile::Change {
-    /// Absent when the file is to go.
+    /// Absent if the file is to be removed.
     std::optional<PersistentQueue> state;
     std::shared_ptr<void> task;
 };
 
-/// What waits for the executor: one change, since the next one makes it void.
+/// The work that waits for the executor. There is at most one change, since each change replaces
+/// the one before.
 struct StateFile::Changes {
     explicit Changes(qsizetype queueLimit) : folder(queueLimit) {}
 
     struct Waiting {
         std::optional<Change> change;
-        /// Their records are in the change. They wait on while nothing can be stored.
+        /// Files whose records the change contains. They stay here as long as nothing can be
+        /// stored.
         LeftFiles taken;
     };
     Atomic<Waiting> next;
@@ -65,11 +67,11 @@ void StateFile::remove() {
     make({}, {});
 }
 
-// Together: a state that is older than `taken` must not stand for it.
+// The change and `taken` are set together: an older state does not contain the records of `taken`.
 void StateFile::make(Change change, const LeftFiles &taken) {
     std::optional<Change> next(std::move(change));
     m_changes->next.mutate([&](auto &waiting) {
-        // The old one is destroyed after the lock is gone.
+        // The swap lets the replaced change be destroyed after the lock is released.
         std::swap(waiting.change, next);
         waiting.taken += taken;
     });

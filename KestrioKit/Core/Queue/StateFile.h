@@ -9,26 +9,28 @@
 
 namespace KestrioKit {
 
-/// What is still to be sent, on disk. Writing happens later, on a thread where nobody waits for the
-/// disk, and only the last state of all that wait there is written. Thread-safe.
+/// Stores the unsent records on disk. Files are written asynchronously on the file executor. If
+/// several states wait there, only the last one is written. Thread-safe.
 class StateFile {
 public:
-    /// `executor` runs what touches the file, and must outlive this object's last block. A file
-    /// that is far larger than `queueLimit` records of each kind is not read.
+    /// `executor` runs the file operations and must outlive the last of them. Files far larger than
+    /// `queueLimit` records of each kind are not read.
     StateFile(SerialExecutor &executor, qsizetype queueLimit);
 
-    /// What is stored for that visitor, read on the calling thread. To be called once, before any
+    /// Reads the stored records of `visitor` on the calling thread. To be called once, before any
     /// other operation.
     StateFolder::Found load(std::optional<qint64> visitor);
-    /// Calls `report` on the executor's thread with what other processes have left since.
+    /// Searches for records of `visitor` that other processes left behind since the last call.
+    /// Calls `report` on the executor's thread.
     void search(std::optional<qint64> visitor, std::function<void(StateFolder::Found)> report);
 
+    /// Files that other processes left behind. This process holds their locks.
     using LeftFiles = QList<std::shared_ptr<LockedStateFile>>;
-    /// Has the state stored in place of the one in the file. `task` is kept until then, or until
-    /// the next change makes this one void. `taken` are the files whose records are now in the
-    /// state: they are removed once it is stored.
+    /// Replaces the file's content with `state`, asynchronously. `task` is kept until the state is
+    /// written or replaced by a later change. `taken` are the files whose records `state` now
+    /// contains. They are removed once the state is written.
     void store(PersistentQueue state, std::shared_ptr<void> task, const LeftFiles &taken = {});
-    /// Has the file removed.
+    /// Removes the file asynchronously.
     void remove();
 
 private:

@@ -14,7 +14,7 @@ namespace {
 
 constexpr QLatin1StringView filename("SubmissionQueue");
 
-// Far beyond what records with long texts come to; a larger file is not one of ours.
+// Far more than records with long texts need. A larger file was not written by the library.
 qint64 maximumSize(qsizetype queueLimit) {
     constexpr qint64 base = 256 * 1024 * 1024;
     constexpr qint64 kinds = 5;
@@ -26,7 +26,6 @@ using Attempt = ProcessLock::Attempt;
 
 } // namespace
 
-/// What the file holds for the visitor.
 std::optional<PersistentQueue> StateFolder::read(const QString &path,
                                                  std::optional<qint64> visitor) const {
     const auto state = Storage::load<PersistentQueue>(path, maximumSize(m_queueLimit));
@@ -41,7 +40,8 @@ StateFolder::Found StateFolder::load(std::optional<qint64> visitor) {
         return {};
     const QFileInfo file(*url);
     m_main.emplace(file.path() + u'/' + file.completeBaseName());
-    // Where no lock can be made nothing can be stored either, but what is there can be sent.
+    // If no lock file can be created, nothing can be stored either, but stored records can still be
+    // sent.
     m_owns = lock(*m_main, true) != Attempt::refused;
     Found found{.states = {}, .owns = m_owns};
     if (!m_owns)
@@ -93,14 +93,14 @@ QString StateFolder::newBase() const {
            QUuid::createUuid().toString(QUuid::Id128);
 }
 
-// The lock may have gone with the folder, and another process may have it by now.
+// The lock may have been deleted with the folder, and another process may hold it now.
 bool StateFolder::keepsOwning() {
     m_owns = m_owns && lock(*m_main, false) != Attempt::refused;
     return m_owns;
 }
 
-// What the last owner has stored may belong to another visitor, who may come back. It becomes one
-// of the files that processes leave.
+// The previous owner's records may belong to another visitor who may come back. The file is
+// therefore kept under the name of a file that a process left behind.
 void StateFolder::takeOver() {
     if (lock(*m_main, false) != Attempt::held)
         return;
@@ -114,12 +114,12 @@ ProcessLock::Attempt StateFolder::lock(LockedStateFile &file, bool thorough) con
     const Attempt attempt = file.lock.tryLock(thorough);
     if (attempt != Attempt::failed)
         return attempt;
-    // Somebody may have tidied up under the running program.
+    // The folder may have been deleted while the program runs.
     Storage::createLibraryFolder();
     return file.lock.tryLock(thorough);
 }
 
-/// The files whose processes have ended, oldest first, with their locks held.
+/// Returns the files of ended processes, oldest first, with their locks held.
 QList<std::shared_ptr<LockedStateFile>> StateFolder::leftFiles(bool thorough) const {
     static const QRegularExpression side(u"\\ASubmissionQueue-[0-9a-f]{32}\\z"_s);
     const QDir folder = QFileInfo(m_main->path).dir();

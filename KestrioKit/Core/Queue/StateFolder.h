@@ -10,9 +10,9 @@
 
 namespace KestrioKit {
 
-/// One state file, and the lock that says that it belongs to a process that lives.
+/// A state file, with a lock that shows that its process is running.
 struct LockedStateFile {
-    /// `base` is the path without what it ends in.
+    /// `base` is the path without its extension.
     explicit LockedStateFile(const QString &base)
         : path(base + QStringLiteral(".json")), lock(base + QStringLiteral(".lock")) {}
 
@@ -20,39 +20,43 @@ struct LockedStateFile {
     ProcessLock lock;
 };
 
-/// What a process has left in its state file when it ended.
+/// The records that an ended process left in its state file.
 struct LeftState {
     PersistentQueue state;
-    /// Keeps other processes from taking the same. Absent for this process's own file.
+    /// The file, with its lock held so that no other process takes the same records. Absent for
+    /// this process's own file.
     std::shared_ptr<LockedStateFile> file;
 };
 
-/// The state files of all processes that use the library's folder, as this process sees them.
+/// The state files of all processes that share the library's folder, as seen by this process.
 ///
-/// One process owns "SubmissionQueue.json". Each other one keeps its records, while it has any, in
-/// "SubmissionQueue-<32 digits>.json", and becomes the owner when that one has ended. The owner
-/// also takes what others leave when they end. Used by one thread at a time.
+/// One process owns "SubmissionQueue.json". Every other process stores its records, while it has
+/// any, in "SubmissionQueue-<32 digits>.json". It becomes the owner once the previous owner has
+/// ended. The owner also takes over the records that other processes leave behind. Only one thread
+/// may use this object at a time.
 class StateFolder {
 public:
+    /// The result of a search.
     struct Found {
         /// Oldest first.
         QList<LeftState> states;
-        /// Whether this process owns the stored state, or nobody can.
+        /// Whether this process owns "SubmissionQueue.json". Also true if no process can lock it.
         bool owns = true;
     };
 
-    /// Files that are far larger than `queueLimit` records of each kind are not read.
+    /// Files far larger than `queueLimit` records of each kind are not read.
     explicit StateFolder(qsizetype queueLimit) : m_queueLimit(queueLimit) {}
 
-    /// Finds what is stored for that visitor. To be called first, and once.
+    /// Returns the stored records of `visitor`. To be called once, before any other operation.
     Found load(std::optional<qint64> visitor);
-    /// Takes over the stored state if its owner has ended, and finds what other processes have left
-    /// for that visitor since.
+    /// Becomes the owner if the previous owner has ended. Returns the records of `visitor` that
+    /// other processes left behind since.
     Found search(std::optional<qint64> visitor);
 
-    /// Stores the state in this process's file. Returns whether it did.
+    /// Stores the state in this process's file. Returns whether it succeeded.
     bool store(const PersistentQueue &state);
-    /// Removes this process's file; the owner also removes what others have left.
+    /// Removes this process's file. The owner also removes the files that other processes left
+    /// behind.
     void clear();
 
 private:

@@ -30,7 +30,6 @@ void restoreRecords(const QList<Body> &bodies, QueueRunner &runner, const Clock 
     runner.take(tasks);
 }
 
-// Calls `visit` with each kind and its runner.
 template <typename Runners, typename Visit>
 void forEachKind(const Runners &runners, const Visit &visit) {
     std::apply([&, runner = runners.begin()](
@@ -86,14 +85,16 @@ void SubmissionQueue::start() {
     configureReachability();
     if (const auto sender = m_api.lock())
         setIdentity(sender->visitorIdentifier(), sender->authorizationToken());
-    // The first block: requests appended meanwhile come behind the stored ones, and changes of the
-    // network after what it was at first. A large file does not hold up the calling thread.
+    // This must be the first block: stored records then precede new requests, and the initial
+    // network state precedes later changes. It runs on the queue because reading a large file would
+    // block the caller.
     m_queue.async([self = shared_from_this()] {
         self->enableRunners();
         self->loadState();
         Storage::removeLeftovers();
     });
-    // A save that came before the first block would store an empty state over the one to load.
+    // Observing starts last: a save that precedes the first block would overwrite the stored state
+    // with an empty one.
     observeApplication();
 }
 
@@ -125,7 +126,7 @@ void SubmissionQueue::appendRequest(QueueTask task) {
         resume();
 }
 
-// In the block that appends: the caller pays no more than without.
+// The save is requested in the block that appends, so that the caller posts only one block.
 void SubmissionQueue::appendAndSave(const std::shared_ptr<QueueRunner> &target, QueueTask task) {
     m_queue.async([self = shared_from_this(), target, task = std::move(task)] {
         target->take({task});
@@ -149,8 +150,7 @@ const std::shared_ptr<QueueRunner> &SubmissionQueue::runner(const QueueableReque
         request);
 }
 
-// In one block: what is appended from now on is the new visitor's, and neither a save nor a send
-// mixes the two.
+// One block does both, so that no save and no send mixes two visitors.
 void SubmissionQueue::updateAuth(std::optional<qint64> visitorIdentifier,
                                  std::optional<QString> token) {
     m_queue.async([self = shared_from_this(), visitorIdentifier, token = std::move(token)] {
@@ -176,7 +176,7 @@ void SubmissionQueue::saveState(AfterSave next) {
     ++m_savesWaiting;
     m_queue.async([self = shared_from_this(), next,
                    task = ApplicationLifecycle::shared().beginBackgroundTask()] {
-        // The last of several that wait finds what the others would have, and more.
+        // When several saves wait, the last one covers all of them.
         if (--self->m_savesWaiting > 0)
             return;
         self->m_promptSaves.saved();
@@ -209,7 +209,8 @@ void SubmissionQueue::reportIdle(std::function<void(bool idle)> report) {
     });
 }
 
-// Nobody tells when the service is enabled again, after a second configuration say.
+// Nothing notifies the queue when the service is enabled again, for example by a second
+// configuration. Each new request therefore checks again.
 void SubmissionQueue::resume() {
     m_queue.async([self = shared_from_this()] {
         self->enableRunners();
@@ -227,7 +228,7 @@ void SubmissionQueue::loadState() {
     adopt(m_stateFile.load(m_visitorIdentifier));
 }
 
-// The owner need not look unless something happens anyway: an idle process does not wake up for it.
+// The owner searches only after a save, so that an idle process does not wake up for it.
 void SubmissionQueue::searchAfterSave() {
     if (m_searchesAfterSaves && m_clock.now() >= m_nextSearch)
         search();
@@ -252,12 +253,13 @@ void SubmissionQueue::adopt(const StateFolder::Found &found) {
     StateFile::LeftFiles taken;
     bool isAll = true;
     for (const auto &[state, file] : found.states) {
-        // The process's own file always counts. Another's waits until nothing is dropped for it.
+        // The process's own file is always restored. Another process's file is left alone until it
+        // fits without dropping records.
         const bool fits = !file || state.fitsBeside(currentState(), m_queueLimit);
         isAll = isAll && fits;
         if (!fits)
             continue;
-        // What belonged to a visitor who has gone meanwhile has gone, too.
+        // Records of a visitor that is no longer the current one are discarded.
         if (state.visitorIdentifier == m_visitorIdentifier)
             restore(state);
         if (file)
@@ -302,7 +304,7 @@ void SubmissionQueue::configureReachability() {
         report(*error);
 }
 
-// Later, since the sender that takes the error is still making this queue.
+// Reported asynchronously, since the sender is still constructing this queue.
 void SubmissionQueue::report(const ReachabilityError &error) {
     m_queue.async([api = m_api, error] {
         if (const auto sender = api.lock())

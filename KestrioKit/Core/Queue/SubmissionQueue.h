@@ -17,53 +17,57 @@
 
 namespace KestrioKit {
 
-/// Everything that is still to be sent, in five runners and one state file.
+/// Holds all unsent records: one runner per record kind and one state file.
 ///
-/// The file holds what the runners did at the last save: after each finished send, when the
-/// application stops being active, when it ends, and soon after each request where the host wants
-/// that. Bulk changes of attributes are not in it. Several processes may use one folder: records
-/// that one leaves are sent by another, or by the next.
+/// The state file is written after each completed send, when the application becomes inactive and
+/// when it ends. With `setSavesPromptly(true)` it is also written shortly after each new request.
+/// Bulk attribute changes are never stored. Several processes may share the folder: records that
+/// one process leaves behind are sent by another process or at the next start-up.
 ///
-/// Runners are paused while the network cannot be reached. All operations may be called from any
-/// thread and return at once; lists are touched on the library's thread alone.
+/// Runners are paused while the network is unreachable. All operations may be called from any
+/// thread and return immediately. The lists are only used on the library's thread.
 class SubmissionQueue final : public QueueRunnerDelegate,
                               public std::enable_shared_from_this<SubmissionQueue> {
 public:
-    /// The queue of `api`'s present visitor, with what the state file still holds for it. No more
-    /// than `queueLimit` records of a kind wait.
+    /// Returns the queue of the current visitor of `api`. It loads the records that the state file
+    /// holds for this visitor. At most `queueLimit` records of each kind wait. The executors and
+    /// the clock of `context` must outlive the queue.
     static std::shared_ptr<SubmissionQueue>
     make(std::weak_ptr<SubmissionSender> api, const LibraryContext &context,
          qsizetype queueLimit = QueueRunner::defaultQueueLimit);
     ~SubmissionQueue() override;
     Q_DISABLE_COPY_MOVE(SubmissionQueue)
 
-    /// While true, new requests are dropped; false at first.
+    /// While true, new requests are dropped. Default: false.
     void setDisableNetworkAccess(bool disable) { m_disableNetworkAccess = disable; }
 
-    /// While true, what is appended is saved soon after; false at first. What is queued already is
-    /// not saved for it.
+    /// While true, each appended request is saved shortly afterwards. Default: false. Switching
+    /// this on does not save the requests that are already queued.
     void setSavesPromptly(bool saves) { m_promptSaves.setEnabled(saves); }
 
-    /// Queues a task for the runner of its kind.
+    /// Appends a task to the runner of its record kind. Ignored while network access is disabled.
     void appendRequest(QueueTask task);
-    /// Queues a body whose outcome nobody waits for.
+    /// Appends a request without a completion.
     void appendRequest(QueueableRequest request);
 
-    /// Says whose records these are from now on, and as whom they are sent. Another visitor empties
-    /// the queue and its file.
+    /// Sets the visitor and the token with which records are sent from now on. If the visitor
+    /// changes, the queue and its file are emptied first.
     void updateAuth(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
 
-    /// Sends what is ready, or pauses while there is no network or the service is disabled.
+    /// Enables the runners and sends the ready tasks. Pauses the runners instead if the network is
+    /// unreachable or the service is disabled.
     void resume();
 
-    /// Has the state file written, which the end of the application waits for.
+    /// Writes the state file in the background. The end of the application waits for the write.
     void save() override;
+    /// Counts tasks that a runner dropped, for the log. Called on the library's thread.
     void tasksDropped(qsizetype count) override { m_droppedRecords->add(count); }
 
-    /// How long after a search for what other processes have left the next one may come.
+    /// The minimum time between two searches for records that other processes left behind.
     static constexpr std::chrono::seconds searchInterval{10};
 
-    /// Calls `report` on the library's thread: whether nothing is being sent and nothing is ready.
+    /// Calls `report` on the library's thread. `idle` is true when no request is in flight and no
+    /// task is ready.
     void reportIdle(std::function<void(bool idle)> report);
 
 private:
@@ -85,8 +89,9 @@ private:
     void enableRunners();
     void flushAll();
     void appendAndSave(const std::shared_ptr<QueueRunner> &target, QueueTask task);
-    /// Whether a save is followed by a search for what other processes have left. At the end of the
-    /// application nothing is taken over: it would only be sent twice.
+    /// Whether a save is followed by a search for records that other processes left behind. The
+    /// last save of the application must not search: records taken over then would only be sent
+    /// twice.
     enum class AfterSave { rest, search };
     void saveState(AfterSave next);
     void loadState();
@@ -111,13 +116,14 @@ private:
     StateFile m_stateFile;
     PromptSaves m_promptSaves;
     std::atomic<int> m_savesWaiting = 0;
-    /// Whether searches wait for a save, and when the next one may be; used on the queue alone.
+    /// `m_searchesAfterSaves`: whether the next search runs after a save instead of at a set time.
+    /// `m_nextSearch`: the earliest time of that search. Both are only used on `m_queue`.
     bool m_searchesAfterSaves = false;
     DispatchTime m_nextSearch;
-    /// Of the records that are queued; used on the queue alone.
+    /// The visitor and the token of the queued records. Only used on `m_queue`.
     std::optional<qint64> m_visitorIdentifier;
     std::optional<QString> m_visitorToken;
-    /// One for each of `recordKinds`.
+    /// One runner for each entry of `recordKinds`, in the same order.
     const Runners m_runners;
     ApplicationLifecycle::Observation m_lastSaveObserver;
     ApplicationLifecycle::Observation m_willResignActiveObserver;

@@ -10,25 +10,30 @@
 
 namespace KestrioKit {
 
-/// What becomes of a request of which only the status counts.
+/// Receives the outcome of a request whose response body is not needed.
 using SimpleCompletion =
     std::function<void(std::optional<HTTPURLResponse> response, std::optional<Error> error)>;
 
-/// What the queue needs of the network service, which owns the queue. Thread-safe.
+/// The part of the network service that the queue uses. The service owns the queue. Thread-safe.
 class SubmissionSender {
 public:
     virtual ~SubmissionSender() = default;
 
+    /// Returns the builder of the service's requests.
     virtual const KestrioServiceRequests &networkRequests() const = 0;
-    /// Sends a request with that token. `completion` may be called within this call.
+    /// Sends a request, authorized with `token`. `completion` may be called before this function
+    /// returns.
     virtual void sendSimpleRequest(const URLRequest &request, const std::optional<QString> &token,
                                    SimpleCompletion completion) = 0;
 
+    /// Returns why the service is disabled, or nothing while it is enabled.
     virtual std::optional<DisabledError> disabledError() const = 0;
+    /// Returns the current visitor, if there is one.
     virtual std::optional<qint64> visitorIdentifier() const = 0;
+    /// Returns the current visitor's token, if there is one.
     virtual std::optional<QString> authorizationToken() const = 0;
 
-    /// Takes an error that nobody waits for.
+    /// Handles an error that no completion receives.
     virtual void handleError(const Error &error) = 0;
 };
 

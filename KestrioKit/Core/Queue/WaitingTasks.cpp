@@ -2,7 +2,7 @@
 
 namespace KestrioKit {
 
-// The time is asked for once: it does not change until the task has been sent again.
+// Reading the time once is enough: it does not change while the task waits.
 void WaitingTasks::append(const QueueTask &task) {
     const DispatchTime next =
         task.retryStrategy->nextAttempt().value_or(DispatchTime::distantFuture());

@@ -9,24 +9,27 @@
 
 namespace KestrioKit {
 
-/// The tasks of a runner that wait, in the order in which they came, and when each may be sent.
-/// Every operation but those on all tasks takes no longer when many wait.
+/// The waiting tasks of a runner, in order of arrival, with the time when each may be sent. Only
+/// `clear()` and `requests()` take time in proportion to the number of waiting tasks.
 class WaitingTasks {
 public:
+    /// Returns the number of waiting tasks.
     qsizetype size() const { return qsizetype(m_tasks.size()); }
 
-    /// Adds a task behind the others.
+    /// Appends a task. The time when it may be sent is read from its retry strategy now.
     void append(const QueueTask &task);
-    /// Drops the oldest tasks until `limit` are left; returns how many that were.
+    /// Drops the oldest tasks until at most `limit` are left. Returns the number of dropped tasks.
     qsizetype dropOldest(qsizetype limit);
+    /// Drops all tasks.
     void clear();
 
-    /// When the first of the tasks may be sent; the distant future when none ever may.
+    /// Returns the earliest time when a task may be sent, or the distant future if there is none.
     DispatchTime nextAttempt() const;
-    /// Takes those out that may be sent at `now`, in their order: no more than `most`, those that
-    /// have been ready longest.
+    /// Removes and returns the tasks that may be sent at `now`, in order of arrival. Returns at
+    /// most `most` tasks: those that have been ready longest.
     QList<QueueTask> takeReady(DispatchTime now, qsizetype most);
 
+    /// Returns the requests of all tasks, in order of arrival.
     QList<QueueableRequest> requests() const;
 
 private:
