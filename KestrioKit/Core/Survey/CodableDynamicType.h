@@ -9,8 +9,9 @@
 
 namespace KestrioKit {
 
-/// A value of one of four forms: an answer, the operand of a routing rule, or free-form extra data.
-/// Its JSON is the bare number, text or object; an empty object is read as `DictBoolValue`.
+/// A value in one of four forms: an integer, a string, a map of strings or a map of booleans. It
+/// holds an answer, the operand of a routing rule, or free-form extra data. Its JSON is the bare
+/// number, string or object. An empty object is decoded as `DictBoolValue`. Other JSON is an error.
 struct CodableDynamicType {
     using DictStringValue = QMap<QString, QString>;
     using DictBoolValue = QMap<QString, bool>;
@@ -22,13 +23,13 @@ struct CodableDynamicType {
     static CodableDynamicType dictStringValue(DictStringValue map) { return {std::move(map)}; }
     static CodableDynamicType dictBoolValue(DictBoolValue map) { return {std::move(map)}; }
 
-    /// The payload, when it has that form; otherwise null.
+    /// Returns the payload if it has that form, otherwise null.
     const qint64 *asInt() const { return std::get_if<qint64>(&payload); }
     const QString *asString() const { return std::get_if<QString>(&payload); }
     const DictStringValue *asDictString() const { return std::get_if<DictStringValue>(&payload); }
     const DictBoolValue *asDictBool() const { return std::get_if<DictBoolValue>(&payload); }
 
-    /// The same form and the same code points. `SurveyLogicComparator` compares more leniently.
+    /// Compares form and code points. `SurveyLogicComparator` is more lenient.
     friend bool operator==(const CodableDynamicType &, const CodableDynamicType &) = default;
 };
 

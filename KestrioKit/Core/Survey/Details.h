@@ -10,16 +10,18 @@
 
 namespace KestrioKit {
 
-/// What a question says and offers.
+/// The content of a question.
 struct Details {
-    /// The question itself.
+    /// The text of the question.
     QString text;
-    /// A line shown above the question.
+    /// A line that is shown above the question.
     std::optional<QString> introductionText;
-    /// The ends of a Likert or net-promoter scale.
+    /// The captions of a Likert or net-promoter scale.
     std::optional<Labels> labels;
+    /// The answers to choose from.
     std::optional<QList<Option>> options;
-    /// Tried in order once the question is answered.
+    /// The routing rules. They are tried in order after the question is answered, and the first one
+    /// that applies is used.
     std::optional<QList<RoutingOption>> routingOptions;
 
     friend bool operator==(const Details &, const Details &) = default;

@@ -6,7 +6,7 @@
 
 namespace KestrioKit {
 
-/// The captions at the ends of a scale.
+/// The captions at the two ends of a scale.
 struct Labels {
     QString left;
     QString right;

@@ -8,12 +8,13 @@
 
 namespace KestrioKit {
 
-/// One of the answers that a question offers.
+/// An answer that a question offers.
 struct Option {
+    /// The key of the option in an answer.
     std::optional<qint64> id;
-    /// The caption shown.
+    /// The caption that is shown.
     QString label;
-    /// What is submitted when the option is chosen.
+    /// The value that is submitted if the option is chosen.
     QString value;
 
     friend bool operator==(const Option &, const Option &) = default;

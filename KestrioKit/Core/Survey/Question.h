@@ -7,12 +7,14 @@
 
 namespace KestrioKit {
 
-/// One page of a survey.
+/// A question, which is one page of a survey.
 struct Question {
     std::optional<qint64> unit;
     /// Identifies the question in survey events and responses.
     qint64 name = 0;
+    /// The kind of answer that the question asks for.
     QuestionType type;
+    /// The texts, options and routing rules.
     Details details;
 
     friend bool operator==(const Question &, const Question &) = default;

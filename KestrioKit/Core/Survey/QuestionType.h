@@ -6,19 +6,21 @@
 
 namespace KestrioKit {
 
-/// What kind of answer a question asks for.
+/// The kind of answer that a question asks for.
 struct QuestionType {
+    /// `other` stands for every type that this version of the library does not know.
     enum class Kind { other, open, likert, multipleChoice, multiSelect, nps };
     using enum Kind;
 
     Kind kind = other;
-    /// With `other`: the type's name as it was received, "invalid" when it was no text. Else empty.
+    /// For `other`: the received type name, or "invalid" if it was not a string. Otherwise empty.
     QString otherText;
 
     friend bool operator==(const QuestionType &, const QuestionType &) = default;
 };
 
-/// Read from the type's name, whole and case-sensitive. Never fails.
+/// Decodes the type from its name. The whole name is compared, case-sensitively. Never fails: an
+/// unknown name is read as `other`.
 template <>
 struct JSONCoding<QuestionType> {
     static bool decode(const QJsonValue &value, QuestionType &result, DecodingError &error);

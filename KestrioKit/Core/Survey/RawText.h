@@ -8,12 +8,12 @@
 
 namespace KestrioKit {
 
-/// The cases of an enumeration and the texts that stand for them in JSON.
+/// The values of an enumeration and their names in JSON.
 template <typename Kind, std::size_t size>
 using RawTexts = std::array<std::pair<Kind, QLatin1StringView>, size>;
 
-/// The `Value` that a JSON text names: `kind` from the table; for an unknown name, or "invalid" in
-/// place of what is no text, the case `other` with that text.
+/// Returns the `Value` whose name is the string `json`. For an unknown name, returns `other` with
+/// that name. If `json` is not a string, returns `other` with the text "invalid".
 template <typename Value, std::size_t size>
 Value valueForRawText(const RawTexts<typename Value::Kind, size> &names, const QJsonValue &json) {
     const QString text = json.toString(QStringLiteral("invalid"));

@@ -8,11 +8,13 @@
 
 namespace KestrioKit {
 
-/// The index of the question that follows `questions[index]` once it has been answered with
-/// `response`: the target of the first routing rule that applies, else the next in order. Any
-/// result outside of the list ends the survey; -1 when `index` itself is outside.
+/// Returns the index of the question that follows `questions[index]` after the answer `response`.
+/// This is the target of the first routing rule that applies, or `index + 1` if none does or there
+/// is no answer. A result outside the list ends the survey. Returns -1 if `index` is outside the
+/// list.
 ///
-/// A multiple-choice answer, a map whose only key is the option's id, is compared as that key.
+/// The answer to a multiple-choice question is a map whose only key is the option's id. Rules
+/// compare that key.
 qint64 nextQuestionIndex(const QList<Question> &questions, qint64 index,
                          const std::optional<CodableDynamicType> &response);
 

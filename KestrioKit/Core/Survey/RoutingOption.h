@@ -4,12 +4,14 @@
 
 namespace KestrioKit {
 
-/// A rule that says where the survey goes on after an answer.
+/// A rule that selects the next question after an answer.
 struct RoutingOption {
+    /// How the answer is compared with `value`.
     SurveyLogicComparator comparator;
-    /// What the answer is compared with.
+    /// The value to compare the answer with.
     CodableDynamicType value;
-    /// The index of the next question when the rule applies; outside of the list ends the survey.
+    /// The index of the next question if the rule applies. An index outside the list ends the
+    /// survey.
     qint64 target = 0;
 
     friend bool operator==(const RoutingOption &, const RoutingOption &) = default;

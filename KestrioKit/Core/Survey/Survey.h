@@ -8,23 +8,25 @@
 
 namespace KestrioKit {
 
-/// A survey as the service delivers it. Malformed optional fields are read as absent; anything
-/// wrong with a required one, in whichever question, leaves no survey at all.
+/// A survey as the service delivers it. Malformed optional fields are read as absent. If a required
+/// field of any question is missing or malformed, decoding the whole survey fails.
 struct Survey {
     std::optional<qint64> unit;
-    /// The visitor for whom the survey was chosen.
+    /// The visitor for whom the service chose the survey.
     qint64 visitorIdentifier = 0;
-    /// In the order in which they are presented.
+    /// The questions, in the order in which they are presented.
     QList<Question> questions;
-    /// How long to wait before presenting, in the service's own unit.
+    /// The time to wait before the survey is presented, in the service's own unit.
     std::optional<qint64> delay;
+    /// Identifies the survey.
     std::optional<qint64> surveyId;
-    /// Groups what this visitor answers at this showing.
+    /// Groups the answers that the visitor gives in one presentation of the survey.
     std::optional<QString> responseGroupUid;
-    /// The language of the texts.
+    /// The language of the survey's texts.
     std::optional<QString> locale;
 
-    /// Whether every question and every routing rule is of a kind known here.
+    /// Returns whether this version of the library knows the type of every question and the
+    /// comparator of every routing rule.
     bool preflight() const;
 
     friend bool operator==(const Survey &, const Survey &) = default;

@@ -6,23 +6,28 @@
 
 namespace KestrioKit {
 
-/// How a routing rule compares the answer with its own value.
+/// Specifies how a routing rule compares the answer with the rule's value.
 struct SurveyLogicComparator {
+    /// `answered` applies to every answer. `other` stands for an unknown comparator and never
+    /// applies.
     enum class Kind { other, eq, neq, gt, gte, lt, lte, answered };
     using enum Kind;
 
     Kind kind = other;
-    /// With `other`: the name as it was received, "invalid" when it was no text. Else empty.
+    /// For `other`: the received name, or "invalid" if it was not a string. Otherwise empty.
     QString otherText;
 
-    /// Whether the rule applies to `response`. Texts are equal when they are canonically equivalent
-    /// (Unicode Standard Annex 15), within maps too; only integers have an order.
+    /// Returns whether the rule applies to `response`. Strings are equal if they are canonically
+    /// equivalent (Unicode Standard Annex 15), also within maps. Values of different forms are
+    /// never equal. Only integers are ordered: for other forms `gt`, `gte`, `lt` and `lte` are
+    /// false.
     bool compare(const CodableDynamicType &response, const CodableDynamicType &value) const;
 
     friend bool operator==(const SurveyLogicComparator &, const SurveyLogicComparator &) = default;
 };
 
-/// Read from the comparator's name, whole and case-sensitive. Never fails.
+/// Decodes the comparator from its name. The whole name is compared, case-sensitively. Never fails:
+/// an unknown name is read as `other`.
 template <>
 struct JSONCoding<SurveyLogicComparator> {
     static bool decode(const QJsonValue &value, SurveyLogicComparator &result,
