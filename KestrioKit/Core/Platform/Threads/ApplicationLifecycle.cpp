@@ -15,21 +15,22 @@
 
 namespace KestrioKit {
 
-/// Registers with Qt when the library is loaded: an application made before or after is seen.
+/// Registers with Qt when the library is loaded. Qt also reports an application that already
+/// exists.
 struct ApplicationHooks {
     ApplicationHooks() { qAddPreRoutine(ApplicationLifecycle::applicationCreated); }
 };
 static const ApplicationHooks applicationHooks;
 
-/// Goes with the application's thread. A process that leaves by `exit()` keeps its application
-/// object, but destroys this before any of Qt's statics that the library's thread works with.
+/// Destroyed with the application's thread. `exit()` keeps the application object, but destroys
+/// this guard before the static objects of Qt that the library's thread uses.
 struct ExitGuard {
     ~ExitGuard() { ApplicationLifecycle::shared().threadEnding(); }
 };
 
-/// Goes with any other thread. `exit()` destroys what belongs to its thread before anything else:
-/// the last chance to have the process's end handled before Qt's statics go, some of which the
-/// library's thread may be making just then.
+/// Destroyed with any other thread that calls the library. `exit()` destroys the thread-local
+/// objects of its thread first. This is the last chance to register an exit handler before Qt's
+/// static objects are destroyed, some of which the library's thread may be creating right then.
 struct CallerGuard {
     ~CallerGuard() { ApplicationLifecycle::callerEnding(); }
 };
@@ -42,7 +43,7 @@ ApplicationLifecycle &ApplicationLifecycle::shared() {
 ApplicationLifecycle::ApplicationLifecycle() : m_mainExecutor(Clock::system()) {}
 
 void ApplicationLifecycle::applicationCreated() {
-    // Each time: Qt forgets these routines once it has called them.
+    // Registered for each application, since Qt removes these routines after calling them.
     qAddPostRoutine(applicationGoing);
     endBeforeWhatExists();
     QCoreApplication *const application = QCoreApplication::instance();
@@ -58,7 +59,7 @@ void ApplicationLifecycle::applicationCreated() {
     }
     lifecycle.m_mainExecutor.attach(application->thread());
     lifecycle.m_applicationExists = true;
-    // The library may be loaded long after the application was made, on a thread that soon ends.
+    // The library may be loaded long after the application was created, on a thread that soon ends.
     if (application->thread() == QThread::currentThread())
         lifecycle.followThread();
     else
@@ -74,7 +75,7 @@ void ApplicationLifecycle::followThread() {
 void ApplicationLifecycle::applicationGoing() {
     ApplicationLifecycle &lifecycle = shared();
     lifecycle.end();
-    // In a forked child the lock may be held by a thread that is not there.
+    // In a forked child the lock may be held by a thread that does not exist there.
     if (!lifecycle.m_isForkedChild)
         lifecycle.m_mainExecutor.detach();
 }
@@ -91,7 +92,7 @@ void ApplicationLifecycle::processExiting() {
 }
 
 void ApplicationLifecycle::callerEnding() {
-    // Threads that end without an end of the process come and go, and nothing takes a handler back.
+    // Most threads end without ending the process, and handlers cannot be removed.
     constexpr int mostHandlers = 256;
     static std::atomic<int> handlers = 0;
     if (handlers < mostHandlers && shared().takesCalls()) {
@@ -113,7 +114,7 @@ void ApplicationLifecycle::claimProcess() {
 }
 
 void ApplicationLifecycle::endBeforeWhatExists() {
-    // Calls read it until the end.
+    // Creates the default locale, which calls read until the process ends.
     static_cast<void>(QLocale());
     std::atexit(processExiting);
 }
@@ -143,7 +144,7 @@ void ApplicationLifecycle::notify(Event event) {
         const std::lock_guard guard(m_lock);
         observers = m_observers.at(std::size_t(event));
     }
-    // What began last ends first: a survey on screen hands over its answers before they are saved.
+    // Reverse order lets a survey on screen hand over its answers before they are saved.
     for (auto known = observers.rbegin(); known != observers.rend(); ++known) {
         if (const Observation observer = known->lock())
             (*observer)();
@@ -179,7 +180,7 @@ void ApplicationLifecycle::terminate() {
     notifyOnApplicationThread(Event::willTerminate);
     notify(Event::lastSave);
     std::unique_lock lock(m_lock);
-    // What hung the last time, in a file system say, is not waited for again.
+    // A task that hung the last time, for example in a file system, is not waited for again.
     const auto limit = m_taskHangs ? std::chrono::seconds(0) : backgroundTaskLimit;
     m_taskHangs = !m_taskEnded.wait_for(lock, limit, [this] { return m_backgroundTasks == 0; });
 }

@@ -13,62 +13,66 @@
 
 namespace KestrioKit {
 
-/// What becomes of the host's application object and of its process. There is one application
-/// object at a time; another one may follow it, on another thread too.
+/// Reports the life of the host's application object and process. There is one application object
+/// at a time. Another one may follow it, also on another thread.
 class ApplicationLifecycle {
 public:
     enum class Event {
-        /// The application object has just been made; its event loop does not run yet.
+        /// The application object was just created. Its event loop does not run yet.
         created,
-        /// The application stops being the active one (`QGuiApplication::applicationStateChanged`).
+        /// The application becomes inactive (`QGuiApplication::applicationStateChanged`).
         willResignActive,
-        /// The application ends (`QCoreApplication::aboutToQuit`, and once more as the object goes,
-        /// for what the host did meanwhile). When `exit()` is called on another thread and the
-        /// application's thread is busy, this is left out.
+        /// The application ends (`QCoreApplication::aboutToQuit`). Sent again when the application
+        /// object is destroyed, for what the host did in between. Skipped if `exit()` is called on
+        /// another thread and the application's thread is busy.
         willTerminate,
-        /// Comes right after it. Background tasks begun by observers are waited for.
+        /// Follows `willTerminate` immediately. The end of the application waits for the background
+        /// tasks that observers begin.
         lastSave,
-        /// The application object is going, or the process ends; nothing runs in an event loop of
-        /// the application any more.
+        /// The application object is being destroyed, or the process ends. The application's event
+        /// loop runs no more blocks.
         terminated,
     };
 
-    /// Keeps an observer registered for as long as it lives.
+    /// Keeps an observer registered until the last copy is destroyed.
     using Observation = std::shared_ptr<const Block>;
 
-    /// Never destroyed, since hosts may call the library while the process ends. Thread-safe.
+    /// Returns the only instance. It is never destroyed, since hosts may call the library while the
+    /// process ends. Thread-safe.
     static ApplicationLifecycle &shared();
 
-    /// Whether an application object exists. Thread-safe.
+    /// Returns whether an application object exists. Thread-safe.
     bool applicationExists() const { return m_applicationExists; }
 
-    /// Whether the host's calls count. They do not while the process ends, when what they need of
-    /// Qt's may be gone, and in a forked child, which has none of the library's threads.
-    /// Thread-safe.
+    /// Returns whether the library handles calls of the host. It does not while the process ends,
+    /// since Qt's static objects may already be destroyed. It does not in a forked child either,
+    /// where the library's threads are missing. Thread-safe.
     bool takesCalls() const;
 
-    /// Makes this the process that the library works in: in a child that is forked from now on it
-    /// does nothing, and waits for nothing. Thread-safe.
+    /// Makes this process the one that the library works in. In children forked from now on, the
+    /// library does nothing and waits for nothing. Thread-safe.
     static void claimProcess();
 
-    /// Has the end of the process handled before anything is destroyed that exists by now: handlers
-    /// run backwards, and Qt makes some of its statics at their first use. Thread-safe.
+    /// Registers an exit handler that runs before any currently existing static object is
+    /// destroyed. Exit handlers run in reverse order, and Qt creates some static objects at their
+    /// first use, so this is called again after such a use. Thread-safe.
     static void endBeforeWhatExists();
 
-    /// Runs blocks in the application's event loop.
+    /// Returns the executor that runs blocks in the application's event loop.
     Executor &mainExecutor() { return m_mainExecutor; }
 
-    /// Has `observer` called at each `event`, before the observers that were there already: on the
-    /// application's thread, but for `lastSave` and `terminated`, which come on the thread that
-    /// calls `exit()` when that ends the application. Thread-safe.
+    /// Calls `observer` at each `event` until the returned value is destroyed. Observers are called
+    /// in reverse order of registration, on the application's thread. If `exit()` on another thread
+    /// ends the application, `lastSave` and `terminated` come on that thread. Thread-safe.
     [[nodiscard]] Observation observe(Event event, Block observer);
 
-    /// Something that must not be cut off by the end of the application: while the returned value
-    /// lives, ending waits for it, `backgroundTaskLimit` at most. Thread-safe.
+    /// Begins a task that the end of the application must not interrupt. The end waits until the
+    /// returned value is destroyed, for at most `backgroundTaskLimit`. Thread-safe.
     [[nodiscard]] std::shared_ptr<void> beginBackgroundTask();
 
+    /// The maximum time for which the end of the application waits for background tasks.
     static constexpr std::chrono::seconds backgroundTaskLimit{5};
-    /// How long `exit()` on another thread waits for the application's thread.
+    /// The maximum time for which `exit()` on another thread waits for the application's thread.
     static constexpr std::chrono::seconds applicationThreadLimit{1};
 
 private:
@@ -90,12 +94,13 @@ private:
     std::atomic<bool> m_applicationExists = false;
     std::atomic<bool> m_processEnds = false;
     std::atomic<bool> m_isForkedChild = false;
-    /// The application's thread.
+    /// The id of the application's thread.
     std::atomic<std::thread::id> m_thread;
     EventLoopExecutor m_mainExecutor;
     std::mutex m_lock;
     std::condition_variable m_taskEnded;
     int m_backgroundTasks = 0;
+    /// Whether waiting for background tasks timed out the last time.
     bool m_taskHangs = false;
     std::array<std::vector<std::weak_ptr<const Block>>, eventCount> m_observers;
 

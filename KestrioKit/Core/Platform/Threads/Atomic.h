@@ -5,26 +5,27 @@
 
 namespace KestrioKit {
 
-/// A value that several threads read and write: each access holds the lock for just that access.
+/// A value that several threads read and write. Each access holds a lock. Thread-safe.
 template <typename Value>
 class Atomic {
 public:
     Atomic() = default;
     explicit Atomic(Value value) : m_value(std::move(value)) {}
 
+    /// Returns a copy of the value.
     Value value() const {
         const std::lock_guard guard(m_lock);
         return m_value;
     }
 
+    /// Replaces the value. The old value is destroyed after the lock is released.
     void setValue(Value value) {
         const std::lock_guard guard(m_lock);
-        // The old value is destroyed by the argument, after the lock is gone.
         std::swap(m_value, value);
     }
 
-    /// Runs `change(Value &)` under the lock and returns what it returns. It must not use this
-    /// object.
+    /// Calls `change(Value &)` while holding the lock and returns its result. `change` must not use
+    /// this object.
     template <typename Change>
     auto mutate(Change &&change) {
         const std::lock_guard guard(m_lock);

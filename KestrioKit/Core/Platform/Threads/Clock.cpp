@@ -27,7 +27,7 @@ QString printedForm(DispatchTime time) {
 }
 
 const Clock &Clock::system() {
-    // Never destroyed: the library's thread may still ask while the process ends.
+    // Never destroyed, since the library's thread may still use it while the process ends.
     static const auto *const clock = new SystemClock;
     return *clock;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// First: moc 6.4 stumbles over <compare> where nothing of Qt's comes before.
+// Included first: moc 6.4 fails on <compare> if no Qt header precedes it.
 #include <QString>
 
 #include <chrono>
@@ -8,31 +8,33 @@
 
 namespace KestrioKit {
 
-/// A moment on the monotonic clock, in nanoseconds. It says nothing about the time of day.
+/// A time on the monotonic clock, in nanoseconds. It is unrelated to the time of day.
 struct DispatchTime {
     std::chrono::nanoseconds sinceReference{0};
 
+    /// Returns a time that is never reached.
     static constexpr DispatchTime distantFuture() { return {std::chrono::nanoseconds::max()}; }
     friend constexpr auto operator<=>(DispatchTime, DispatchTime) = default;
 };
 
-/// The moment `seconds` later.
+/// Returns the time `seconds` later.
 DispatchTime operator+(DispatchTime time, double seconds);
 
-/// The moment as it stands in log lines: seconds on the monotonic clock.
+/// Returns the time as printed in log lines: seconds on the monotonic clock.
 QString printedForm(DispatchTime time);
 
-/// Where the library takes the time from. Thread-safe.
+/// The library's source of time. Thread-safe.
 class Clock {
 public:
     virtual ~Clock() = default;
 
-    /// Now, on a clock that only goes forward and stops while the machine sleeps.
+    /// Returns the current time of a clock that only goes forward and stops while the machine
+    /// sleeps.
     virtual DispatchTime now() const = 0;
-    /// Now, in seconds since 1970-01-01 00:00 UTC. Follows every change of the system's clock.
+    /// Returns the seconds since 1970-01-01 00:00 UTC. Follows every change of the system's clock.
     virtual double secondsSince1970() const = 0;
 
-    /// The machine's clocks; lives for the whole process.
+    /// Returns the system's clocks. The object is never destroyed.
     static const Clock &system();
 };
 

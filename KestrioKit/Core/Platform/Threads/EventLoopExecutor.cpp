@@ -11,7 +11,7 @@
 
 namespace KestrioKit {
 
-/// What the attached thread's event loop delivers wake-ups and timer ticks to.
+/// Receives wake-ups and timer events in the attached thread.
 class EventLoopExecutor::Receiver final : public QObject {
 public:
     explicit Receiver(EventLoopExecutor &executor) : m_executor(executor) {}
@@ -20,7 +20,7 @@ protected:
     bool event(QEvent *event) override {
         if (event->type() != QEvent::User && event->type() != QEvent::Timer)
             return QObject::event(event);
-        // Before the blocks, too: one may run an event loop of its own.
+        // The timer is armed before the blocks run, since a block may run a nested event loop.
         armTimer();
         m_executor.runBlocks();
         m_executor.runDueBlocks();
@@ -50,7 +50,8 @@ EventLoopExecutor::~EventLoopExecutor() = default;
 void EventLoopExecutor::attach(QThread *thread) {
     auto receiver = std::make_unique<Receiver>(*this);
     receiver->moveToThread(thread);
-    // On the thread itself: a running timer must not end on another one.
+    // Runs on `thread` itself, where the receiver lives: a running timer must be stopped on its own
+    // thread.
     QObject::connect(thread, &QThread::finished, receiver.get(), [this] { detach(); });
     const std::lock_guard guard(m_lock);
     m_receiver = std::move(receiver);
@@ -76,7 +77,7 @@ void EventLoopExecutor::postAt(DispatchTime deadline, Block block) {
     wake();
 }
 
-// Called with the lock held, so that the receiver cannot go meanwhile.
+// Called with the lock held, so that the receiver cannot be destroyed meanwhile.
 void EventLoopExecutor::wake() {
     if (!m_receiver || m_wakePosted)
         return;
@@ -99,7 +100,8 @@ std::optional<Block> EventLoopExecutor::takeBlock() {
         return std::nullopt;
     Block block = std::move(m_blocks.front());
     m_blocks.pop_front();
-    // A block may run an event loop of its own (a host's dialog): the rest must go on in there.
+    // A block may run a nested event loop, such as a dialog of the host, which must run the
+    // remaining blocks.
     if (!m_blocks.empty())
         wake();
     return block;

@@ -15,17 +15,19 @@ namespace KestrioKit {
 
 /// Runs blocks in the event loop of a Qt thread.
 ///
-/// Blocks posted while no thread is attached wait for one. They change hands under a mutex, and
-/// only a wake-up travels as a Qt event: cheap for the caller, and visible to the thread sanitizer.
+/// Blocks posted while no thread is attached wait until one is. Blocks are handed over under a
+/// mutex, and only a wake-up is posted as a Qt event. This is cheap for the caller and visible to
+/// the thread sanitizer. Unless stated otherwise, functions are thread-safe.
 class EventLoopExecutor final : public Executor {
 public:
-    /// `clock` says when timed blocks are due; it must outlive this object.
+    /// `clock` decides when timed blocks are due. It must outlive this object.
     explicit EventLoopExecutor(const Clock &clock);
     ~EventLoopExecutor() override;
 
-    /// From now on blocks run in `thread`. To be called once, or again after `detach()`.
+    /// Runs blocks in `thread` from now on. To be called once, and again only after `detach()`.
     void attach(QThread *thread);
-    /// Blocks wait again. To be called on the attached thread; when that ends, this happens anyway.
+    /// Lets blocks wait again. To be called on the attached thread. Happens automatically when that
+    /// thread ends.
     void detach();
 
     void post(Block block) override;

@@ -6,21 +6,22 @@
 
 namespace KestrioKit {
 
+/// A piece of work for an executor. It is called once.
 using Block = std::function<void()>;
 
-/// A thread that runs blocks one after another, in the order in which they were posted.
+/// Runs blocks one after another, in the order in which they were posted.
 class SerialExecutor {
 public:
     virtual ~SerialExecutor() = default;
 
-    /// Has `block` run later, never within this call. Thread-safe.
+    /// Runs `block` later, never within this call. Thread-safe.
     virtual void post(Block block) = 0;
 };
 
-/// One that can also wait.
+/// An executor that can also run blocks at a given time.
 class Executor : public SerialExecutor {
 public:
-    /// Has `block` run as soon as the clock has reached `deadline`. Thread-safe.
+    /// Runs `block` once the clock has reached `deadline`. Thread-safe.
     virtual void postAt(DispatchTime deadline, Block block) = 0;
 };
 

@@ -55,7 +55,8 @@ void LibraryThread::stop() {
     if (thread->wait(QDeadlineTimer(stopLimit)))
         m_executor.detach();
     else
-        // A block hangs, in a file system say: the thread is left to the end of the process.
+        // A block hangs, for example in a file system. The thread keeps running until the process
+        // ends.
         static_cast<void>(thread.release());
 }
 

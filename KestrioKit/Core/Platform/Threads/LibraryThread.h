@@ -11,20 +11,20 @@ class QThread;
 
 namespace KestrioKit {
 
-/// The library's own thread: it runs the blocks of every dispatch queue, and holds the network
-/// manager. It starts with the first block once there is an application object (Qt's event loops
-/// need one), and ends with the application.
+/// The library's own thread. It runs the blocks of all dispatch queues and owns the network
+/// manager. It starts when an application object is created, which Qt's event loops need, or with
+/// the first block if there is one already. It ends with the application. Thread-safe.
 class LibraryThread final : public Executor {
 public:
-    /// `clock` must outlive this object.
+    /// `clock` decides when timed blocks are due. It must outlive this object.
     explicit LibraryThread(const Clock &clock);
-    /// Ends the thread as the end of the application does.
+    /// Ends the thread in the same way as the end of the application does.
     ~LibraryThread() override;
 
     void post(Block block) override;
     void postAt(DispatchTime deadline, Block block) override;
 
-    /// How long ending waits for the block that is running. Blocks that wait stay unrun.
+    /// How long ending waits for the running block. Waiting blocks are not run.
     static constexpr std::chrono::seconds stopLimit{5};
 
 private:

@@ -8,9 +8,9 @@
 
 namespace KestrioKit {
 
-/// Shared with the thread, which nobody joins: a block may hang, and the thread is left to the end
-/// of the process then. Not QThreadPool: a thread that it once could not start it counts for good,
-/// and a forked child waits without end for one that it does not have.
+/// Shared with the thread, which is detached: if a block hangs, the thread runs until the process
+/// ends. QThreadPool is unsuitable. It permanently counts a thread that it failed to start, and in
+/// a forked child it waits forever for threads that do not exist there.
 struct TransientThread::State : std::enable_shared_from_this<State> {
     std::mutex lock;
     std::condition_variable changed;
@@ -18,7 +18,7 @@ struct TransientThread::State : std::enable_shared_from_this<State> {
     bool isThere = false;
     bool isBusy = false;
 
-    // With the lock held. Where the system has no thread to give, the next block asks again.
+    // Called with the lock held. If the system cannot create a thread, the next block tries again.
     void start() {
         if (isThere)
             return;

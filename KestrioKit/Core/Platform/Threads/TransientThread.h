@@ -7,17 +7,18 @@
 
 namespace KestrioKit {
 
-/// A thread that is there while it has blocks to run, and a moment longer. It needs no application
-/// object, and what waits is done before the one that there is ends.
+/// Runs blocks on a thread that exists only while there are blocks to run, and for `idleLimit`
+/// afterwards. It needs no application object. When the application ends, the waiting blocks are
+/// finished first.
 class TransientThread final : public SerialExecutor {
 public:
     TransientThread();
 
     void post(Block block) override;
 
-    /// How long the thread waits for another block.
+    /// How long the idle thread waits for another block before it ends.
     static constexpr std::chrono::seconds idleLimit{1};
-    /// How long the end of the application waits for the blocks that are left.
+    /// The maximum time for which the end of the application waits for the remaining blocks.
     static constexpr std::chrono::seconds stopLimit{5};
 
 private:
