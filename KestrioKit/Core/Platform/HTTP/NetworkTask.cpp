@@ -13,7 +13,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// What may wait to be read: without a limit a fast server fills the memory while a file is saved.
+// The limit of unread data, in bytes. Without it a fast server could fill the memory while a file
+// is saved.
 constexpr qint64 readBufferSize = 256 * 1024;
 
 enum StatusCode {
@@ -23,7 +24,7 @@ enum StatusCode {
     firstRefusal = 400,
 };
 
-// Whether the error is one that Qt makes of a status of 400 and above.
+// Whether Qt reports a status of 400 or above with this error.
 bool isRefusal(QNetworkReply::NetworkError error) {
     return error == QNetworkReply::ProxyAuthenticationRequiredError ||
            error == QNetworkReply::ProtocolInvalidOperationError ||
@@ -33,7 +34,7 @@ bool isRefusal(QNetworkReply::NetworkError error) {
            error >= QNetworkReply::InternalServerError;
 }
 
-// Whether Qt reads no body after such a status, whatever length is told (RFC 9112, 6.3).
+// Whether Qt reads no body after this status, whatever the content length (RFC 9112, 6.3).
 bool lacksBody(int status) {
     return status < firstFinal || status == noContent || status == notModified;
 }
@@ -43,8 +44,8 @@ bool canBeSentTo(const QUrl &url) {
            (url.scheme() == u"https"_s || url.scheme() == u"http"_s);
 }
 
-// What would end a header line early becomes a blank (RFC 9110, 5.5). So does no value at all, for
-// which Qt would put one of its own.
+// Replaces characters that would end the header line early with blanks (RFC 9110, 5.5). An empty
+// value becomes a blank, since Qt would replace it with a value of its own.
 QByteArray headerValue(QByteArray value) {
     if (value.isEmpty())
         return " ";
@@ -55,10 +56,10 @@ QNetworkRequest networkRequest(const URLRequest &request) {
     QNetworkRequest result(request.url);
     for (const HTTPHeader &header : request.headers)
         result.setRawHeader(header.name, headerValue(header.value));
-    // Without a length Qt would read the whole body into a buffer that can be sent again.
+    // Without a length, Qt would read the whole body into a buffer from which it can be sent again.
     result.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
     result.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
-    // Small requests wait for 40 ms over HTTP/2.
+    // Small requests are delayed by 40 ms over HTTP/2.
     result.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
@@ -100,7 +101,7 @@ void NetworkTask::start() {
     auto *const body = new UploadBody(m_request.body);
     m_reply = m_manager.sendCustomRequest(networkRequest(m_request), m_request.method, body);
     body->setParent(m_reply);
-    // Qt heeds this only once the request is on its way, and it starts that from the event loop.
+    // Qt ignores the size until the request has started, which happens in the event loop.
     QMetaObject::invokeMethod(
         m_reply, [reply = m_reply] { reply->setReadBufferSize(readBufferSize); },
         Qt::QueuedConnection);
@@ -109,7 +110,7 @@ void NetworkTask::start() {
 }
 
 void NetworkTask::giveUp() {
-    // It may be over: the reply goes before the task does.
+    // The request may be finished, since the reply is destroyed before the task.
     if (!m_completion)
         return;
     m_gaveUp = true;
@@ -152,13 +153,14 @@ bool NetworkTask::followRedirection() {
 
 QNetworkReply::NetworkError NetworkTask::replyError() const {
     const QNetworkReply::NetworkError error = m_reply->error();
-    // Qt rewinds the body for a redirection that it then leaves to us.
+    // Qt tries to rewind the body for a redirection although it leaves the redirection to this
+    // class.
     const bool redirected = error == QNetworkReply::ContentReSendError && statusCode() != 0;
-    // Qt reports refusals (4xx, 5xx) as errors, although their answers are whole.
+    // Qt reports refusals (4xx, 5xx) as errors, although their responses are complete.
     const bool refused = isRefusal(error) && statusCode() >= firstRefusal;
     if (error != QNetworkReply::NoError && !redirected && !refused)
         return error;
-    // Sometimes it takes one that was cut off for whole.
+    // Qt sometimes reports a response that was cut off as complete.
     return !lacksBody(statusCode()) && m_received < toldLength()
                ? QNetworkReply::RemoteHostClosedError
                : QNetworkReply::NoError;
@@ -217,7 +219,7 @@ std::optional<Error> NetworkTask::statusFailure() const {
 }
 
 NetworkTask::Connections NetworkTask::connections(const std::optional<Error> &error) const {
-    // Nobody knows whether a body follows that must not be there.
+    // A body that is not allowed here may still follow on the connection.
     if (!error)
         return lacksBody(statusCode()) && toldLength() > 0 ? Connections::broken
                                                            : Connections::sound;

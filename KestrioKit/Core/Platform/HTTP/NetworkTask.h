@@ -9,34 +9,37 @@
 
 namespace KestrioKit {
 
-/// One request on its way, redirections included. Lives on its manager's thread, completes there,
-/// and then destroys itself. Destroyed before that, with its manager, it is cut off.
+/// A request in flight, including its redirections. It lives and completes on its manager's thread,
+/// and then destroys itself. If its manager is destroyed first, the request is interrupted.
 class NetworkTask final : public QObject {
 public:
-    /// What the request leaves of its manager's connections.
+    /// The state in which the request leaves its manager's connections.
     enum class Connections {
+        /// The connections can be used.
         sound,
-        /// One fell silent, and those that are idle may be as dead.
+        /// A connection timed out, and idle ones may be dead, too.
         doubtful,
-        /// An answer was none, and the next one may be read from the middle; or TLS failed, after
-        /// which Qt's manager fails for good.
+        /// A response was malformed or incomplete, so that the next one may be read from the
+        /// middle. Or TLS failed, after which Qt's manager keeps failing.
         broken,
     };
+    /// Called with the state of the connections when the request is finished.
     using Finished = std::function<void(Connections connections)>;
 
-    /// The task becomes a child of `manager`. `finished` is called after `completion`, and not when
-    /// the task is cut off: then `completion` is called by `executor`, once that has a thread
-    /// again.
+    /// The task becomes a child of `manager`. `finished` is called after `completion`. If the
+    /// request is interrupted, `finished` is not called, and `executor` calls `completion` once it
+    /// has a thread again.
     NetworkTask(QNetworkAccessManager &manager, Executor &executor, URLRequest request,
                 URLTransport::Body body, URLCompletion completion, Finished finished);
     ~NetworkTask() override;
 
-    /// Sends the request. Fails at once, with a completion, when its URL is none to send to.
+    /// Sends the request. Completes immediately with an error if the URL is not one of an HTTP
+    /// service.
     void start();
-    /// Ends it for having taken too long, unless it is over.
+    /// Ends the request with an error because it took too long. Does nothing if it is finished.
     void giveUp();
 
-    /// How many redirections one request follows.
+    /// The maximum number of redirections that a request follows.
     static constexpr int maximumRedirections = 5;
 
 private:

@@ -17,7 +17,8 @@ namespace KestrioKit {
 
 namespace {
 
-/// Qt makes statics for the first request, and others (those of TLS, say) for its answer.
+/// Qt creates static objects for the first request, and more, for example for TLS, for its
+/// response.
 std::once_flag firstRequest;
 std::once_flag firstAnswer;
 
@@ -29,8 +30,8 @@ struct OutgoingRequest {
 
 } // namespace
 
-/// A network manager that takes requests until its connections are broken, and goes with the last
-/// request that it has then. Connections that are only doubtful go when none is used.
+/// A network manager that retires when its connections are broken, or when they are doubtful and
+/// none is in use. It is destroyed with its last request.
 class NetworkTransport::Manager final : public QNetworkAccessManager {
 public:
     bool isRetired() const { return m_retired; }
@@ -58,21 +59,21 @@ private:
     bool m_retired = false;
 };
 
-/// Shared with the blocks that wait on the executor, which may outlive the transport.
+/// Shared with the blocks on the executor, which may outlive the transport.
 struct NetworkTransport::State : std::enable_shared_from_this<State> {
     State(Executor &itsExecutor, const Clock &itsClock) : executor(itsExecutor), clock(itsClock) {}
 
     Executor &executor;
     const Clock &clock;
     std::atomic<int> tasksInFlight = 0;
-    // Used on the executor's thread alone.
+    // Everything from here on is only used on the executor's thread.
     QPointer<Manager> manager;
-    /// The one before, while it still has requests.
+    /// The previous manager, while it still has requests.
     QPointer<Manager> retiredManager;
-    /// What waits for the retired manager to go: each has a thread, and a buffer for each
-    /// connection.
+    /// Requests that wait until the retired manager is destroyed. This limits the number of
+    /// managers, since each has a thread, and a buffer per connection.
     std::deque<OutgoingRequest> waiting;
-    /// What is out, and when it is to be given up, the earliest first.
+    /// The requests in flight with the times when they are given up, earliest first.
     QList<std::pair<DispatchTime, QPointer<NetworkTask>>> deadlines;
     bool watching = false;
 
@@ -108,7 +109,7 @@ struct NetworkTransport::State : std::enable_shared_from_this<State> {
         });
     }
 
-    /// One block waits for the earliest deadline, however many requests there are.
+    /// A single block waits for the earliest deadline, however many requests there are.
     void watch() {
         deadlines.removeIf([](const auto &deadline) { return !deadline.second; });
         if (watching || deadlines.isEmpty())

@@ -7,25 +7,25 @@
 
 namespace KestrioKit {
 
-/// Carries requests over HTTP/1.1 (RFC 9112), encrypted where their URL is of "https", without
-/// cookies or a cache. The errors' domain is `transportErrorDomain`; a whole answer with any status
-/// from 200 on is none. Nothing is sent twice: what a closing connection cuts off fails.
+/// Sends requests over HTTP/1.1 (RFC 9112) without cookies and cache, and over TLS for "https"
+/// URLs. Errors are of `transportErrorDomain`. A complete response with a status of 200 or above is
+/// not an error. No request is sent twice: if its connection closes early, the request fails.
 ///
-/// There are two of Qt's network managers at most, each with a thread and a few connections.
+/// Uses at most two network managers of Qt at a time, each with a thread and a few connections.
 class NetworkTransport final : public URLTransport {
 public:
-    /// Requests are sent and completed on the thread of `executor`, a Qt thread with an event loop.
-    /// It must outlive this object, as must `clock`. What is out when that thread ends completes
-    /// with an error once there is another one.
+    /// Requests are sent and completed on the thread of `executor`, which must be a Qt thread with
+    /// an event loop. `executor` and `clock` must outlive this object. Requests that are in flight
+    /// when the thread ends complete with an error once there is another thread.
     NetworkTransport(Executor &executor, const Clock &clock);
-    /// Cuts off what is still out.
+    /// Interrupts the requests in flight.
     ~NetworkTransport() override;
 
     void send(URLRequest request, Body body, URLCompletion completion) override;
     int tasksInFlight() const override;
 
-    /// How many seconds an answer may take in all. A request's time-out is one of silence, which a
-    /// server that sends a byte now and then never reaches.
+    /// The maximum duration of a request, in seconds. `URLRequest::timeout` only limits how long
+    /// nothing arrives, which never happens if a server sends a byte now and then.
     static constexpr double answerLimit = 300;
 
 private:

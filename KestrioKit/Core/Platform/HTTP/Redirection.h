@@ -6,13 +6,13 @@
 
 namespace KestrioKit {
 
-/// Whether the status is one of a redirection (3xx).
+/// Returns whether the status is a redirection (3xx).
 bool isRedirection(int statusCode);
 
-/// The request that an answer with the status of a redirection (3xx) leads to, headers and body
-/// included; absent when it must not be followed. Only targets of the same origin (scheme, host and
-/// port, RFC 6454) are, so that no credentials travel elsewhere, and only where the method stays
-/// what it is: a record that turned into a GET would be lost.
+/// Returns the request to which a response with the status of a redirection leads, including
+/// headers and body. Returns nothing if the redirection must not be followed. It is followed only
+/// to the same origin (scheme, host and port, RFC 6454), so that credentials are not sent
+/// elsewhere, and only if the method does not change: a record sent as a GET request would be lost.
 std::optional<URLRequest> redirectedRequest(const URLRequest &request, int statusCode,
                                             const QUrl &target);
 

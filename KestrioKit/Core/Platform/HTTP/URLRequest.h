@@ -8,7 +8,7 @@
 
 namespace KestrioKit {
 
-/// A header of a request or an answer (RFC 9110). Names compare without regard to case.
+/// A header of a request or a response (RFC 9110).
 struct HTTPHeader {
     QByteArray name;
     QByteArray value;
@@ -16,21 +16,21 @@ struct HTTPHeader {
     friend bool operator==(const HTTPHeader &, const HTTPHeader &) = default;
 };
 
-/// One HTTP request, ready to be sent.
+/// An HTTP request that is ready to be sent.
 struct URLRequest {
     QByteArray method;
     QUrl url;
-    /// In the order in which they are sent.
+    /// The headers, in the order in which they are sent.
     QList<HTTPHeader> headers;
-    /// Empty for a request without a body.
+    /// The body. Empty for a request without a body.
     QByteArray body;
-    /// How long nothing at all may arrive before the request fails.
+    /// The request fails if nothing arrives for this time. Default: 60 seconds.
     std::chrono::seconds timeout{60};
 
     friend bool operator==(const URLRequest &, const URLRequest &) = default;
 };
 
-/// What an HTTP answer says besides its body.
+/// An HTTP response without its body.
 struct HTTPURLResponse {
     int statusCode = 0;
 

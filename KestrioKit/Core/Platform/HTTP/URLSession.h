@@ -9,57 +9,65 @@
 
 namespace KestrioKit {
 
-/// What became of a request. An answer that breaks off has both a response and an error.
+/// The outcome of a request. A response that breaks off has both a response and an error.
 struct URLResult {
-    /// The body; absent when there is no whole answer.
+    /// The response's body. Empty if the body is discarded. Absent if there is an error.
     std::optional<QByteArray> data;
+    /// Absent if no response was received.
     std::optional<HTTPURLResponse> response;
+    /// Absent if a complete response with a status of 200 or above was received. Too many
+    /// redirections are an error, too.
     std::optional<Error> error;
-    /// Whether the end of the application object cut the request off. There is an error then, too.
+    /// Whether the end of the application object interrupted the request. `error` is set then, too.
     bool cutOff = false;
 };
 
+/// Receives the outcome of a request.
 using URLCompletion = std::function<void(const URLResult &)>;
 
-/// What carries requests to the network. The library has one; tests may put their own in its place.
+/// Sends requests over the network. The library uses one transport. Tests may replace it.
 class URLTransport {
 public:
-    /// What is done with the body of an answer.
+    /// How the body of a response is handled.
     enum class Body {
-        /// Kept whole; an answer with more than `maximumBodySize` fails.
+        /// Keeps the whole body. A body larger than `maximumBodySize` is an error.
         keep,
-        /// Thrown away as it comes; only the status counts.
+        /// Discards the body while it arrives, and stops reading after `maximumBodySize`. Only the
+        /// status is reported.
         discard,
     };
 
     virtual ~URLTransport() = default;
 
-    /// Sends the request, once, and calls `completion` once, never within this call. A request that
-    /// the end of the application object cuts off completes when another one starts, with an error;
-    /// without another one it never does. Thread-safe.
+    /// Sends the request once and calls `completion` once, never within this call. If the end of
+    /// the application object interrupts the request, it completes with an error after another
+    /// application object is created. Without another one it never completes. Thread-safe.
     virtual void send(URLRequest request, Body body, URLCompletion completion) = 0;
 
-    /// How many requests are out. Each counts until its completion has returned. Thread-safe.
+    /// Returns the number of requests in flight. A request counts until its completion has
+    /// returned. Thread-safe.
     virtual int tasksInFlight() const = 0;
 
+    /// The maximum size of a response's body that is read, in bytes.
     static constexpr qint64 maximumBodySize = 10 * 1024 * 1024;
 };
 
-/// An error of `transportErrorDomain`: "The request to <host> failed: <reason>."
+/// Returns an error of `transportErrorDomain`: "The request to <host> failed: <reason>." `code` is
+/// a `QNetworkReply::NetworkError`.
 Error transportError(const URLRequest &request, int code, const QString &reason);
-/// The error of a record whose answer has a status that says neither that the service has it nor
-/// that it never will: a redirection that is not followed, such as a captive portal's, or a status
-/// of 600 and above. Absent for every other status.
+/// Returns an error if the response's status leaves open whether the service accepted or refused a
+/// record. This holds for a redirection that is not followed, such as that of a captive portal, and
+/// for a status of 600 and above. Returns nothing for every other status.
 std::optional<Error> undecidedError(const URLRequest &request, int statusCode);
 
-/// Requests that share headers. Immutable, thus thread-safe.
+/// Sends requests that share headers. Immutable and thus thread-safe.
 class URLSession {
 public:
     URLSession(std::shared_ptr<URLTransport> transport, QList<HTTPHeader> additionalHeaders);
 
     const QList<HTTPHeader> &additionalHeaders() const { return m_additionalHeaders; }
 
-    /// Sends `request` with the session's headers in front of its own. See `URLTransport::send`.
+    /// Sends `request` with the session's headers before its own. See `URLTransport::send()`.
     void dataTask(URLRequest request, URLTransport::Body body, URLCompletion completion) const;
 
 private:

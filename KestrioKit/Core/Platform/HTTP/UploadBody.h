@@ -5,8 +5,9 @@
 
 namespace KestrioKit {
 
-/// A request's body as a stream that can be read once. Qt sends a request again by itself when the
-/// connection closes before the answer begins; since this body cannot be rewound, it fails instead.
+/// A request's body as a stream that can be read only once. Qt automatically sends a request again
+/// if the connection closes before the response begins. This body cannot be rewound, so the request
+/// fails instead of being sent twice.
 class UploadBody final : public QIODevice {
 public:
     explicit UploadBody(QByteArray body);
