@@ -15,7 +15,7 @@ void FlagsSubscription::announce(std::function<ReachabilityFlagsSource::Reading(
     const std::shared_ptr<const DispatchQueue> queue = m_queue.value();
     if (!callback || !queue)
         return;
-    // Read on the queue, so that the order of readings is the order of deliveries.
+    // Reading on the queue keeps readings and deliveries in the same order.
     queue->async([callback, read = std::move(read)] {
         const ReachabilityFlagsSource::Reading reading = read();
         if (const auto *flags = std::get_if<ReachabilityFlags>(&reading))

@@ -5,15 +5,16 @@
 
 namespace KestrioKit {
 
-/// Who is told of the changes that a flags source sees, and on which queue. Thread-safe.
+/// The callback of a flags source and the queue on which it is called. Thread-safe.
 class FlagsSubscription {
 public:
+    /// Sets the callback. An empty one ends the subscription.
     void setCallback(ReachabilityFlagsSource::Callback callback);
+    /// Sets the queue, of which a copy is kept. A null pointer ends the subscription.
     void setDispatchQueue(const DispatchQueue *queue);
 
-    /// Has `read` called on the queue, and the callback with what it returned. Does nothing while
-    /// there is no queue or no callback, and drops a reading that failed: the next change reads
-    /// again.
+    /// Calls `read` on the queue and passes the result to the callback. Does nothing without a
+    /// queue or a callback. A failed reading is dropped, since the next change reads again.
     void announce(std::function<ReachabilityFlagsSource::Reading()> read) const;
 
 private:

@@ -16,7 +16,8 @@ namespace {
 
 constexpr int noDescriptor = -1;
 
-// When a link goes down or an address is removed, the kernel drops routes without news of them.
+// Links and addresses are included because the kernel drops routes without a notification when a
+// link goes down or an address is removed.
 constexpr std::array newsGroups{RTNLGRP_LINK, RTNLGRP_IPV4_IFADDR, RTNLGRP_IPV4_ROUTE,
                                 RTNLGRP_IPV6_IFADDR, RTNLGRP_IPV6_ROUTE};
 
@@ -33,7 +34,7 @@ std::variant<NetlinkSocket, int> NetlinkSocket::open() {
     if (descriptor < 0)
         return errno;
     NetlinkSocket socket(descriptor);
-    // Without an address of its own the socket counts as the kernel's, and is told nothing.
+    // Without an address of its own, the socket counts as the kernel's and receives nothing.
     sockaddr_nl address{};
     address.nl_family = AF_NETLINK;
     if (::bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) < 0)
@@ -60,7 +61,7 @@ std::optional<int> NetlinkSocket::setNewsWanted(bool wanted) const {
 
 void NetlinkSocket::discardNews() const {
     std::byte cutOff{};
-    // ENOBUFS says that news were lost: whoever reads the routes next misses nothing by that.
+    // ENOBUFS reports lost notifications, which do no harm because the routes are read afterwards.
     while (::recv(m_descriptor, &cutOff, sizeof cutOff, 0) >= 0 || errno == ENOBUFS ||
            errno == EINTR) {
     }

@@ -7,30 +7,32 @@
 
 namespace KestrioKit {
 
-/// A socket to the kernel's routing tables (rtnetlink(7)). No call of it waits, and the descriptor
+/// A socket to the kernel's routing tables (rtnetlink(7)). No function blocks, and the descriptor
 /// is closed on exec. Errors are `errno` values. Thread-safe, except for moving.
 class NetlinkSocket {
 public:
+    /// Returns a new socket, or the error.
     static std::variant<NetlinkSocket, int> open();
 
     NetlinkSocket(NetlinkSocket &&other) noexcept;
     NetlinkSocket &operator=(NetlinkSocket &&) = delete;
     ~NetlinkSocket();
 
+    /// Returns the file descriptor, which the socket owns.
     int descriptor() const { return m_descriptor; }
 
-    /// Subscribes to the news of links, addresses and routes, or ends that.
+    /// Starts or stops receiving notifications about links, addresses and routes.
     std::optional<int> setNewsWanted(bool wanted) const;
-    /// Throws away what has arrived.
+    /// Discards the notifications that have arrived.
     void discardNews() const;
 
-    /// Asks for all routes of all families and tables; `receive()` then gives the answer.
+    /// Requests all routes of all families and tables. `receive()` then returns the response.
     std::optional<int> requestRoutes() const;
-    /// The next datagram, in `buffer`, or the error: EAGAIN when there is none, EMSGSIZE when it
-    /// does not fit.
+    /// Reads the next datagram into `buffer` and returns the used part of it, or the error: EAGAIN
+    /// if there is no datagram, EMSGSIZE if it does not fit.
     std::variant<std::span<const std::byte>, int> receive(std::span<std::byte> buffer) const;
 
-    /// Whether packets can leave the machine over the link of that interface index.
+    /// Returns whether packets can leave the machine over the interface with this index.
     bool isLinkLive(int index) const;
 
 private:

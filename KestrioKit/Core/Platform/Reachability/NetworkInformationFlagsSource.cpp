@@ -4,7 +4,8 @@
 
 namespace KestrioKit {
 
-/// Follows `QNetworkInformation` on the main thread; only `flags` and `subscription` are shared.
+/// Observes `QNetworkInformation` on the main thread. Other threads only use `flags` and
+/// `subscription`.
 class NetworkInformationFlagsSource::Watch final : public std::enable_shared_from_this<Watch> {
 public:
     Atomic<ReachabilityFlags> flags;

@@ -6,15 +6,17 @@
 
 namespace KestrioKit {
 
-/// The flags as `QNetworkInformation` has them: whether the network can be reached, and whether it
-/// is cellular. `QNetworkInformation` is only used on the main thread, from when its event loop
-/// runs; until then nothing is reachable.
+/// Provides the flags of `QNetworkInformation`: whether the network is reachable and whether it is
+/// cellular. `QNetworkInformation` is only used on the main thread, once its event loop runs. Until
+/// then nothing is reachable. Thread-safe.
 class NetworkInformationFlagsSource final : public ReachabilityFlagsSource {
 public:
+    /// Which backend of `QNetworkInformation` is used.
     enum class Backend {
-        /// Load the one that knows the system's reachability.
+        /// Loads the backend that reports the system's reachability.
         load,
-        /// Use the one that the host application has loaded by then, if any.
+        /// Uses the backend that the host application has loaded by the time its event loop runs.
+        /// Without one the network counts as reachable.
         asLoadedByHost,
     };
 
@@ -25,7 +27,8 @@ public:
     std::optional<ErrorCode> setCallback(Callback callback) override;
     std::optional<ErrorCode> setDispatchQueue(const DispatchQueue *queue) override;
 
-    /// What is not known counts as reachable: sending will show.
+    /// Returns the flags for these values. An unknown reachability counts as reachable, since
+    /// sending shows whether it is.
     static ReachabilityFlags flags(QNetworkInformation::Reachability reachability,
                                    QNetworkInformation::TransportMedium medium);
 

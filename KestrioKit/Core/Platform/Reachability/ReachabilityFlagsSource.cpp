@@ -3,7 +3,7 @@
 #include <QString>
 #include <QtGlobal>
 
-// Android's kernel does not give routes to applications.
+// Android does not let applications read the kernel's routes.
 #if defined(Q_OS_LINUX) && !defined(Q_OS_ANDROID)
 #include "KestrioKit/Core/Platform/Reachability/RouteFlagsSource.h"
 #define KESTRIO_ROUTE_FLAGS_SOURCE
@@ -17,7 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Flags that never change.
 class ConstantFlagsSource final : public ReachabilityFlagsSource {
 public:
     explicit ConstantFlagsSource(ReachabilityFlags flags) : m_flags(flags) {}

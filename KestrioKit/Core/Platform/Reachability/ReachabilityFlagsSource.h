@@ -10,28 +10,32 @@
 
 namespace KestrioKit {
 
-/// Where `Reachability` takes the flags from: the system, or a test in its place. Thread-safe.
+/// Provides the flags for `Reachability`. The implementation reads the system. Tests may replace
+/// it. Thread-safe.
 class ReachabilityFlagsSource {
 public:
-    /// The system's error number: an `errno` value on Linux.
+    /// The system's error number (`errno` on Linux).
     using ErrorCode = int;
+    /// The flags, or the reason why they could not be read.
     using Reading = std::variant<ReachabilityFlags, ErrorCode>;
-    /// Is given the flags after something has changed; they may be the same as before.
+    /// Receives the flags after a change. They may be the same as before.
     using Callback = std::function<void(ReachabilityFlags)>;
+    /// The source, or the reason why it could not be created.
     using Creation = std::variant<std::shared_ptr<ReachabilityFlagsSource>, ErrorCode>;
 
     virtual ~ReachabilityFlagsSource() = default;
 
-    /// The flags now. Does not wait for anything.
+    /// Returns the current flags without blocking.
     virtual Reading flags() = 0;
-    /// Sets what is told of changes; an empty callback clears it. A call that is already under way
-    /// when it is cleared may still come.
+    /// Sets the callback for changes. An empty callback clears it. A call that has already begun
+    /// may still come after that. Returns an error on failure.
     virtual std::optional<ErrorCode> setCallback(Callback callback) = 0;
-    /// Has changes delivered on (a copy of) `queue`; nullptr ends the delivery.
+    /// Delivers changes on a copy of `queue`. A null pointer ends the delivery. Returns an error on
+    /// failure.
     virtual std::optional<ErrorCode> setDispatchQueue(const DispatchQueue *queue) = 0;
 
-    /// The system's flags for the way to `serviceHost`. A service on exactly "localhost" is always
-    /// reachable. `executor`, which runs an event loop and goes by `clock`, outlives the source.
+    /// Returns a source of the system's flags for `serviceHost`. A service on exactly "localhost"
+    /// is always reachable. `executor` must run an event loop, use `clock` and outlive the source.
     static Creation system(Executor &executor, const Clock &clock, const QString &serviceHost);
 };
 

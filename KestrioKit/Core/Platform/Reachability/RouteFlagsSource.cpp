@@ -14,16 +14,17 @@ namespace KestrioKit {
 
 namespace {
 
-/// The most that the kernel puts into one datagram of an answer.
+/// The kernel's maximum size of a response's datagram, in bytes.
 constexpr std::size_t datagramSize = 32'768;
-/// Some 35,000 routes. Default routes come first in their table, and the first live one ends the
-/// reading; a machine with more routes than this and no default route has the internet in them.
+/// This allows for about 35,000 routes. Default routes come first in their table, and reading stops
+/// at the first live one. A machine with more routes and no default route reaches the internet
+/// through them.
 constexpr int maximumDatagrams = 64;
 
 /// Whether there is a live default route, or the `errno` value.
 using RouteSearch = std::variant<bool, int>;
 
-/// What one datagram decides; absent when the next one must be seen.
+/// Returns the result if this datagram decides it, or nothing if the next one must be read.
 std::optional<RouteSearch> decide(const RouteReply &reply, const NetlinkSocket &socket) {
     const auto isLive = [&socket](int link) {
         return socket.isLinkLive(link);
@@ -36,7 +37,7 @@ std::optional<RouteSearch> decide(const RouteReply &reply, const NetlinkSocket &
 }
 
 RouteSearch findLiveDefaultRoute() {
-    // A socket of its own for each search: what is left of an answer goes with it.
+    // Each search uses its own socket, so that the unread rest of a response is discarded with it.
     const std::variant<NetlinkSocket, int> opened = NetlinkSocket::open();
     const auto *const socket = std::get_if<NetlinkSocket>(&opened);
     if (!socket)
@@ -66,8 +67,8 @@ ReachabilityFlagsSource::Reading readFlags(NetworkInformationFlagsSource &inform
 
 } // namespace
 
-/// Hears the kernel's news on the executor's thread, where all but the constructor is called and
-/// the last reference is dropped.
+/// Receives the kernel's notifications. Apart from the constructor, it is only used on the
+/// executor's thread, where the last reference is released, too.
 class RouteFlagsSource::Listener final : public std::enable_shared_from_this<Listener> {
 public:
     Listener(NetlinkSocket news, Executor &executor, const Clock &clock, Block announce)
@@ -86,15 +87,16 @@ public:
 
     void stop() { m_notifier.reset(); }
 
-    /// The executor has a new thread: a notifier belongs to the one it was made on.
+    /// Called when the executor has a new thread, since a notifier belongs to the thread that
+    /// created it.
     void changeThread() {
         if (m_notifier)
             start();
     }
 
 private:
-    // The kernel tells before it has dropped the last route that a change costs, and changes come
-    // in bursts: hear no more for a while, then read.
+    // The kernel notifies before it drops the last route of a change, and changes come in bursts.
+    // Listening therefore pauses, and then the routes are read.
     void newsArrived() {
         m_notifier->setEnabled(false);
         m_executor.postAt(m_clock.now() + settlingTime, [weak = weak_from_this()] {
@@ -145,7 +147,7 @@ RouteFlagsSource::RouteFlagsSource(NetlinkSocket news, Executor &executor, const
 }
 
 RouteFlagsSource::~RouteFlagsSource() {
-    // The callback holds what it is set on.
+    // The callback captures its own owner. Clearing it breaks the cycle.
     m_information->setCallback({});
     m_executor.post([listener = std::move(m_listener)] { listener->stop(); });
 }

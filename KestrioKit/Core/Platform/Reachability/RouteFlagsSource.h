@@ -9,23 +9,25 @@ class FlagsSubscription;
 class NetlinkSocket;
 class NetworkInformationFlagsSource;
 
-/// The flags on Linux: `reachable` while there is a default route, IPv4 or IPv6, over a link other
-/// than the loopback that is up and running; nothing otherwise. `isWWAN` comes from the
-/// `QNetworkInformation` that the host application has loaded, if it has.
+/// Provides the flags on Linux. `reachable` is set while there is an IPv4 or IPv6 default route
+/// over an interface that is up and running and is not the loopback. Otherwise no flag is set.
+/// `isWWAN` comes from the `QNetworkInformation` backend that the host application has loaded, if
+/// any. Thread-safe.
 class RouteFlagsSource final : public ReachabilityFlagsSource {
 public:
-    /// Fails when the kernel's routes cannot be had, in a sandbox say. `executor`, which runs an
-    /// event loop and goes by `clock`, outlives the source.
+    /// Returns a source, or an error if the socket to the kernel's routes cannot be opened, for
+    /// example in a sandbox. `executor` must run an event loop, use `clock` and outlive the source.
     static Creation create(Executor &executor, const Clock &clock);
     ~RouteFlagsSource() override;
 
-    /// Asks the kernel, usually in less than a tenth of a millisecond.
+    /// Queries the kernel, which usually takes less than 0.1 ms.
     Reading flags() override;
     std::optional<ErrorCode> setCallback(Callback callback) override;
-    /// Changes are delivered some `settlingTime` after they happened, many in a row as one.
+    /// Delivers changes on a copy of `queue`, about `settlingTime` after they happen. Several
+    /// changes in a row are delivered as one.
     std::optional<ErrorCode> setDispatchQueue(const DispatchQueue *queue) override;
 
-    /// In seconds.
+    /// The delay between a change and its delivery, in seconds.
     static constexpr double settlingTime = 0.02;
 
 private:

@@ -30,8 +30,9 @@ struct Record {
     Bytes payload;
 };
 
-/// Takes the first of several records, each of which begins with its own length; absent at the
-/// end, and when the length is wrong. `length` is the header's member that holds it.
+/// Removes and returns the first of several records, each of which begins with its own length.
+/// Returns nothing at the end and for an invalid length. `length` is the header's member for the
+/// length.
 template <auto length, typename Header>
 std::optional<Record<Header>> takeRecord(Bytes &bytes) {
     Bytes rest = bytes;
@@ -42,7 +43,7 @@ std::optional<Record<Header>> takeRecord(Bytes &bytes) {
     if (size < sizeof(Header) || size > bytes.size())
         return std::nullopt;
     const Record<Header> record{*header, rest.first(size - sizeof(Header))};
-    // Netlink aligns everything to four bytes; the last record may lack its padding.
+    // Netlink aligns records to four bytes. The last one may lack its padding.
     bytes = bytes.subspan(std::min<std::size_t>(NLMSG_ALIGN(size), bytes.size()));
     return record;
 }
@@ -78,7 +79,7 @@ void addDefaultRoute(Bytes message, std::vector<int> &links) {
         addLinks(*attribute, links);
 }
 
-/// The error that a message of the type "done" or "error" begins with; the kernel negates it.
+/// Returns the error with which a message of type "done" or "error" begins. The kernel negates it.
 int errorOf(Bytes message) {
     return -takeValue<int>(message).value_or(0);
 }

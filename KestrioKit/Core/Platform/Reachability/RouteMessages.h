@@ -6,18 +6,18 @@
 
 namespace KestrioKit {
 
-/// What one datagram of the kernel's answer to a request for all routes says (rtnetlink(7)).
+/// The content of one datagram of the kernel's response to a request for all routes (rtnetlink(7)).
 struct RouteReply {
-    /// The links, by interface index, over which this datagram's default routes lead. Routes that
-    /// throw packets away (blackhole, unreachable, prohibit, throw) are not among them.
+    /// The interface indexes of the default routes in this datagram. Routes that discard packets
+    /// (blackhole, unreachable, prohibit, throw) are left out.
     std::vector<int> defaultLinks;
-    /// Whether nothing follows.
+    /// Whether this is the last datagram of the response.
     bool finished = false;
-    /// The kernel's `errno` value, or EBADMSG for a datagram that cannot be read; 0 for none.
+    /// The kernel's `errno` value, EBADMSG if the datagram is malformed, or 0.
     int error = 0;
 };
 
-/// Reads a datagram; trusts none of the lengths in it.
+/// Parses a datagram. All lengths in it are checked, so malformed input is safe.
 RouteReply parseRouteReply(std::span<const std::byte> datagram);
 
 } // namespace KestrioKit
