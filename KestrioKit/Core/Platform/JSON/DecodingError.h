@@ -6,22 +6,25 @@
 
 namespace KestrioKit {
 
-/// Why a JSON text is not the record it should be, and where.
+/// The reason why a JSON text could not be decoded, and the position of the error.
 struct DecodingError {
     enum class Reason { notJSON, keyNotFound, typeMismatch };
 
     Reason reason = Reason::notJSON;
-    /// Where, from the outermost record on: "questions[2].props.message"; empty for the whole text.
+    /// The path to the error from the outermost record: "questions[2].props.message". Empty for the
+    /// whole text.
     QString path;
+    /// The reason in English, for developers.
     QString description;
 
-    /// The same as a general error.
+    /// Returns this as a general error of `decodingErrorDomain`.
     Error toError() const;
 
-    /// Puts `key` in front of the path; called by each enclosing record on the way out.
+    /// Prepends `key` to the path. Called by each enclosing record while the error is passed
+    /// outwards.
     void enterKey(QLatin1StringView key);
     void enterKey(const QString &key);
-    /// Puts `[index]` in front of the path.
+    /// Prepends `[index]` to the path.
     void enterIndex(qsizetype index);
 
     friend bool operator==(const DecodingError &, const DecodingError &) = default;

@@ -18,7 +18,7 @@ bool isBlank(char character) {
     return character == ' ' || character == '\t' || character == '\n' || character == '\r';
 }
 
-// Qt's parser takes nothing but an object or an array as the outermost value.
+// Qt's parser only accepts an object or an array as the outermost value.
 bool startsWithContainer(const QByteArray &text) {
     const auto first = std::find_if_not(text.begin(), text.end(), isBlank);
     return first != text.end() && (*first == '{' || *first == '[');
@@ -42,7 +42,8 @@ bool reportMissingKey(DecodingError &error, QLatin1StringView key) {
 }
 
 std::optional<qint64> exactInteger(const QJsonValue &value) {
-    // The default comes back for what is no integer; two defaults tell it from a real value.
+    // The default is returned for a value that is not an integer. Two different defaults
+    // distinguish it from a real value.
     const qint64 number = value.toInteger(0);
     if (number == 0 && value.toInteger(1) != 0)
         return std::nullopt;
@@ -97,7 +98,7 @@ bool JSONCoding<float>::decode(const QJsonValue &value, float &result, DecodingE
 }
 
 Decoded<QJsonValue> parseJSON(const QByteArray &bytes) {
-    // RFC 8259, 8.1 allows to ignore it, and Qt's parser refuses it.
+    // RFC 8259, section 8.1, allows parsers to ignore the mark. Qt's parser refuses it.
     const QByteArray text =
         bytes.startsWith(byteOrderMark) ? bytes.sliced(byteOrderMark.size()) : bytes;
     const bool container = startsWithContainer(text);

@@ -17,16 +17,17 @@
 
 namespace KestrioKit {
 
-/// Fills `error` with that description and returns false, for `JSONCoding::decode`. A literal: it
-/// happens in good documents too, where a field may be of several types or is lenient.
+/// Sets `error` to a type mismatch and returns false, for use in `JSONCoding::decode()`. Pass a
+/// literal as `description`: this is also called for valid documents, where a field has several
+/// possible types or is lenient.
 bool reportTypeMismatch(DecodingError &error, const QString &description);
-/// Likewise for a key that must be there.
+/// Sets `error` to a missing required key and returns false.
 bool reportMissingKey(DecodingError &error, QLatin1StringView key);
 
-/// The number as an integer, when it is one: 5 and 5.0 are, 5.5 is not.
+/// Returns the number as an integer if it has an integral value: 5 and 5.0, but not 5.5.
 std::optional<qint64> exactInteger(const QJsonValue &value);
 
-/// Writes a record as its key table says, and reads it so.
+/// Encodes and decodes a record according to its key table.
 template <typename Record>
 struct KeyTableCoding {
     static void encode(JSONWriter &writer, const Record &record) {
@@ -35,7 +36,8 @@ struct KeyTableCoding {
         writer.endObject();
     }
 
-    /// The rows alone, for a record that writes more keys into the same object.
+    /// Encodes the fields without the enclosing braces, for a record that adds more keys to the
+    /// same object.
     static void encodeFields(JSONWriter &writer, const Record &record) {
         std::apply([&](const auto &...row) { (encodeField(writer, record, row), ...); },
                    keyTable<Record>);
@@ -58,9 +60,9 @@ private:
                             DecodingError &error);
 };
 
-/// How a type is written as JSON and read from it. The general form follows the type's key table;
-/// a type whose JSON is something else specialises this with the same two operations.
-/// `decode` fills `result` and returns true, or says why not in `error` and returns false.
+/// Defines how a type is encoded as JSON and decoded from it. By default this follows the type's
+/// key table. A type with another representation specializes this with the same two functions.
+/// `decode()` fills `result` and returns true, or sets `error` and returns false.
 template <typename Record>
 struct JSONCoding : KeyTableCoding<Record> {};
 
@@ -100,7 +102,7 @@ struct JSONCoding<float> {
     static bool decode(const QJsonValue &value, float &result, DecodingError &error);
 };
 
-/// Null is absent. A missing key is the enclosing record's affair.
+/// Decodes null as absent. The enclosing record handles a missing key.
 template <typename Value>
 struct JSONCoding<std::optional<Value>> {
     static bool decode(const QJsonValue &value, std::optional<Value> &result,
@@ -198,15 +200,15 @@ bool KeyTableCoding<Record>::decodeField(const QJsonObject &object, Record &resu
     return false;
 }
 
-/// A record read from JSON, whole, or the reason why there is none.
+/// A decoded record, or the reason why it could not be decoded.
 template <typename Record>
 using Decoded = std::variant<Record, DecodingError>;
 
-/// Parses a JSON text with any value outermost, without the byte order mark that it may begin with;
-/// an error for what is not JSON or nests too deeply.
+/// Parses a JSON text with any type of outermost value. A leading byte order mark is skipped.
+/// Returns an error if the text is not JSON or is nested too deeply.
 Decoded<QJsonValue> parseJSON(const QByteArray &bytes);
 
-/// Reads a record from a JSON text.
+/// Decodes a record from a JSON text.
 template <typename Record>
 Decoded<Record> decodeJSON(const QByteArray &text) {
     Decoded<QJsonValue> parsed = parseJSON(text);
@@ -219,7 +221,7 @@ Decoded<Record> decodeJSON(const QByteArray &text) {
     return record;
 }
 
-/// Writes a record as a JSON text in UTF-8.
+/// Encodes a record as a JSON text in UTF-8.
 template <typename Record>
 QByteArray encodeJSON(const Record &record) {
     JSONWriter writer;

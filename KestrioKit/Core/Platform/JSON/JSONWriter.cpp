@@ -12,7 +12,8 @@ namespace KestrioKit {
 
 namespace {
 
-/// Also takes keys as they are: looking for what to escape in them was half of the whole work.
+/// Can also write keys without escaping: searching them for characters to escape took half of the
+/// time.
 class Writer final : public rapidjson::Writer<rapidjson::StringBuffer> {
 public:
     using rapidjson::Writer<rapidjson::StringBuffer>::Writer;
@@ -25,14 +26,14 @@ public:
         out[name.size() + 1] = '"';
     }
 
-    /// Writes a text that begins with a byte order mark. Qt's parser drops the mark, unless it is
-    /// escaped.
+    /// Writes a text that begins with a byte order mark. The mark is escaped, since Qt's parser
+    /// drops it otherwise.
     void markedText(std::string_view utf8) {
         Prefix(rapidjson::kStringType);
         escapedMark.copy(os_->Push(escapedMark.size()), escapedMark.size());
         const std::size_t rest = os_->GetSize();
         WriteString(utf8.data() + mark.size(), rapidjson::SizeType(utf8.size() - mark.size()));
-        // The rest has begun with a quotation mark of its own.
+        // Removes the quotation mark with which the rest begins.
         char *const quote = os_->Push(0) - (os_->GetSize() - rest);
         std::memmove(quote, quote + 1, os_->GetSize() - rest - 1);
         os_->Pop(1);
@@ -52,8 +53,8 @@ struct JSONWriter::Output {
     QStringEncoder encoder{QStringEncoder::Utf8, QStringEncoder::Flag::Stateless};
     QByteArray utf8;
 
-    /// In UTF-8, until the next call. One buffer for all texts: most of them are short, and making
-    /// each an array of its own took longer than writing it.
+    /// Returns the text in UTF-8, valid until the next call. All texts share one buffer: most are
+    /// short, and allocating an array for each took longer than writing it.
     std::string_view encoded(const QString &text) {
         if (const qsizetype space = encoder.requiredSpace(text.size()); utf8.size() < space)
             utf8.resize(space);

@@ -8,16 +8,18 @@
 
 namespace KestrioKit {
 
-/// Writes one JSON text (RFC 8259) without blanks, with the keys in the order in which they come.
-/// The calls must nest properly, and each value within an object must follow its key.
+/// Writes one JSON text (RFC 8259) in UTF-8, without whitespace and with the keys in the order of
+/// the calls. The caller must nest the calls properly and write a key before each value of an
+/// object.
 class JSONWriter {
 public:
     JSONWriter();
     ~JSONWriter();
 
     void beginObject();
-    /// A name of ours, with nothing in it that JSON escapes.
+    /// Writes the key of the next value. `name` must not contain characters that JSON escapes.
     void key(std::string_view name);
+    /// Writes the key of the next value, escaped as needed.
     void key(const QString &name);
     void endObject();
     void beginArray();
@@ -26,11 +28,12 @@ public:
     void string(const QString &text);
     void integer(qint64 number);
     void unsignedInteger(quint64 number);
-    /// In the shortest form that reads back the same; infinite and NaN, which JSON lacks, as null.
+    /// Writes the shortest form that reads back as the same number. Infinity and NaN, which JSON
+    /// lacks, are written as null.
     void number(double number);
     void boolean(bool value);
 
-    /// What was written so far.
+    /// Returns the text written so far.
     QByteArray text() const;
 
 private:

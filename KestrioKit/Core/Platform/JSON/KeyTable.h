@@ -5,17 +5,18 @@
 
 namespace KestrioKit {
 
-/// How a record's field is read.
+/// How a field of a record is decoded.
 enum class Presence {
-    /// The key must be there with a value of the right type.
+    /// The key must exist with a value of the right type.
     required,
-    /// The key may be missing or null; another type is an error.
+    /// The key may be missing or null. A value of another type is an error.
     optional,
-    /// Missing, null or of another type or shape: absent (`decodeSafely`).
+    /// The field is absent if the key is missing, or if its value is null or has another type or
+    /// structure.
     lenient,
 };
 
-/// One line of a key table: a JSON key and the field of `Record` that it carries.
+/// A row of a key table: a JSON key and the field of `Record` that holds its value.
 template <typename Record, typename Field, Presence presence>
 struct KeyTableRow {
     static constexpr Presence fieldPresence = presence;
@@ -38,8 +39,9 @@ constexpr auto lenient(std::string_view key, std::optional<Field> Record::*field
     return KeyTableRow<Record, std::optional<Field>, Presence::lenient>{key, field};
 }
 
-/// The rows of a record, in the order in which its keys are written: a `std::tuple` of
-/// `required()`, `optional()` and `lenient()`. Each record specialises it beside its declaration:
+/// The rows of a record in the order in which its keys are written, as a `std::tuple` of
+/// `required()`, `optional()` and `lenient()`. Each record specializes this next to its
+/// declaration:
 ///
 ///     template <>
 ///     inline constexpr auto keyTable<Labels> =
