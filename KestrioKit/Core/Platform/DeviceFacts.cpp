@@ -20,8 +20,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The primary screen's size, kept where every thread can read it: screens themselves may only be
-/// touched on the application's thread.
+/// Keeps the primary screen's size for all threads, since screens may only be used on the
+/// application's thread.
 class ScreenSize {
 public:
     static ScreenSize &shared() {
@@ -35,7 +35,7 @@ private:
     ScreenSize()
         : m_created(ApplicationLifecycle::shared().observe(ApplicationLifecycle::Event::created,
                                                            [this] { followScreens(); })) {
-        // The library may be loaded long after the application was made, and on any thread.
+        // The library may be loaded long after the application was created, and on any thread.
         if (ApplicationLifecycle::shared().applicationExists())
             ApplicationLifecycle::shared().mainExecutor().post([this] { followScreens(); });
     }
@@ -67,7 +67,7 @@ private:
     ApplicationLifecycle::Observation m_created;
 };
 
-// Made when the library is loaded, so that no application object is missed.
+// Created when the library is loaded, so that no application object is missed.
 [[maybe_unused]] const ScreenSize &screenSize = ScreenSize::shared();
 
 constexpr auto posixLanguage = "C"_L1;
@@ -103,14 +103,15 @@ QString machine() {
 } // namespace
 
 DeviceFacts DeviceFacts::current() {
-    // Never destroyed: hosts may call while the process ends.
+    // Never destroyed, since hosts may call this while the process ends.
     static const auto *const version = new QString(::KestrioKit::osVersion());
     static const auto *const hardware = new QString(::KestrioKit::machine());
     return {ScreenSize::shared().value(), ::KestrioKit::languageCode(), *version, *hardware};
 }
 
-// After each of the user's languages Qt lists other spellings of it: en-GB, en-Latn-GB, fr,
-// fr-Latn-FR, fr-FR. Only the first counts. "C" stands for no language, or for one unknown to Qt.
+// Qt lists each of the user's languages in several spellings: en-GB, en-Latn-GB, fr, fr-Latn-FR,
+// fr-FR. Only the first spelling of each is used. "C" stands for no language or one that Qt does
+// not know.
 QStringList preferredLanguages() {
     QStringList languages;
     for (const QString &language : QLocale::system().uiLanguages()) {

@@ -8,25 +8,27 @@
 
 namespace KestrioKit {
 
-/// What the library tells the service about the device.
+/// The information about the device that the library sends to the service.
 struct DeviceFacts {
-    /// The primary screen in device-independent pixels; absent for a program without screens.
+    /// The size of the primary screen in device-independent pixels. Absent if the program has no
+    /// screens.
     std::optional<QSize> screenSize;
-    /// The language of `QLocale()`, as ISO 639 has it: "en".
+    /// The language of `QLocale()` as an ISO 639 code: "en".
     QString languageCode;
-    /// The version of the operating system, "Unknown" where Qt does not know it.
+    /// The version of the operating system, or "Unknown" if Qt cannot determine it.
     QString osVersion;
-    /// The machine's hardware name: "x86_64".
+    /// The hardware name of the machine: "x86_64".
     QString machine;
 
-    /// The facts as they are now. Thread-safe; needs no application object.
+    /// Returns the current facts. Thread-safe. Needs no application object.
     static DeviceFacts current();
 
     friend bool operator==(const DeviceFacts &, const DeviceFacts &) = default;
 };
 
-/// The user's languages, best first, as BCP 47 has them: "en-GB", "fr". Thread-safe. Asking costs
-/// some microseconds, so that it is none of the facts that go with every event.
+/// Returns the user's languages as BCP 47 tags, most preferred first: "en-GB", "fr". Thread-safe. A
+/// call takes some microseconds, so the languages are not part of the facts that are sent with
+/// every event.
 QStringList preferredLanguages();
 
 } // namespace KestrioKit

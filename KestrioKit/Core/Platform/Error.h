@@ -4,21 +4,21 @@
 
 namespace KestrioKit {
 
-/// What went wrong, as a value: it travels through completions and is never thrown.
+/// An error. Errors are passed to completions as values and are never thrown.
 struct Error {
-    /// Who the code belongs to: one of the `…ErrorDomain` constants.
+    /// The domain that defines the code: one of the `…ErrorDomain` constants.
     QString domain;
-    /// Which error of the domain it is.
+    /// The error within the domain.
     int code = 0;
-    /// The reason, in English, for the people who build the host application.
+    /// The reason in English, for the developers of the host application.
     QString localizedDescription;
 
     friend bool operator==(const Error &, const Error &) = default;
 };
 
-/// The request got no whole answer; the code is a `QNetworkReply::NetworkError`.
+/// The request received no complete response. The code is a `QNetworkReply::NetworkError`.
 inline constexpr QLatin1StringView transportErrorDomain("KestrioKit.TransportError");
-/// An answer that is not what the service promises; the code is a `DecodingError::Reason`.
+/// A response does not have the expected form. The code is a `DecodingError::Reason`.
 inline constexpr QLatin1StringView decodingErrorDomain("KestrioKit.DecodingError");
 
 } // namespace KestrioKit

@@ -5,8 +5,8 @@
 #include <QDir>
 #include <QTranslator>
 
-// Within a static library nothing else brings the tables into the program. Qt's macro wants to be
-// used outside of any namespace.
+// A static library needs this call to link the texts into the program. Qt's macro must be used
+// outside namespaces.
 static void registerTables() {
     Q_INIT_RESOURCE(KestrioKitLocalizable);
 }
@@ -22,12 +22,12 @@ constexpr auto folderSuffix = ".lproj"_L1;
 constexpr auto tableFile = "Localizable.qm"_L1;
 constexpr const char *tableContext = "Localizable";
 constexpr auto lastResort = "en"_L1;
-/// How many parts of a locale tell its language, "zh-Hant-TW", and how long they are together
-/// (RFC 5646). The service may send any number.
+/// The number of subtags of a locale that determine its language, as in "zh-Hant-TW", and their
+/// maximum length together (RFC 5646). The service may send any number.
 constexpr qsizetype significantParts = 3;
 constexpr qsizetype significantLength = significantParts * 9 - 1;
 
-/// A name that a locale may begin with, and the language that has the texts for it.
+/// The beginning of a locale's name, and the language whose texts it uses.
 struct OtherName {
     QLatin1String name;
     QLatin1String language;
@@ -59,8 +59,8 @@ QString languageNamed(const QString &name) {
     return {};
 }
 
-/// The language for the significant parts of a locale, or for as many of the first of them as there
-/// is one for. Empty without.
+/// Returns the language with texts that matches the most of the locale's significant subtags. Empty
+/// if there is none.
 QString languageFor(const QString &name) {
     QString locale = name.left(significantLength);
     locale = locale.replace(u'_', u'-').section(u'-', 0, significantParts - 1);
@@ -71,7 +71,7 @@ QString languageFor(const QString &name) {
     return {};
 }
 
-/// The table of the first of `locales` for which there is one that can be read.
+/// Returns the first table of `locales` that exists and can be read.
 std::shared_ptr<const QTranslator> firstTable(const QStringList &locales) {
     const auto table = std::make_shared<QTranslator>();
     for (const QString &locale : locales) {
@@ -83,7 +83,7 @@ std::shared_ptr<const QTranslator> firstTable(const QStringList &locales) {
     return nullptr;
 }
 
-/// The table of that language, or else of the default language.
+/// Returns the table of this language or, failing that, of the default language.
 std::shared_ptr<const QTranslator> tableFor(const QString &language) {
     return firstTable(QStringList(language) + preferredLanguages() + QStringList(lastResort));
 }
@@ -109,7 +109,7 @@ void AnyLanguageBundle::setLanguage(const QString &language) {
 }
 
 QString AnyLanguageBundle::localizedString(const QString &key, const QString &value) const {
-    // A translator that is not installed may be read, and let go of, on any thread.
+    // A translator that is not installed may be read and released on any thread.
     const std::shared_ptr<const QTranslator> table = m_table.value();
     QString text = table ? table->translate(tableContext, key.toUtf8().constData()) : QString();
     if (!text.isEmpty())

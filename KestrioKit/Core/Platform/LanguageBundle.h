@@ -11,27 +11,28 @@ class QTranslator;
 
 namespace KestrioKit {
 
-/// The library's texts, in the language that was asked for. Thread-safe.
+/// Provides the library's texts in one language. Thread-safe.
 class AnyLanguageBundle {
 public:
-    /// Takes texts from `language`, as `setLanguage()` does; without one, from the default
-    /// language: the first of the user's languages that there are texts in, or else English.
+    /// Uses `language` as `setLanguage()` does. If it is empty, uses the default language: the
+    /// first of the user's languages that has texts, or English.
     explicit AnyLanguageBundle(const QString &language = {});
     Q_DISABLE_COPY_MOVE(AnyLanguageBundle)
 
-    /// The bundle that speaks the language of the last survey that the service answered with.
+    /// Returns the shared bundle. It uses the language of the last survey that the service
+    /// returned.
     static AnyLanguageBundle &framework();
 
-    /// The languages for which there are texts, by their folders' names: "de", "pt-BR", …
+    /// Returns the names of the languages that have texts: "de", "pt-BR", …
     static const QStringList &languages();
 
-    /// Takes texts from `language` from now on, a locale's name in any case, with "-" or "_".
-    /// Without a table of that name, the closest: "de" for "de-AT", "zh-Hant" for "zh-TW",
-    /// "zh-Hans" for other Chinese, "nb" for "no". Where none suits, or the table cannot be read,
-    /// the default language, as the user's languages are now.
+    /// Switches to `language`, a locale name in any case, with "-" or "_". If there are no texts
+    /// for this locale, the closest language is used: "de" for "de-AT", "zh-Hant" for "zh-TW",
+    /// "zh-Hans" for other Chinese, "nb" for "no". If none is close enough or its texts cannot be
+    /// read, the default language at this time is used.
     void setLanguage(const QString &language);
 
-    /// The text for `key`. Without one: `value`, or where that is empty the key itself.
+    /// Returns the text for `key`. If there is none, returns `value`, or `key` if `value` is empty.
     QString localizedString(const QString &key, const QString &value = {}) const;
 
 private:

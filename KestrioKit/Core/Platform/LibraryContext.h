@@ -10,18 +10,22 @@
 
 namespace KestrioKit {
 
-/// Makes what tells whether the service on `host` can be reached, unless the system refuses.
+/// Creates the source that reports whether the service on `host` is reachable. Returns an error if
+/// the system refuses.
 using ReachabilityFlagsSourceFactory =
     std::function<ReachabilityFlagsSource::Creation(const QString &host)>;
 
-/// What the library takes from the world around it. Clock and executors outlive everything that is
-/// made with this.
+/// The library's dependencies on its environment. The clock and the executors must outlive every
+/// object that uses this context.
 struct LibraryContext {
+    /// Provides the time.
     const Clock &clock;
     /// Runs the blocks of every dispatch queue.
     Executor &executor;
-    /// Writes the files: the other one also serves the network, which must not wait for disks.
+    /// Accesses the files. It is separate because `executor` also serves the network, which must
+    /// not wait for a disk.
     SerialExecutor &fileExecutor;
+    /// Sends the requests.
     std::shared_ptr<URLTransport> transport;
     ReachabilityFlagsSourceFactory makeFlagsSource;
 };

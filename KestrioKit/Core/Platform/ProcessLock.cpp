@@ -14,11 +14,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Never destroyed: locks are let go while the process ends.
+// Never destroyed, since locks are released while the process ends.
 struct Registry {
     std::mutex lock;
     std::vector<ProcessLock *> held;
-    /// Locks whose files are somebody else's, or cannot be removed. Qt would do so, or complain.
+    /// Locks whose files belong to another holder or cannot be removed. Destroying them would make
+    /// Qt remove the file or log a warning.
     std::vector<std::unique_ptr<QLockFile>> abandoned;
 };
 
@@ -31,13 +32,14 @@ QDateTime timeOf(const QString &path) {
     return QFileInfo(path).lastModified();
 }
 
-// Qt believes a holder to live while any process of the same program has its number. In a sandbox
-// that may be the case at every start. The kernel knows better, and is asked here.
+// Qt considers a holder alive while any process of the same program has its process id. In a
+// sandbox this may happen at every start-up. The kernel's lock on the file is reliable.
 bool removeStale(QLockFile &lock, bool thorough) {
     qint64 holder = 0;
     QString host;
     QString program;
-    // The name under which Qt does the same: two that remove at a time could remove a new lock.
+    // This is the name that Qt uses for the same purpose. Without it two processes could remove a
+    // stale lock at the same time, and with it a new one.
     QLockFile removal(lock.fileName() + u".rmlock"_s);
     const auto isKnown = [&] {
         return lock.getLockInfo(&holder, &host, &program);
@@ -45,7 +47,7 @@ bool removeStale(QLockFile &lock, bool thorough) {
     if (lock.error() != QLockFile::LockFailedError || !isKnown() ||
         (!thorough && holder != QCoreApplication::applicationPid()))
         return false;
-    // Known only once it is locked.
+    // The result is reliable only while `removal` is locked.
     return removal.tryLock(0) && isKnown() && lock.removeStaleLockFile();
 }
 
@@ -65,7 +67,7 @@ ProcessLock::Attempt ProcessLock::tryLock(bool thorough) {
     auto lock = std::make_unique<QLockFile>(m_path);
     lock->setStaleLockTime(0);
     const bool succeeds = lock->tryLock(0) || (removeStale(*lock, thorough) && lock->tryLock(0));
-    // A lock that was held may only be out of reach for now.
+    // On failure a lock held before is kept, since its file may only be unreachable for now.
     if (!succeeds && lock->error() != QLockFile::LockFailedError)
         return Attempt::failed;
     abandon();
@@ -102,7 +104,8 @@ void ProcessLock::abandon() {
     std::erase(registry().held, this);
 }
 
-// A file that is left behind does no harm, but need not be. A lock whose disk hangs is left.
+// Lock files that are left behind are harmless, so locks are skipped if another thread hangs in the
+// file system.
 void ProcessLock::releaseAll() {
     const std::unique_lock guard(registry().lock, std::try_to_lock);
     while (guard && !registry().held.empty())

@@ -8,33 +8,34 @@
 
 namespace KestrioKit {
 
-/// A lock file that one object, of all processes, can hold. It is let go when the object goes or
-/// the process ends, in whatever way. A forked child does not hold what its parent holds. Prints
-/// nothing, and never waits for another holder. Thread-safe.
+/// A lock file that only one object at a time can hold, across all processes. The lock is released
+/// when the object is destroyed or when the process ends in any way. A forked child does not hold
+/// its parent's locks. Logs nothing and never waits for another holder. Thread-safe.
 class ProcessLock {
 public:
+    /// The result of `tryLock()`.
     enum class Attempt {
         held,
-        /// Somebody else holds it.
+        /// Another object or process holds the lock.
         refused,
-        /// The file cannot be made: the disk is full, read-only or gone.
+        /// The file cannot be created, for example because the disk is full, read-only or missing.
         failed,
     };
 
-    /// `path` is the file, in a folder that should exist.
+    /// `path` is the path of the lock file. Its folder should exist.
     explicit ProcessLock(QString path);
     ~ProcessLock();
     Q_DISABLE_COPY_MOVE(ProcessLock)
 
-    /// Takes the lock, unless it is held already. A `thorough` attempt also finds out a dead
-    /// holder whose process number another process has by now; it costs a second file.
+    /// Takes the lock if this object does not hold it yet. A `thorough` attempt also detects a dead
+    /// holder whose process id now belongs to another process. It needs a second file.
     Attempt tryLock(bool thorough);
 
-    /// Whether this object holds the lock, and nobody has removed its file.
+    /// Returns whether this object holds the lock and its file has not been removed.
     bool isHeld() const;
 
 private:
-    // With the lock of what all objects share held.
+    // Called with the lock of the shared registry held.
     bool isOwn() const;
     void release();
     void abandon();
@@ -42,8 +43,9 @@ private:
 
     const QString m_path;
     std::unique_ptr<QLockFile> m_lock;
-    /// Of the file, as it was taken.
+    /// The modification time of the file when the lock was taken.
     QDateTime m_time;
+    /// The id of the process that took the lock.
     qint64 m_process = 0;
 };
 

@@ -39,8 +39,8 @@ void Storage::setUp() {
     createLibraryFolder();
 }
 
-// A write that a crash cut off leaves a file behind, which QSaveFile calls "<name>.json." and six
-// letters. One that is not old may be of another process that is writing now.
+// QSaveFile names its temporary file "<name>.json." plus six letters, and a crash leaves it behind.
+// A recent one may belong to another process that is writing it.
 void Storage::removeLeftovers() {
     const std::optional<QString> folder = libraryFolder();
     if (!folder)
@@ -78,19 +78,20 @@ void Storage::remove(QLatin1StringView filename) {
 bool Storage::write(const QString &url, const QByteArray &text) {
     QSaveFile file(url);
     if (!file.open(QIODevice::WriteOnly)) {
-        // Somebody may have tidied up under the running program.
+        // The folder may have been deleted while the program runs.
         createLibraryFolder();
         if (!file.open(QIODevice::WriteOnly))
             return false;
     }
-    // Before the first byte: nobody else gets to read a token.
+    // Set before the first byte, so that no other user can read a token.
     file.setPermissions(ownerOnly);
-    // Qt 6.4 commits a file whose last bytes a full disk did not take.
+    // The flush is needed because Qt 6.4 commits a file even if a full disk did not take its last
+    // bytes.
     return file.write(text) == text.size() && file.flush() && file.commit();
 }
 
 std::optional<QByteArray> Storage::read(const QString &url, qint64 maximumSize) {
-    // Whatever else goes by that name, a folder or a pipe, must not be opened: it could block.
+    // A folder or a pipe with that name must not be opened, since that could block.
     if (!QFileInfo(url).isFile())
         return std::nullopt;
     QFile file(url);

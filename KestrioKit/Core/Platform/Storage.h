@@ -10,37 +10,40 @@ class QFileInfo;
 
 namespace KestrioKit {
 
-/// The library's JSON files: one folder "Kestrio" within the application's data folder
-/// (`QStandardPaths::AppDataLocation`, which follows the application's name and, where it applies,
-/// "XDG_DATA_HOME"). The folder and its files can be read by their owner alone. Failures are
-/// silent: what cannot be written is not, what cannot be read is absent. Thread-safe.
+/// Reads and writes the library's JSON files. They are in the folder "Kestrio" within the
+/// application's data folder (`QStandardPaths::AppDataLocation`, which depends on the application's
+/// name and, on some systems, on "XDG_DATA_HOME"). Only their owner can read them. Failures are
+/// silent: a file that cannot be written is skipped, and one that cannot be read counts as absent.
+/// Thread-safe.
 class Storage {
 public:
     Storage() = delete;
 
-    /// Makes the folder. When the environment has "KESTRIO_HARD_RESET", with whatever value, the
-    /// folder is emptied first.
+    /// Creates the folder. If the environment variable "KESTRIO_HARD_RESET" exists, with any value,
+    /// the folder is emptied first.
     static void setUp();
 
-    /// Makes the folder unless it is there.
+    /// Creates the folder if it does not exist, and lets only its owner access it.
     static void createLibraryFolder();
 
-    /// Removes what a process left unfinished in the folder, once it is old.
+    /// Removes the temporary files that interrupted writes left in the folder, if they are old.
     static void removeLeftovers();
-    /// Whether the file was last written an hour ago or earlier: no process is at it any more.
+    /// Returns whether the file was last modified at least an hour ago. No process is writing it
+    /// any more then.
     static bool isOld(const QFileInfo &file);
 
-    /// Where the file of that name lies; absent when the platform names no data folder.
+    /// Returns the path of the JSON file with this name, which is given without its extension.
+    /// Returns nothing if the platform has no data folder.
     static std::optional<QString> localLibraryURL(QLatin1StringView filename);
 
-    /// Replaces the whole file, atomically. Returns whether it did.
+    /// Atomically replaces the whole file. Returns whether it succeeded.
     template <typename Record>
     static bool store(const std::optional<Record> &record, const std::optional<QString> &url) {
         return record && url && write(*url, encodeJSON(*record));
     }
 
-    /// Reads a record; absent when there is no file, or it is larger than `maximumSize` bytes, or
-    /// it does not decode.
+    /// Reads a record. Returns nothing if the file does not exist, is larger than `maximumSize`
+    /// bytes, or cannot be decoded.
     template <typename Record>
     static std::optional<Record> load(const std::optional<QString> &url, qint64 maximumSize) {
         const std::optional<QByteArray> text = url ? read(*url, maximumSize) : std::nullopt;
@@ -51,7 +54,7 @@ public:
         return record ? std::optional(std::move(*record)) : std::nullopt;
     }
 
-    /// Removes the file of that name.
+    /// Removes the file with this name, given without its extension.
     static void remove(QLatin1StringView filename);
 
 private:
