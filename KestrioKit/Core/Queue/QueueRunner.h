@@ -101,13 +101,18 @@ protected:
     std::unique_ptr<const KestrioServiceRequests> networkRequests() const;
 
 private:
+    /// Sends the ready tasks now. Does nothing while the runner is disabled.
     void runFlush();
+    /// Moves the ready tasks from the waiting list to those in flight.
     QList<QueueTask> selectReadyTasks();
+    /// Schedules a flush for the time when the next waiting task is ready.
     void scheduleNextRun();
     void schedule(DispatchTime nextRun);
+    /// Completes or retries the tasks of a request. May be called from any thread.
     void finish(const QList<QueueTask> &tasks, bool retry,
                 const std::optional<HTTPURLResponse> &response, const std::optional<Error> &error);
     void removeFromFlight(const QList<QueueTask> &tasks);
+    /// Appends the tasks that may be sent again and completes the others.
     void retry(const QList<QueueTask> &tasks, const std::optional<HTTPURLResponse> &response,
                const std::optional<Error> &error);
     void flushFinished();
@@ -120,10 +125,12 @@ private:
     std::weak_ptr<SubmissionSender> m_api;
     std::optional<qint64> m_visitorIdentifier;
     std::optional<QString> m_visitorToken;
+    /// Whether another flush follows when the requests in flight complete.
     bool m_again = false;
     QString m_name;
     qsizetype m_queueLimit;
     std::weak_ptr<QueueRunnerDelegate> m_delegate;
+    /// The flush for the next waiting task. Replaced when that task changes.
     std::shared_ptr<DispatchWorkItem> m_scheduledRun;
     const Clock &m_clock;
 };

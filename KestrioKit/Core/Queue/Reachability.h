@@ -76,8 +76,10 @@ private:
     Reachability(std::shared_ptr<ReachabilityFlagsSource> reachabilityRef, Executor &executor,
                  const DispatchQueue *notificationQueue);
 
+    /// Reads the flags on the serial queue and waits for the result. Stops the monitor on error.
     std::optional<ReachabilityError> setReachabilityFlags();
     void setFlags(ReachabilityFlags flags);
+    /// Notifies on the notification queue, or immediately if there is none.
     void announceChange();
     void notify();
 

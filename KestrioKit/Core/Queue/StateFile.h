@@ -37,6 +37,7 @@ private:
     struct Change;
     struct Changes;
 
+    /// Replaces the waiting change and posts it to the executor.
     void make(Change change, const LeftFiles &taken);
 
     SerialExecutor &m_executor;

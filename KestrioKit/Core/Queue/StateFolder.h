@@ -60,17 +60,26 @@ public:
     void clear();
 
 private:
+    /// Returns the content of a file, or nothing if it has another version or belongs to another
+    /// visitor.
     std::optional<PersistentQueue> read(const QString &path, std::optional<qint64> visitor) const;
+    /// Returns a new path for a file of a process that is not the owner, without extension.
     QString newBase() const;
+    /// Returns whether this process is still the owner. Takes the lock again if it was lost and is
+    /// free.
     bool keepsOwning();
+    /// Becomes the owner if the previous owner has ended.
     void takeOver();
+    /// Takes the lock, after creating the folder if it is missing.
     ProcessLock::Attempt lock(LockedStateFile &file, bool thorough) const;
     QList<std::shared_ptr<LockedStateFile>> leftFiles(bool thorough) const;
     QList<LeftState> leftStates(std::optional<qint64> visitor, bool isStart) const;
     void removeSideFile();
 
     const qsizetype m_queueLimit;
+    /// The owner's file. Absent before `load()` or without a data folder.
     std::optional<LockedStateFile> m_main;
+    /// This process's file while another process is the owner.
     std::optional<LockedStateFile> m_side;
     bool m_owns = false;
 };

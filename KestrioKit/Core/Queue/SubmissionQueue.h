@@ -78,6 +78,7 @@ private:
 
     Runners makeRunners() const;
 
+    /// Connects runners, network and application, and loads the stored records.
     void start();
     void observeApplication();
     void configureReachability();
@@ -88,6 +89,7 @@ private:
     void enableAll(bool enabled);
     void enableRunners();
     void flushAll();
+    /// Appends the task and requests a prompt save in the same block.
     void appendAndSave(const std::shared_ptr<QueueRunner> &target, QueueTask task);
     /// Whether a save is followed by a search for records that other processes left behind. The
     /// last save of the application must not search: records taken over then would only be sent
@@ -95,14 +97,21 @@ private:
     enum class AfterSave { rest, search };
     void saveState(AfterSave next);
     void loadState();
+    /// Searches if `m_nextSearch` has passed. Used while this process owns the stored state.
     void searchAfterSave();
+    /// Schedules the next search for `m_nextSearch`, whether or not anything is saved.
     void searchLater();
     void search();
+    /// Takes over the records that were found, as far as they fit into the lists.
     void adopt(const StateFolder::Found &found);
+    /// Appends the stored records to the runners.
     void restore(const PersistentQueue &state);
+    /// Empties all runners and removes the file.
     void clear();
     void setIdentity(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
+    /// Returns the records to store.
     PersistentQueue currentState() const;
+    /// Returns the runner that sends this request.
     const std::shared_ptr<QueueRunner> &runner(const QueueableRequest &request) const;
 
     const Clock &m_clock;
@@ -115,6 +124,7 @@ private:
     std::shared_ptr<DroppedRecords> m_droppedRecords;
     StateFile m_stateFile;
     PromptSaves m_promptSaves;
+    /// The number of saves that wait on the queue. Only the last one is carried out.
     std::atomic<int> m_savesWaiting = 0;
     /// `m_searchesAfterSaves`: whether the next search runs after a save instead of at a set time.
     /// `m_nextSearch`: the earliest time of that search. Both are only used on `m_queue`.
