@@ -27,7 +27,6 @@ constexpr auto lastResort = "en"_L1;
 constexpr qsizetype significantParts = 3;
 constexpr qsizetype significantLength = significantParts * 9 - 1;
 
-/// The beginning of a locale's name, and the language whose texts it uses.
 struct OtherName {
     QLatin1String name;
     QLatin1String language;
@@ -71,7 +70,6 @@ QString languageFor(const QString &name) {
     return {};
 }
 
-/// Returns the first table of `locales` that exists and can be read.
 std::shared_ptr<const QTranslator> firstTable(const QStringList &locales) {
     const auto table = std::make_shared<QTranslator>();
     for (const QString &locale : locales) {
@@ -83,7 +81,6 @@ std::shared_ptr<const QTranslator> firstTable(const QStringList &locales) {
     return nullptr;
 }
 
-/// Returns the table of this language or, failing that, of the default language.
 std::shared_ptr<const QTranslator> tableFor(const QString &language) {
     return firstTable(QStringList(language) + preferredLanguages() + QStringList(lastResort));
 }

@@ -29,7 +29,7 @@ public:
     /// Switches to `language`, a locale name in any case, with "-" or "_". If there are no texts
     /// for this locale, the closest language is used: "de" for "de-AT", "zh-Hant" for "zh-TW",
     /// "zh-Hans" for other Chinese, "nb" for "no". If none is close enough or its texts cannot be
-    /// read, the default language at this time is used.
+    /// read, the default language is used, according to the user's languages at this time.
     void setLanguage(const QString &language);
 
     /// Returns the text for `key`. If there is none, returns `value`, or `key` if `value` is empty.

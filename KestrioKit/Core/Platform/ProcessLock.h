@@ -35,10 +35,15 @@ public:
     bool isHeld() const;
 
 private:
-    // Called with the lock of the shared registry held.
+    // Called with the lock of the shared registry held, except for `releaseAll()`.
     bool isOwn() const;
+    /// Releases the lock and removes its file. Abandons the lock instead if the file belongs to
+    /// another holder or cannot be removed.
     void release();
+    /// Gives up the lock and leaves its file alone.
     void abandon();
+    /// Releases the locks of all objects at the end of the process. Takes the registry's lock
+    /// itself.
     static void releaseAll();
 
     const QString m_path;

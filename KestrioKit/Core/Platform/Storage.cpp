@@ -85,8 +85,8 @@ bool Storage::write(const QString &url, const QByteArray &text) {
     }
     // Set before the first byte, so that no other user can read a token.
     file.setPermissions(ownerOnly);
-    // The flush is needed because Qt 6.4 commits a file even if a full disk did not take its last
-    // bytes.
+    // Qt 6.4 commits a file even if a full disk did not take its last bytes, so it is flushed
+    // first.
     return file.write(text) == text.size() && file.flush() && file.commit();
 }
 

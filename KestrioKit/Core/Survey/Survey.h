@@ -18,7 +18,7 @@ struct Survey {
     QList<Question> questions;
     /// The time to wait before the survey is presented, in the service's own unit.
     std::optional<qint64> delay;
-    /// Identifies the survey.
+    /// Identifies the survey within the service.
     std::optional<qint64> surveyId;
     /// Groups the answers that the visitor gives in one presentation of the survey.
     std::optional<QString> responseGroupUid;

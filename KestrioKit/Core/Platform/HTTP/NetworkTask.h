@@ -45,13 +45,18 @@ public:
 private:
     void readBody();
     void replyFinished();
+    /// Sends the redirected request, if there is one. Returns whether it did.
     bool followRedirection();
+    /// Returns the response's status, or 0 before a response has begun.
     int statusCode() const;
+    /// Returns the content length that the response announces, or 0.
     qint64 toldLength() const;
+    /// Returns the reply's error, without those that Qt reports for complete responses.
     QNetworkReply::NetworkError replyError() const;
     URLResult result() const;
     std::optional<Error> failure() const;
     std::optional<Error> statusFailure() const;
+    /// Returns what the outcome says about the manager's connections.
     Connections connections(const std::optional<Error> &error) const;
     void complete(const URLResult &result, Connections connections);
 
@@ -62,7 +67,9 @@ private:
     URLCompletion m_completion;
     Finished m_finished;
     QNetworkReply *m_reply = nullptr;
+    /// The body received so far. Empty if it is discarded.
     QByteArray m_data;
+    /// The number of bytes of the body received so far.
     qint64 m_received = 0;
     int m_redirections = 0;
     bool m_gaveUp = false;

@@ -68,7 +68,6 @@ struct NetworkTransport::State : std::enable_shared_from_this<State> {
     std::atomic<int> tasksInFlight = 0;
     // Everything from here on is only used on the executor's thread.
     QPointer<Manager> manager;
-    /// The previous manager, while it still has requests.
     QPointer<Manager> retiredManager;
     /// Requests that wait until the retired manager is destroyed. This limits the number of
     /// managers, since each has a thread, and a buffer per connection.

@@ -21,7 +21,6 @@ constexpr std::size_t datagramSize = 32'768;
 /// through them.
 constexpr int maximumDatagrams = 64;
 
-/// Whether there is a live default route, or the `errno` value.
 using RouteSearch = std::variant<bool, int>;
 
 /// Returns the result if this datagram decides it, or nothing if the next one must be read.

@@ -80,15 +80,27 @@ private:
 
     ApplicationLifecycle();
 
+    /// Called by Qt for each new application object, and for an existing one when the library is
+    /// loaded.
     static void applicationCreated();
+    /// Called by Qt while it destroys the application object.
     static void applicationGoing();
+    /// An exit handler. It may run several times.
     static void processExiting();
+    /// Called when a thread ends that has called the library.
     static void callerEnding();
+    /// Watches the end of the calling thread, which is the application's.
     void followThread();
+    /// Called when a thread ends that ran an application. Ends the application if it still exists
+    /// there.
     void threadEnding();
+    /// Calls the observers of `event` on the current thread, the last one first.
     void notify(Event event);
+    /// Does the same on the application's thread, and waits at most `applicationThreadLimit`.
     void notifyOnApplicationThread(Event event);
+    /// Reports `willTerminate` and `lastSave`, and waits for background tasks.
     void terminate();
+    /// Terminates, and reports `terminated`.
     void end();
 
     std::atomic<bool> m_applicationExists = false;

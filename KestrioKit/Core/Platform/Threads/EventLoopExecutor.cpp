@@ -11,7 +11,6 @@
 
 namespace KestrioKit {
 
-/// Receives wake-ups and timer events in the attached thread.
 class EventLoopExecutor::Receiver final : public QObject {
 public:
     explicit Receiver(EventLoopExecutor &executor) : m_executor(executor) {}

@@ -36,6 +36,7 @@ public:
 private:
     class Receiver;
 
+    /// Posts a wake-up to the attached thread unless one is already posted.
     void wake();
     void runBlocks();
     void runDueBlocks();
@@ -45,6 +46,7 @@ private:
 
     const Clock &m_clock;
     mutable std::mutex m_lock;
+    /// The members from here on are guarded by `m_lock`.
     std::deque<Block> m_blocks;
     std::multimap<DispatchTime, Block> m_timedBlocks;
     std::unique_ptr<Receiver> m_receiver;

@@ -28,7 +28,9 @@ public:
     static constexpr std::chrono::seconds stopLimit{5};
 
 private:
+    /// Starts the thread if there is an application object and the thread is not running.
     void start();
+    /// Ends the thread and waits for at most `stopLimit`.
     void stop();
 
     EventLoopExecutor m_executor;
