@@ -18,7 +18,8 @@ namespace KestrioKit {
 class ApplicationLifecycle {
 public:
     enum class Event {
-        /// The application object was just created. Its event loop does not run yet.
+        /// The application object was just created, and its event loop does not run yet. If the
+        /// library is loaded later than that, this comes when it is loaded.
         created,
         /// The application becomes inactive (`QGuiApplication::applicationStateChanged`).
         willResignActive,
