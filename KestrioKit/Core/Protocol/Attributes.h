@@ -12,7 +12,7 @@ namespace Request {
 
 /// Sets one attribute of the visitor.
 struct UpdateAttribute {
-    /// What is sent: the key is part of the URL.
+    /// The request's body. The key is not part of it: it is sent in the URL.
     struct RequestBody {
         QString value;
 
@@ -25,14 +25,14 @@ struct UpdateAttribute {
     friend bool operator==(const UpdateAttribute &, const UpdateAttribute &) = default;
 };
 
-/// Sets several attributes at once. The map alone is sent.
+/// Sets several attributes of the visitor in one request, whose body is this map alone.
 struct UpdateAttributes {
     QMap<QString, QString> attributes;
 
     friend bool operator==(const UpdateAttributes &, const UpdateAttributes &) = default;
 };
 
-/// Removes attributes of the visitor by their names.
+/// Removes the attributes of the visitor that have the given keys.
 struct RemoveAttributes {
     QList<QString> attributes;
 

@@ -6,43 +6,46 @@
 
 namespace KestrioKit {
 
-/// Why the library sends nothing; every send completes with it meanwhile.
+/// The reason why the library is disabled. While it is disabled, the library sends nothing, and
+/// every request fails with this error.
 struct DisabledError {
     enum class Kind {
-        /// The service gave a reason of its own, `otherText`.
+        /// The service disabled the library for a reason of its own, which `otherText` holds.
         other,
         /// The service refuses this version of the library.
         version,
         /// The service refuses the environment.
         environment,
-        /// The library itself: network access is off, or the configuration could not be fetched.
+        /// The library disabled itself: network access is off, or the configuration could not be
+        /// fetched.
         local,
     };
     using enum Kind;
 
     Kind kind = other;
-    /// The service's words with `other`; else empty.
+    /// The service's reason if `kind` is `other`; otherwise empty.
     QString otherText;
 
-    /// What is wrong and what to do about it, for the host's developer.
+    /// Returns a sentence in English for the host's developer: what is wrong and how to fix it.
     QString localizedDescription() const;
 
-    /// The same as a general error.
+    /// Returns this error as a general error. Its domain is `disabledErrorDomain`, its code is
+    /// `kind`.
     Error toError() const;
 
-    /// Of the library itself.
+    /// Returns the error of kind `local`. The reference stays valid for the life of the process.
     static const DisabledError &locally();
 
     friend bool operator==(const DisabledError &, const DisabledError &) = default;
 };
 
-/// The library is disabled; the code is a `DisabledError::Kind`.
+/// The domain of errors made by `DisabledError::toError()`. Their code is a `DisabledError::Kind`.
 inline constexpr QLatin1StringView disabledErrorDomain("KestrioKit.DisabledError");
 
-/// Whether the error was made by `DisabledError::toError()`.
+/// Returns whether the error was made by `DisabledError::toError()`.
 bool isDisabledError(const Error &error);
 
-/// As it stands in log lines: `local`, or `other("Payment overdue")`.
+/// Returns the error as log lines show it, such as `local` or `other("Payment overdue")`.
 QString printedForm(const DisabledError &error);
 
 } // namespace KestrioKit

@@ -24,22 +24,23 @@ constexpr int highestPort = 65535;
 constexpr auto hostVariable = "KESTRIO_HOSTNAME";
 constexpr double millisecondsPerSecond = 1000;
 
-// What may stand in a path besides letters, digits and "-._~" (RFC 3986, 3.3). QUrl's own escaping
-// lets square brackets and halves of surrogate pairs through, which strict servers refuse.
+// The characters that a path may contain besides letters, digits and "-._~" (RFC 3986, 3.3). QUrl's
+// own escaping passes square brackets and lone surrogates, which strict servers refuse.
 constexpr auto pathCharacters = "/!$&'()*+,;=:@";
 
 QString escapedPath(const QString &path) {
     return QString::fromLatin1(QUrl::toPercentEncoding(path, pathCharacters));
 }
 
-// On the way out Qt takes "." and ".." for steps through the path, even escaped: the request would
-// reach another resource than it was made for.
+// When sending, Qt resolves "." and ".." as steps through the path, even if they are escaped. The
+// request would reach another resource than intended.
 bool leadsElsewhere(const QString &path) {
     const QList<QStringView> segments = QStringView(path).split(u'/');
     return segments.contains(u"."_s) || segments.contains(u".."_s);
 }
 
-// QUrl takes anything for the zone of an IPv6 address, and then writes what nobody can read.
+// QUrl accepts any text as the zone of an IPv6 address, and then writes a URL that cannot be
+// parsed.
 bool isReadable(const QUrl &url) {
     return url.isValid() && QUrl::fromEncoded(url.toEncoded(), QUrl::StrictMode) == url;
 }
@@ -56,8 +57,8 @@ QString hostFromEnvironment() {
     return qEnvironmentVariable(hostVariable, QLatin1StringView(KESTRIO_PRODUCTION_HOST));
 }
 
-// Milliseconds since 1970, or the last number plus one: reports of the same millisecond, or from
-// before the clock was set back, get numbers of their own.
+// Returns the milliseconds since 1970, but at least the last number plus one. Reports of the same
+// millisecond, or made after the clock was set back, thus get different numbers.
 qint64 nextReportNumber(const Clock &clock) {
     static constinit std::atomic<qint64> last = std::numeric_limits<qint64>::min();
     const auto now = qint64(clock.secondsSince1970() * millisecondsPerSecond);
@@ -69,13 +70,14 @@ qint64 nextReportNumber(const Clock &clock) {
     return number;
 }
 
-/// A host name, an IPv4 address or an IPv6 address, the latter in brackets where a port follows it.
+/// A host name, an IPv4 address or an IPv6 address. An IPv6 address is in brackets if a port
+/// follows.
 struct HostAndPort {
     QString host;
     std::optional<int> port;
 };
 
-/// Splits "host", "host:port" or "[address]:port". Absent when what follows the host is no port.
+/// Splits "host", "host:port" or "[address]:port". Absent if the text after the host is not a port.
 std::optional<HostAndPort> splitHost(const QString &text) {
     const qsizetype colon = text.lastIndexOf(u':');
     const bool isBareAddress = !text.startsWith(u'[') && text.count(u':') > 1;
@@ -88,7 +90,7 @@ std::optional<HostAndPort> splitHost(const QString &text) {
     return HostAndPort{text.first(colon), digits.toInt()};
 }
 
-/// What every URL begins with. Absent when `text` cannot be a host.
+/// Returns the part of every URL before the path; absent if `text` is not a valid host.
 std::optional<QUrl> baseUrl(const QString &text) {
     const std::optional<HostAndPort> parts = splitHost(text);
     if (!parts)
@@ -97,7 +99,7 @@ std::optional<QUrl> baseUrl(const QString &text) {
     QUrl url;
     url.setScheme(local ? localScheme : scheme);
     url.setHost(parts->host);
-    // An http URL must name a host (RFC 9110, 4.2); QUrl drops one that it finds invalid.
+    // An http URL must name a host (RFC 9110, 4.2). QUrl clears a host that it considers invalid.
     if (url.host().isEmpty())
         return std::nullopt;
     if (parts->port)
@@ -218,7 +220,7 @@ KestrioServiceRequests::newSetUserIdentifier(const QString &userIdentifier) cons
 std::optional<URLRequest> KestrioServiceRequests::newFetchSurvey(qint64 surveyId) const {
     std::optional<QUrl> url = environmentUrl(u"questions"_s);
     if (url) {
-        // The service takes the visitor from the token, whatever "vid" says.
+        // The service identifies the visitor by the token and ignores "vid".
         url->setQuery(QUrlQuery{{u"surveyid"_s, QString::number(surveyId)}, {u"vid"_s, u"0"_s}});
     }
     return request("GET", url);

@@ -15,66 +15,81 @@
 
 namespace KestrioKit {
 
-/// Builds every request that goes to the service. Thread-safe.
+/// Builds every request that is sent to the service. Thread-safe.
 ///
-/// No request is returned when the host name makes no URL, nor, for what belongs to the visitor,
-/// while there is none. Texts become parts of the path as they are: escaped where a path needs it
-/// (RFC 3986), except that a "/" within one separates segments. No request is returned either when
-/// "." or ".." comes to stand as a segment.
+/// The functions return no request if the service's host name is invalid. Requests that concern the
+/// visitor are not built either while there is no visitor. Texts such as environment ids and
+/// attribute keys become part of the path: they are percent-encoded where a path requires it (RFC
+/// 3986), except that a "/" within a text separates segments. A path with a segment "." or ".."
+/// yields no request.
 class KestrioServiceRequests {
 public:
-    /// `clock` dates batches and error reports; it must outlive this object.
+    /// `clock` supplies the time of batches and the numbers of error reports. It must outlive this
+    /// object.
     explicit KestrioServiceRequests(const Clock &clock) : m_clock(clock) {}
     Q_DISABLE_COPY_MOVE(KestrioServiceRequests)
 
-    /// The host's environment id; empty at first.
+    /// The id of the host's environment. Default: empty.
     QString environment() const { return m_environment.value(); }
     void setEnvironment(QString environment) { m_environment.setValue(std::move(environment)); }
 
-    /// The service's id of the current visitor; absent at first.
+    /// The service's id of the current visitor. Default: none.
     std::optional<qint64> visitorIdentifier() const { return m_visitorIdentifier.value(); }
     void setVisitorIdentifier(std::optional<qint64> identifier) {
         m_visitorIdentifier.setValue(identifier);
     }
 
-    /// The same for another visitor, who does not change: environment and host are those of now.
+    /// Returns a builder for another visitor. It copies the current environment and host; later
+    /// changes of this object do not affect it.
     std::unique_ptr<const KestrioServiceRequests>
     forVisitor(std::optional<qint64> visitorIdentifier) const;
 
-    /// The service's host name, taken from the process environment at the first call:
-    /// "KESTRIO_ENVIRONMENT" that contains "local" (localhost) or "stag" (staging), or does not
-    /// (production); else "KESTRIO_HOSTNAME"; else production. The variable may name a port, as in
-    /// "[::1]:3000". Requests then go to that port, and this is the host alone. A value that cannot
-    /// be a host is logged once.
+    /// Returns the service's host name without a port.
+    ///
+    /// The host is read from the process environment at the first use and does not change
+    /// afterwards. "KESTRIO_ENVIRONMENT" takes precedence: a value that contains "local" selects
+    /// localhost, one that contains "stag" the staging host, any other value the production host.
+    /// Otherwise "KESTRIO_HOSTNAME" names the host, optionally with the port that requests use, as
+    /// in "[::1]:3000". The default is the production host. An invalid value is logged once, and no
+    /// request is built.
     QString host() const;
 
-    /// The version of the service's interface: the first segment of most paths.
+    /// The version of the service's interface. It is the first segment of most paths.
     static constexpr QLatin1StringView version{"1"};
 
+    /// Fetches the configuration of the environment.
     std::optional<URLRequest> newConfig() const;
+    /// Requests a visitor: the given user, or an anonymous visitor if `userIdentifier` is absent.
     std::optional<URLRequest> newVisitors(const std::optional<QString> &userIdentifier) const;
+    /// Reports one event. The service may answer with a survey.
     std::optional<URLRequest> newTrackEvent(const Request::TrackEvent &event) const;
+    /// Reports several events. The batch is dated with the current time.
     std::optional<URLRequest> newBatchTrackEvents(const QList<Request::TrackEvent> &events) const;
+    /// Tells the service which user the current visitor is.
     std::optional<URLRequest> newSetUserIdentifier(const QString &userIdentifier) const;
+    /// Fetches a survey by its id.
     std::optional<URLRequest> newFetchSurvey(qint64 surveyId) const;
     std::optional<URLRequest> newSetAttribute(const Request::UpdateAttribute &attribute) const;
     std::optional<URLRequest> newSetAttributes(const Request::UpdateAttributes &attributes) const;
     std::optional<URLRequest>
     newRemoveAttributes(const Request::RemoveAttributes &attributes) const;
+    /// Submits the answers to one survey.
     std::optional<URLRequest> newSubmitResponse(const Request::SurveyResponseBody &response) const;
-    /// On behalf of the event's own visitor, whoever is the current one.
+    /// Reports that a survey or a question was seen or closed. The request is sent for the visitor
+    /// in `event`, whoever the current visitor is.
     std::optional<URLRequest> newSurveyHistory(const Request::SurveyEvent &event) const;
-    /// With a header "x-ks-error" that gives every report of the process an id, each greater than
-    /// the one before.
+    /// Reports an error within the library. The header "x-ks-error" carries a number that increases
+    /// with every report of the process.
     std::optional<URLRequest> newRecordError(const Request::RecordError &error) const;
 
 private:
+    /// Reads the host from the process environment once. Sets `m_host` and `m_baseUrl`.
     void findHost() const;
     std::optional<QUrl> url(const QString &path) const;
     std::optional<QUrl> versionedUrl(const QString &relativePath) const;
     std::optional<QUrl> environmentUrl(const QString &subPath) const;
     std::optional<QUrl> visitorUrl(const QString &subPath) const;
-    /// The bulk operations belong to version 2 of the interface, whatever `version` is.
+    /// Bulk operations always use version 2 of the interface, independently of `version`.
     std::optional<QUrl> bulkUrl(const QString &subPath) const;
 
     const Clock &m_clock;
@@ -82,7 +97,7 @@ private:
     Atomic<std::optional<qint64>> m_visitorIdentifier;
     mutable std::once_flag m_hostOnce;
     mutable QString m_host;
-    /// Without a path; absent when `m_host` makes none.
+    /// The part of every URL before the path; absent if `m_host` is not a valid host.
     mutable std::optional<QUrl> m_baseUrl;
 };
 

@@ -6,7 +6,7 @@ namespace {
 
 using Request::Metadata;
 
-// RFC 8259 leaves the meaning of a key that comes twice to the reader.
+// RFC 8259 does not define what a duplicate key means, so no key is written twice.
 Metadata withoutOverriddenFields(Metadata metadata) {
     const auto clearIfOverridden = [&metadata](const auto &row) {
         if (metadata.extra->contains(QString::fromLatin1(row.key)))
@@ -16,8 +16,8 @@ Metadata withoutOverriddenFields(Metadata metadata) {
     return metadata;
 }
 
-// Only a field that was read owns its key: an entry with the key of a field but a value of another
-// type must survive being stored.
+// A field owns its key only if it was read: an entry that has the key of a field but a value of
+// another type must survive being stored.
 bool isField(const Metadata &metadata, const QString &key) {
     const auto owns = [&](const auto &row) {
         return (metadata.*row.field) && key == QLatin1StringView(row.key);

@@ -9,24 +9,26 @@ namespace KestrioKit {
 
 namespace Request {
 
-/// Where and how something happened.
+/// The context in which something happened: screen, page, language and the caller's own entries.
 struct Metadata {
     using Extra = QMap<QString, CodableDynamicType>;
 
-    /// Device-independent pixels.
+    /// The screen's size in device-independent pixels; absent if there is no screen.
     std::optional<qint64> screenWidth;
     std::optional<qint64> screenHeight;
-    /// The host's name of the page.
+    /// The page's name, as the host calls it.
     std::optional<QString> pagename;
+    /// The language code, or the locale that the caller passed to `makeMetadata()`.
     std::optional<QString> language;
-    /// The caller's own entries, written beside the fields above, or instead of one of like key.
+    /// The caller's own entries. They are written into the same JSON object as the fields above. An
+    /// entry whose key equals that of a field replaces the field.
     std::optional<Extra> extra;
 
     friend bool operator==(const Metadata &, const Metadata &) = default;
 };
 
-/// The context on the given device. `locale` is the language, unless it is absent: then it is the
-/// device's.
+/// Returns the context on the given device. The language is `locale`, or the device's language if
+/// `locale` is absent.
 Metadata makeMetadata(const DeviceFacts &device, std::optional<QString> pagename = {},
                       std::optional<QString> locale = {},
                       std::optional<Metadata::Extra> extra = {});
@@ -38,8 +40,9 @@ inline constexpr auto keyTable<Request::Metadata> = std::tuple(
     lenient("sw", &Request::Metadata::screenWidth), lenient("sh", &Request::Metadata::screenHeight),
     lenient("pg", &Request::Metadata::pagename), lenient("l", &Request::Metadata::language));
 
-/// The entries of `extra` are keys of the same object. When reading, what is none of the fields
-/// becomes such an entry again; values of other forms are passed over.
+/// Encodes the entries of `extra` as keys of the same object. When decoding, every key that is not
+/// a field's becomes an entry of `extra`, also a field's key whose value has the wrong type. Values
+/// that `CodableDynamicType` cannot hold are ignored.
 template <>
 struct JSONCoding<Request::Metadata> {
     static void encode(JSONWriter &writer, const Request::Metadata &metadata);

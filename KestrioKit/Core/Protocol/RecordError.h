@@ -6,20 +6,21 @@ namespace KestrioKit {
 
 namespace Request {
 
-/// What went wrong.
+/// The description of an error.
 struct RecordErrorDetails {
     QString message;
-    /// The call stack, when the caller has one.
+    /// The call stack, if the caller has one.
     std::optional<QString> stack;
 
     friend bool operator==(const RecordErrorDetails &, const RecordErrorDetails &) = default;
 };
 
-/// Tells the service of an error within the library.
+/// Reports an error within the library to the service.
 struct RecordError {
     QString environmentId;
+    /// The visitor at the time of the error; absent if there was none.
     std::optional<qint64> visitorId;
-    /// `UserAgent::uaHeaderValue()`.
+    /// The library, host application and device, as in `UserAgent::uaHeaderValue()`.
     QString userAgent;
     Metadata metadata;
     RecordErrorDetails details;

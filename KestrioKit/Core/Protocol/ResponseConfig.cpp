@@ -15,7 +15,7 @@ bool isHexDigit(QChar character) {
     return (character >= u'0' && character <= u'9') || (character >= u'A' && character <= u'F');
 }
 
-/// The number that the digits at the beginning make; absent when there are none.
+/// Returns the number at the start of the text; absent if the text does not start with a digit.
 std::optional<QRgb> scanHex(const QString &text) {
     const auto end = std::ranges::find_if_not(text, isHexDigit);
     bool scanned = false;

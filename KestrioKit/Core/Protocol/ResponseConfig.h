@@ -10,18 +10,20 @@
 
 namespace KestrioKit {
 
-/// The configuration of an environment, as the service answers. Malformed fields are absent.
+/// The configuration of an environment, as the service returns it. Malformed fields are absent.
 struct ResponseConfig {
-    /// "#rrggbb", with or without the "#".
+    /// The surveys' tint as "#rrggbb"; the "#" may be missing. See `colorFromHex()`.
     std::optional<QString> borderColorHex;
     std::optional<QString> theme;
     std::optional<float> volume;
-    /// Why the library must stop: "version", "environment" or the service's own words.
+    /// The reason why the library must stop sending: "version", "environment" or the service's own
+    /// text. Absent if the library may be used.
     std::optional<QString> disabled;
 
+    /// Returns `disabled` as an error; absent if the library may be used.
     std::optional<DisabledError> checkDisabled() const;
 
-    /// The tint of the surveys: `borderColorHex`, or black when that is absent or no colour.
+    /// Returns the tint of the surveys: `borderColorHex`, or black if it is absent or not a colour.
     QColor themeColor() const;
 
     friend bool operator==(const ResponseConfig &, const ResponseConfig &) = default;
@@ -32,10 +34,11 @@ inline constexpr auto keyTable<ResponseConfig> = std::tuple(
     lenient("border", &ResponseConfig::borderColorHex), lenient("theme", &ResponseConfig::theme),
     lenient("volume", &ResponseConfig::volume), lenient("disabled", &ResponseConfig::disabled));
 
-/// The opaque colour that six hexadecimal digits give as red, green and blue. Characters that come
-/// before "0" or after "F" in Unicode are passed over, whatever their number. The seven that lie
-/// between "9" and "A" count towards the six and end the number: ":12345" is no colour, and
-/// "12:345" is the number 0x12.
+/// Returns the opaque colour that six hexadecimal digits encode as red, green and blue; absent if
+/// the text is not a colour. Case does not matter. Characters before "0" or after "F" in Unicode
+/// are ignored. The seven characters between "9" and "A" are not ignored: they count towards the
+/// six, and the number ends at the first of them. So ":12345" is not a colour, and "12:345" is the
+/// number 0x12.
 std::optional<QColor> colorFromHex(const QString &text);
 
 } // namespace KestrioKit

@@ -8,12 +8,13 @@
 
 namespace KestrioKit {
 
-/// Who the visitor is, as the service answers.
+/// The visitor, as the service returns it.
 struct ResponseVisitors {
+    /// The service's id of the visitor.
     qint64 visitorIdentifier = 0;
-    /// The visitor's bearer token.
+    /// The visitor's bearer token, which authorizes later requests.
     std::optional<QString> token;
-    /// The host's user that the visitor is known to be.
+    /// The host's id of the user; absent for an anonymous visitor.
     std::optional<QString> userIdentifier;
 
     friend bool operator==(const ResponseVisitors &, const ResponseVisitors &) = default;

@@ -23,8 +23,8 @@ QByteArray headerValue(const QString &text) {
 
 QString acceptLanguage(const QStringList &preferredLanguages) {
     QStringList items;
-    // The service knows clients by the exact digits that subtracting step by step leaves: the
-    // fourth weight is 0.7000000000000001.
+    // The service expects exactly the digits that repeated subtraction yields: the fourth weight is
+    // 0.7000000000000001.
     double weight = weightStart;
     for (const QString &language : preferredLanguages.mid(0, acceptedLanguages)) {
         weight -= weightStep;

@@ -12,16 +12,18 @@ namespace Request {
 
 enum class SurveyEventType { seen, closed };
 
-/// Something that happened to a survey on the screen.
+/// Reports that a survey or one of its questions was seen or closed on screen.
 struct SurveyEvent {
     QString environmentId;
     qint64 surveyId = 0;
-    /// The question seen or closed; absent for the survey as a whole.
+    /// The question that was seen or closed; absent if the event concerns the whole survey.
     std::optional<qint64> questionId;
+    /// The visitor at the time of the event.
     qint64 visitorId = 0;
-    /// True exactly when a question was seen.
+    /// True if and only if a question was seen.
     bool isNew = false;
     SurveyEventType action = SurveyEventType::seen;
+    /// Identifies this showing of the survey. The service assigns it.
     QString responseGroupUid;
 
     friend bool operator==(const SurveyEvent &, const SurveyEvent &) = default;
@@ -29,7 +31,7 @@ struct SurveyEvent {
 
 } // namespace Request
 
-/// "seen" or "closed".
+/// Encodes the type as "seen" or "closed". Decoding refuses any other value.
 template <>
 struct JSONCoding<Request::SurveyEventType> {
     static void encode(JSONWriter &writer, Request::SurveyEventType type);

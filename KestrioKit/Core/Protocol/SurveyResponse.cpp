@@ -20,8 +20,9 @@ bool isLeftEmpty(const SurveyQuestionResponse &response) {
            text->isEmpty();
 }
 
-// A time grows with every start of a program that never gets to send it. Infinity has no form in
-// JSON, and the null in its place would make the whole state file unreadable.
+// Times are stored as milliseconds but read as seconds, so a stored time grows with every start of
+// a program that never sends it. JSON cannot represent infinity: a null would make the whole state
+// file unreadable.
 double milliseconds(double seconds) {
     constexpr double largest = std::numeric_limits<double>::max();
     return std::clamp(seconds * 1000.0, -largest, largest);
@@ -29,7 +30,7 @@ double milliseconds(double seconds) {
 
 } // namespace
 
-/// What is read.
+/// The keys for decoding. Encoding differs, see the header.
 template <>
 inline constexpr auto keyTable<SurveyQuestionResponse> =
     std::tuple(required(questionIdKey, &SurveyQuestionResponse::questionId),

@@ -11,35 +11,36 @@ namespace Request {
 
 /// The answer to one question.
 struct SurveyQuestionResponse {
-    /// The question's `name`.
+    /// The `name` of the question, which is its id.
     qint64 questionId = 0;
     CodableDynamicType value;
-    /// When the question was shown, in seconds since 1970.
+    /// The time when the question was shown, in seconds since 1970.
     double seenAt = 0;
-    /// When it was answered, in seconds since 1970; absent for one that was left empty.
+    /// The time of the answer, in seconds since 1970; absent if the question was left empty.
     std::optional<double> answeredAt;
-    /// Absent once the record has been stored and read again.
+    /// The question's type. It is not stored, so it is absent in a record that was read from disk.
     std::optional<QuestionType> questionType;
 
     friend bool operator==(const SurveyQuestionResponse &,
                            const SurveyQuestionResponse &) = default;
 };
 
-/// What is sent of the answers to one survey.
+/// The body of the request that submits a survey's answers.
 struct SurveyResponseBody {
-    /// In the order in which they were given.
+    /// In the order in which the answers were given.
     QList<SurveyQuestionResponse> responses;
     Metadata metadata;
+    /// Identifies the showing of the survey that was answered. The service assigns it.
     QString responseGroupUid;
 
     friend bool operator==(const SurveyResponseBody &, const SurveyResponseBody &) = default;
 };
 
-/// The answers to one survey.
+/// The answers to one survey, as a record of the submission queue.
 struct SurveyResponse {
     qint64 surveyId = 0;
     SurveyResponseBody body;
-    /// Seconds since 1970.
+    /// The time of the submission, in seconds since 1970.
     double completedAt = 0;
 
     friend bool operator==(const SurveyResponse &, const SurveyResponse &) = default;
@@ -47,9 +48,10 @@ struct SurveyResponse {
 
 } // namespace Request
 
-/// Reading does not undo writing, and the service relies on both forms. Times are written as
-/// milliseconds and read as they stand. The type is never written, nor is the value of an open
-/// question that was left empty; a missing value is read as the empty text.
+/// Decoding is not the inverse of encoding, and the service relies on both forms. Times are written
+/// in milliseconds, but read as seconds without conversion. The question's type is never written.
+/// The value is not written if an open question was left empty. A missing value is read as the
+/// empty text.
 template <>
 struct JSONCoding<Request::SurveyQuestionResponse> {
     static void encode(JSONWriter &writer, const Request::SurveyQuestionResponse &response);

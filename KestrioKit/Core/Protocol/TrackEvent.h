@@ -9,31 +9,31 @@ namespace KestrioKit {
 
 namespace Request {
 
-/// One event that the host reported.
+/// An event that the host reported.
 struct TrackEvent {
-    /// The host's name for it.
+    /// The event's name, as the host calls it.
     QString event;
     Metadata metadata;
     bool delayed = false;
-    /// When it happened, in whole seconds since 1970.
+    /// The time of the event, in whole seconds since 1970.
     quint64 timestamp = 0;
 
     friend bool operator==(const TrackEvent &, const TrackEvent &) = default;
 };
 
-/// An event that happens now.
+/// Returns an event that is dated with the current time of `clock`.
 TrackEvent makeTrackEvent(QString event, Metadata metadata, const Clock &clock);
 
-/// Several events in the order in which they happened.
+/// Several events in the order in which they happened, sent in one request.
 struct BatchTrackEvent {
     QList<TrackEvent> events;
-    /// When the batch was made, in whole seconds since 1970.
+    /// The time when the batch was built, in whole seconds since 1970.
     quint64 timestamp = 0;
 
     friend bool operator==(const BatchTrackEvent &, const BatchTrackEvent &) = default;
 };
 
-/// A batch that is made now.
+/// Returns a batch that is dated with the current time of `clock`.
 BatchTrackEvent makeBatchTrackEvent(QList<TrackEvent> events, const Clock &clock);
 
 } // namespace Request

@@ -6,20 +6,22 @@
 
 namespace KestrioKit {
 
-/// What the library says of itself, the host application and the device with every request.
+/// The versions of the library, the host application and the device. They are sent with every
+/// request.
 struct UserAgent {
     QString sdkVersion;
     QString osVersion;
     QString appVersion;
-    /// The machine's hardware name.
+    /// The hardware name of the machine.
     QString deviceType;
 
-    /// The versions as they are now. With "KESTRIO_KILLSWITCH" in the environment, whatever its
-    /// value, the library gives itself out as "0.0.1", a version that the service can refuse.
-    /// The host's version is "Unknown" unless `QCoreApplication::applicationVersion()` is set.
+    /// Returns the current versions. If the environment variable "KESTRIO_KILLSWITCH" is set to any
+    /// value, the library reports its version as "0.0.1", which the service can refuse. The host's
+    /// version is `QCoreApplication::applicationVersion()`, or "Unknown" if that is empty.
     static UserAgent current(const DeviceFacts &device);
 
-    /// "Kestrio/iOS;Version=…;OSVersion=…;AppVersion=…"
+    /// Returns the value of the "User-Agent" header:
+    /// "Kestrio/iOS;Version=…;OSVersion=…;AppVersion=…".
     QString uaHeaderValue() const;
 
     friend bool operator==(const UserAgent &, const UserAgent &) = default;

@@ -10,14 +10,15 @@ namespace KestrioKit {
 
 namespace Request {
 
-/// Asks for a visitor: of this user, or an anonymous one.
+/// Requests a visitor: the visitor of the given user, or an anonymous visitor.
 struct Visitors {
+    /// The host's id of the user; absent for an anonymous visitor.
     std::optional<QString> userIdentifier;
 
     friend bool operator==(const Visitors &, const Visitors &) = default;
 };
 
-/// Says which user the visitor is.
+/// Tells the service which user the visitor is.
 struct UpdateUserIdentifier {
     QString userIdentifier;
 
