@@ -32,7 +32,8 @@ std::optional<qint64> KestrioService::visitorIdentifier() const {
 void KestrioService::authorize(const std::optional<QString> &token,
                                std::optional<qint64> visitorIdentifier) {
     const std::lock_guard guard(m_submissionQueueLock);
-    // First: whoever knows of the new visitor queues records behind this.
+    // The queue comes first, so that a thread that sees the new visitor queues its records behind
+    // this.
     if (m_submissionQueue)
         m_submissionQueue->updateAuth(visitorIdentifier, token);
     m_sessions.setAuthorizationToken(token);
@@ -52,8 +53,8 @@ void KestrioService::setLocale(const std::optional<QString> &locale) {
 void KestrioService::setDisableNetworkAccess(bool disable) {
     const std::lock_guard guard(m_submissionQueueLock);
     m_disableNetworkAccess = disable;
-    // A queue made later takes the value then. It is not made for this: before there is a visitor
-    // it would take the stored records for another's.
+    // A queue that is created later reads the flag itself. It is not created here: without a
+    // visitor it would treat the stored records as another visitor's.
     if (m_submissionQueue)
         m_submissionQueue->setDisableNetworkAccess(disable);
 }
@@ -118,7 +119,7 @@ void KestrioService::perform(const URLSession &session, const URLRequest &reques
     const auto trace = std::make_shared<LogTrace>(
         LogLevel::info, QStringList{printedForm(title), printedForm(request.method.constData()),
                                     printedForm(request.url.toString())});
-    // Of a simple request only its method and its URL are for the log.
+    // Simple requests are logged by method and URL only.
     const bool isSimple = body == URLTransport::Body::discard;
     if (!isSimple && !request.body.isEmpty())
         trace->log({}, [&] { return QStringList{printedForm(request.body)}; });
@@ -205,7 +206,7 @@ void KestrioService::handleError(const Error &error) {
         m_errorHandler(error);
 }
 
-// Requests that are answered
+// Requests that return data
 
 void KestrioService::fetchConfig(const Completion<ResponseConfig> &completion) {
     if (const auto request = m_networkRequests->newConfig()) {
@@ -223,7 +224,7 @@ void KestrioService::checkDisabled(const std::optional<ResponseConfig> &config,
                                    const std::optional<HTTPURLResponse> &response,
                                    const std::optional<Error> &error,
                                    const Completion<ResponseConfig> &completion) {
-    // What the service has imposed stays, although it makes this very request fail.
+    // A reason that the service gave is kept, although it makes this very request fail.
     if (error && !config && !disabledError())
         setDisabledError(DisabledError{DisabledError::local, {}});
     const std::optional<DisabledError> disabled = config ? config->checkDisabled() : std::nullopt;
@@ -268,14 +269,14 @@ void KestrioService::trackEvent(const QString &event, bool batch,
     const auto request = m_networkRequests->newTrackEvent(body);
     if (!request)
         return;
-    // The service answers an event that has no survey with null.
+    // The service responds with null to an event that triggers no survey.
     sendRequest<std::optional<Survey>>(
         *request, false, [completion](const auto &answer, const auto &response, const auto &error) {
             completion(answer.value_or(std::nullopt), response, error);
         });
 }
 
-// Records that are queued
+// Queued records
 
 void KestrioService::setVisitorAttribute(const QString &key, const QString &value,
                                          const SimpleCompletion &completion) {
@@ -338,7 +339,7 @@ void KestrioService::recordError(const Error &error, const std::optional<QString
 void KestrioService::reportIdle(std::function<void(bool idle)> report) {
     std::shared_ptr<SubmissionQueue> queue;
     {
-        // Not made for this either: see `setDisableNetworkAccess()`.
+        // The queue is not created here, for the reason given in `setDisableNetworkAccess()`.
         const std::lock_guard guard(m_submissionQueueLock);
         queue = m_submissionQueue;
     }

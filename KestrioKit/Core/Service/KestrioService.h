@@ -17,114 +17,149 @@
 
 namespace KestrioKit {
 
-/// The one object through which the library talks to the survey service: the visitor's
-/// credentials, an authorized and an anonymous session, and whether the library is disabled.
+/// The connection to the survey service. It holds the visitor's credentials, an authorized and an
+/// anonymous session, and whether the library is disabled. Thread-safe.
 ///
-/// Requests whose answer is waited for are sent at once; the rest goes through the submission
-/// queue. Completions are called on the library's thread, or within the call while the library is
-/// disabled. A request that cannot be built is not sent, and its completion is never called.
-/// Thread-safe.
+/// Requests that return data are sent immediately. All other records go through the submission
+/// queue, which stores and retries them. Completions are called on the library's thread; while the
+/// library is disabled, they are called with an error before the operation returns. If a request
+/// cannot be built, for example because there is no visitor, nothing is sent and the completion is
+/// never called.
 class KestrioService final : public SubmissionSender,
                              public std::enable_shared_from_this<KestrioService> {
 public:
-    /// Takes the answer's record, unless the status is other than 2xx or something failed.
+    /// Receives the decoded response as `value`. `value` is absent if the request failed or if the
+    /// status is not 2xx. `response` is absent if no response arrived. `error` is absent if the
+    /// service answered, unless the response could not be decoded.
     template <typename Value>
     using Completion = std::function<void(const std::optional<Value> &value,
                                           const std::optional<HTTPURLResponse> &response,
                                           const std::optional<Error> &error)>;
     using ErrorHandler = std::function<void(const Error &error)>;
 
+    /// `builder` builds the requests of the current visitor. What `context` refers to must outlive
+    /// this object.
     KestrioService(std::shared_ptr<KestrioServiceRequests> builder, const LibraryContext &context);
     Q_DISABLE_COPY_MOVE(KestrioService)
 
-    /// Takes the errors that nobody waits for. To be set before the first request.
+    /// Sets the handler for errors that no caller waits for. Set it before the first request.
     void setErrorHandler(ErrorHandler handler) { m_errorHandler = std::move(handler); }
 
     std::optional<QString> authorizationToken() const override;
     std::optional<qint64> visitorIdentifier() const override;
-    /// From now on everything is sent as that visitor, of queued records those that are queued
-    /// after this call. Those before it stay the visitor's before, or go with him.
+    /// Sets the visitor and the token of all further requests. Records that are queued after this
+    /// call belong to the new visitor. Records that were queued before remain with the previous
+    /// visitor, or are dropped with that visitor.
     void authorize(const std::optional<QString> &token, std::optional<qint64> visitorIdentifier);
+    /// Removes the visitor and the token.
     void clearAuthorization() { authorize(std::nullopt, std::nullopt); }
 
+    /// Sets the id of the host's environment, which is part of most URLs.
     void setEnvironmentId(const QString &environmentId);
-    /// The value of "Accept-Language"; absent for the user's languages.
+    /// Sets the value of "Accept-Language"; absent for the user's preferred languages, the default.
     void setLocale(const std::optional<QString> &locale);
-    /// Stops all sending, and drops new records, while true; false at first.
+    /// Whether network access is disabled. If so, the library sends nothing and drops new records.
+    /// Default: false.
     bool disableNetworkAccess() const { return m_disableNetworkAccess; }
     void setDisableNetworkAccess(bool disable);
-    /// While true, what is queued is saved soon after; false at first.
+    /// Whether queued records are saved soon after they are queued. Default: false.
     bool savesPromptly() const { return m_savesPromptly; }
     void setSavesPromptly(bool saves);
 
-    /// How many records of a kind may wait to be sent, from 1 to `largestQueueLimit`; values
-    /// outside become the nearest. Counts for a queue that is made later.
+    /// Sets how many records of each kind may wait to be sent. The value is clamped to the range
+    /// from 1 to `largestQueueLimit`. It applies only if the queue does not exist yet.
     void setQueueLimit(int limit) { m_queueLimit = std::clamp(limit, 1, largestQueueLimit); }
     static constexpr int largestQueueLimit = 10'000;
 
+    /// Returns why the library is disabled; absent while it is enabled.
     std::optional<DisabledError> disabledError() const override;
     void setDisabledError(const std::optional<DisabledError> &error);
-    /// While true, requests whose answer is waited for are sent although the library has disabled
-    /// itself, and their unreadable answers are not reported; false at first.
+    /// Sets whether start-up is being repeated. Meanwhile, requests that return data are sent
+    /// although the library has disabled itself, and responses that cannot be decoded are not
+    /// reported. Default: false.
     void setStartsOver(bool startsOver) { m_startsOver = startsOver; }
-    /// Sends what is queued, or keeps it while the library is disabled: to be called after a
-    /// change.
+    /// Applies a change of `disabledError()` to the queue: records are sent, or held while the
+    /// library is disabled. Call it after each such change.
     void resumeSubmissions();
 
+    /// Fetches the configuration of the environment. A configuration that names a reason disables
+    /// the library. So does an error, for example of the connection: the library then disables
+    /// itself with the error `local`, unless it is already disabled. The request is sent again if
+    /// the end of the application object interrupted it.
     void fetchConfig(const Completion<ResponseConfig> &completion);
+    /// Requests a visitor for the given user, or one without a user if `userIdentifier` is absent.
+    /// With `anonymous`, the request carries no token.
     void fetchVisitorIdentifier(const std::optional<QString> &userIdentifier, bool anonymous,
                                 const Completion<ResponseVisitors> &completion);
+    /// Tells the service which user the current visitor is. The service may return another visitor.
     void setUserIdentifier(const QString &userIdentifier,
                            const Completion<ResponseVisitors> &completion);
-    /// With `batch` the event is queued and no survey comes back.
+    /// Reports an event with the current time. With `batch`, the event is queued and never returns
+    /// a survey. Otherwise it is sent immediately and may return one.
     void trackEvent(const QString &event, bool batch, const Completion<Survey> &completion);
+    /// Fetches a survey by its id.
     void fetchSurvey(qint64 surveyId, const Completion<Survey> &completion);
 
-    // Queued; the completion is called on the main thread once the record is finished for good. It
-    // is not called for one that is dropped unsent.
+    // The following operations queue a record. The completion is called on the main thread when the
+    // record's outcome is final. It is not called for a record that is dropped unsent.
     void setVisitorAttribute(const QString &key, const QString &value,
                              const SimpleCompletion &completion);
     void setVisitorAttributes(const QMap<QString, QString> &attributes,
                               const SimpleCompletion &completion);
     void removeVisitorAttributes(const QStringList &keys, const SimpleCompletion &completion);
-    /// Nothing while there is no visitor.
+    /// Queues a report that a survey or a question was seen or closed. Does nothing while there is
+    /// no visitor.
     void recordSurveyEvent(qint64 surveyId, std::optional<qint64> questionId,
                            const QString &responseGroupUid, Request::SurveyEventType event);
+    /// Queues the answers to a survey, dated with the current time.
     void submitSurveyResponse(qint64 surveyId, const QString &responseGroupUid,
                               const QList<Request::SurveyQuestionResponse> &responses);
+    /// Queues a report of an error within the library. `extra` is added to the report's metadata,
+    /// `stack` is the call stack if the caller has one.
     void recordError(const Error &error, const Request::Metadata::Extra &extra);
     void recordError(const Error &error, const std::optional<QString> &stack,
                      const Request::Metadata::Extra &extra);
 
     const KestrioServiceRequests &networkRequests() const override { return *m_networkRequests; }
+    /// Sends a request with the given token and discards the response's body. The completion gets
+    /// an error if the request failed, or if the status leaves open whether the service accepts the
+    /// record.
     void sendSimpleRequest(const URLRequest &request, const std::optional<QString> &token,
                            SimpleCompletion completion) override;
     void handleError(const Error &error) override;
 
-    /// Calls `report` on the library's thread: whether nothing is being sent and nothing that is
-    /// queued is due, be its runner paused or not.
+    /// Calls `report` on the library's thread. `idle` is true if no request is in flight and no
+    /// queued record is due, whether or not the queue is paused.
     void reportIdle(std::function<void(bool idle)> report);
 
 private:
-    /// What becomes of a request that the end of the application object has cut off, when another
-    /// one starts. Start-up goes on where it was.
+    /// What to do with a request that the end of the application object interrupted, once another
+    /// application object exists. Requests of start-up are sent again.
     enum class AfterCut { fail, sendAgain };
 
     template <typename Value>
     void sendRequest(const URLRequest &request, bool anonymous, Completion<Value> completion,
                      AfterCut afterwards = AfterCut::fail);
+    /// Returns why requests fail at the moment; absent while they may be sent.
     std::optional<Error> refusal() const;
+    /// The same for requests that return data. While start-up is repeated, they are allowed
+    /// although the library has disabled itself.
     std::optional<Error> refusalOfAnswered() const;
     void perform(const URLSession &session, const URLRequest &request, const QString &title,
                  URLTransport::Body body, URLCompletion completion) const;
+    /// Logs and reports a response that could not be decoded, except while start-up is repeated.
+    /// Returns the error in its general form.
     Error reportDecodingError(const DecodingError &error);
+    /// Disables the library if the configuration says so or could not be fetched, then calls
+    /// `completion`.
     void checkDisabled(const std::optional<ResponseConfig> &config,
                        const std::optional<HTTPURLResponse> &response,
                        const std::optional<Error> &error,
                        const Completion<ResponseConfig> &completion);
 
+    /// Returns the queue, which is created at the first call.
     std::shared_ptr<SubmissionQueue> submissionQueue();
-    /// With the lock held.
+    /// Called with `m_submissionQueueLock` held.
     void makeSubmissionQueue();
 
     LibraryContext m_context;
@@ -136,6 +171,7 @@ private:
     Atomic<std::optional<DisabledError>> m_disabledError;
     std::shared_ptr<KestrioServiceRequests> m_networkRequests;
     ServiceSessions m_sessions;
+    /// Guards `m_submissionQueue`.
     std::mutex m_submissionQueueLock;
     std::shared_ptr<SubmissionQueue> m_submissionQueue;
 };

@@ -7,22 +7,25 @@
 
 namespace KestrioKit {
 
-/// Collects the answers to one survey on screen and reports what the visitor saw. A survey without
-/// an id or a response group is never reported on. For the main thread.
+/// Collects the answers to one survey on screen and reports what the visitor saw. Nothing is
+/// reported for a survey without an id or a response group. Used on the main thread only.
 class KestrioSurveyResponder {
 public:
     KestrioSurveyResponder(std::shared_ptr<KestrioService> api, Survey survey);
 
-    /// Keeps an answer for `submit()`.
+    /// Stores an answer until `submit()` is called.
     void submitResponse(Request::SurveyQuestionResponse response);
-    /// Reports that a question was shown; the first time, that the survey was.
+    /// Reports that a question was seen. The first call also reports that the survey was seen.
     void seen(std::optional<qint64> questionId);
-    /// Reports, once, that the visitor closed the survey while on that question.
+    /// Reports that the visitor closed the survey at that question. Only the first call has an
+    /// effect.
     void closed(std::optional<qint64> questionId);
-    /// Hands all answers to the service, once; nothing while there are none.
+    /// Passes all answers to the service. Does nothing without answers and after the first
+    /// submission.
     void submit();
 
 private:
+    /// Whether the survey has what a report requires: an id and a response group.
     bool isReported() const;
     void record(std::optional<qint64> questionId, Request::SurveyEventType event);
 
@@ -34,7 +37,8 @@ private:
     bool m_surveyCompletedOrClosed = false;
 };
 
-/// The record of an answer given now. The empty text counts as not answered.
+/// Returns the record of an answer that is given now. `seenAt` is in seconds since 1970. The empty
+/// text counts as unanswered, so `answeredAt` is absent.
 Request::SurveyQuestionResponse makeQuestionResponse(const Question &question,
                                                      CodableDynamicType value, double seenAt,
                                                      const Clock &clock);

@@ -7,7 +7,7 @@ namespace KestrioKit {
 ServiceSessions::ServiceSessions(std::shared_ptr<URLTransport> transport)
     : m_transport(std::move(transport)) {}
 
-// Drops the session after the change: one that is made meanwhile is dropped with it.
+// The session is dropped after the change, so that one created in between is dropped, too.
 void ServiceSessions::setLocale(std::optional<QString> locale) {
     m_locale.setValue(std::move(locale));
     m_session.setValue({});

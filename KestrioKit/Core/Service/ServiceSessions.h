@@ -10,28 +10,32 @@
 
 namespace KestrioKit {
 
-/// The sessions in which the service's requests are sent, and what their headers are made of.
+/// Creates the sessions in which requests are sent, and holds what their headers are built from.
 /// Thread-safe.
 class ServiceSessions {
 public:
     explicit ServiceSessions(std::shared_ptr<URLTransport> transport);
     Q_DISABLE_COPY_MOVE(ServiceSessions)
 
-    /// The current visitor's bearer token.
+    /// The bearer token of the current visitor; absent by default.
     std::optional<QString> authorizationToken() const { return m_authorizationToken.value(); }
     void setAuthorizationToken(std::optional<QString> token) {
         m_authorizationToken.setValue(std::move(token));
     }
-    /// The value of "Accept-Language", by default the user's languages. A new one counts from the
-    /// next use of `session()` on.
+    /// Sets the value of "Accept-Language"; absent for the user's preferred languages, the default.
+    /// The change applies from the next call of `session()`. It does not change the anonymous
+    /// session once that exists.
     void setLocale(std::optional<QString> locale);
 
-    /// Gathered at the first call.
+    /// Returns the versions that are sent with every request. They are determined at the first
+    /// call.
     const UserAgent &userAgent() const;
 
-    /// The session that is authorized by `token`; without "Authorization" when there is none.
+    /// Returns the session for `token`. Without a token, it sends no "Authorization" header. The
+    /// last session is reused as long as neither the token nor the locale changes.
     std::shared_ptr<const URLSession> session(const std::optional<QString> &token);
-    /// The session that never carries "Authorization". Made once, at the first call.
+    /// Returns the session that never sends an "Authorization" header. It is created at the first
+    /// call.
     std::shared_ptr<const URLSession> anonymousSession();
 
 private:
@@ -48,7 +52,7 @@ private:
     mutable std::once_flag m_userAgentOnce;
     mutable UserAgent m_userAgent;
     Atomic<std::shared_ptr<const URLSession>> m_anonymousSession;
-    /// The last one that was used.
+    /// The session that `session()` returned last.
     Atomic<AuthorizedSession> m_session;
 };
 
