@@ -17,7 +17,7 @@
 
 namespace KestrioKit {
 
-/// The library's thread, which here also knows how much it has still to do. Thread-safe.
+/// The library's thread. It also counts the blocks that it has still to run. Thread-safe.
 class CountedThread final : public Executor {
 public:
     explicit CountedThread(const Clock &clock) : m_thread(clock) {}
@@ -33,18 +33,18 @@ public:
         m_thread.postAt(deadline, std::move(block));
     }
 
-    /// How many blocks have been posted so far; timed ones do not count.
+    /// How many blocks have been posted so far, without timed ones.
     std::atomic<int> posted = 0;
-    /// How many of them have run and are gone.
+    /// How many of these blocks have run and have been destroyed.
     std::atomic<int> done = 0;
 
 private:
-    /// The last member, thus ended before the counts go.
+    /// The last member, so that the thread ends before the counters are destroyed.
     LibraryThread m_thread;
 };
 
-/// What the library takes from the world, in the hand of a test: a clock that stands still, a
-/// network that is there until `flagsSource` says otherwise, and an empty library folder.
+/// The library's surroundings under the control of a test: a clock that stands still, a network
+/// that is available until `flagsSource` says otherwise, and an empty library folder.
 ///
 ///     queue->appendRequest(record);
 ///     settle();
@@ -57,6 +57,7 @@ protected:
         Storage::setUp();
     }
 
+    /// Returns a context with the manual clock, the counted thread and the manual network.
     LibraryContext context(std::shared_ptr<URLTransport> transport = {}) {
         return {.clock = clock,
                 .executor = thread,
@@ -67,28 +68,29 @@ protected:
                 }};
     }
 
-    /// Returns when there is nothing left to do, on the library's thread and on the main queue.
-    /// What the network or the clock has yet to bring is not waited for.
+    /// Waits until neither the library's thread nor the main queue has anything left to do. It does
+    /// not wait for the network or for later times of the clock.
     void settle() {
-        // What the network has just brought may still be being handled there.
+        // The library's thread may still be handling what the network has just delivered.
         waitForBlock([this](const Block &block) { thread.post(block); });
         int posted = 0;
         do {
             posted = thread.posted;
             ASSERT_TRUE(waitFor([this] { return thread.done == thread.posted; }));
-            // Twice: what runs there may have put something more behind itself.
+            // Runs twice, because a block may post another one behind itself.
             for (int run = 0; run < 2; ++run)
                 waitForBlock([](const Block &block) { DispatchQueue::main().async(block); });
         } while (thread.posted != posted);
     }
-    /// Lets so much time pass, in one leap, and what is due by then happen.
+    /// Advances the clock by `seconds` in one step, then waits until everything that is due has
+    /// happened.
     void advance(double seconds) {
         clock.advance(seconds);
-        // Behind all that has become due.
+        // This block runs after all blocks that have become due.
         waitForBlock([this](const Block &block) { thread.postAt(clock.now(), block); });
         settle();
     }
-    /// Waits until what it gives to `submit` has run.
+    /// Passes a block to `submit` and waits until the block has run.
     static void waitForBlock(const std::function<void(Block)> &submit) {
         std::atomic<bool> done = false;
         submit([&done] { done = true; });

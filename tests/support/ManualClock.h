@@ -5,8 +5,8 @@
 
 namespace KestrioKit {
 
-/// A clock that stands still until it is advanced. Timed blocks of an executor see the new time
-/// when it wakes: `executor.post([] {})`. Thread-safe.
+/// A clock that stands still until it is advanced. An executor does not notice the change by
+/// itself. Wake it with `executor.post([] {})`, and timed blocks that are due run. Thread-safe.
 class ManualClock final : public Clock {
 public:
     DispatchTime now() const override { return m_now.value(); }
@@ -15,6 +15,7 @@ public:
         return start + std::chrono::duration<double>(now().sinceReference).count();
     }
 
+    /// Moves the clock forward; both readings change by `seconds`.
     void advance(double seconds) {
         m_now.mutate([seconds](DispatchTime &now) { now = now + seconds; });
     }

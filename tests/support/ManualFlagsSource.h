@@ -7,13 +7,13 @@
 
 namespace KestrioKit {
 
-/// A system whose network comes and goes as a test says. Thread-safe.
+/// A source of network flags that the test sets. Thread-safe.
 class ManualFlagsSource final : public ReachabilityFlagsSource {
 public:
     explicit ManualFlagsSource(ReachabilityFlags flags = ReachabilityFlag::reachable)
         : m_flags(flags) {}
 
-    /// From now on these are the flags; whoever listens is told, also when they are the same.
+    /// Sets the flags and notifies every listener, even if the flags are the same.
     void change(ReachabilityFlags flags) {
         const std::lock_guard guard(m_lock);
         m_flags = flags;
@@ -24,13 +24,13 @@ public:
                 view->change(flags);
         }
     }
-    /// From now on `setDispatchQueue` fails with that; without a value it succeeds.
+    /// Makes `setDispatchQueue` fail with this error from now on; without a value it succeeds.
     void failToStart(std::optional<ErrorCode> error) {
         const std::lock_guard guard(m_lock);
         m_error = error;
     }
 
-    /// Another view of the same system, for another listener.
+    /// Returns another source of the same flags, for another listener. `change()` reaches it, too.
     std::shared_ptr<ReachabilityFlagsSource> view() {
         const std::lock_guard guard(m_lock);
         const auto view = std::make_shared<ManualFlagsSource>(m_flags);
@@ -38,7 +38,7 @@ public:
         return view;
     }
 
-    /// Whether changes reach anybody.
+    /// Returns whether a callback and a queue are set, so that changes are delivered.
     bool isListenedTo() const {
         const std::lock_guard guard(m_lock);
         return m_callback && m_queue;

@@ -10,9 +10,8 @@
 
 namespace KestrioKit {
 
-/// Passes every request on to another transport, but to a server of the test's: scheme, host and
-/// port of the request's URL are replaced. Keeps the answers back while the test wants it.
-/// Thread-safe.
+/// Forwards every request to another transport, but replaces scheme, host and port of its URL by
+/// those of the test's server. It can hold responses back. Thread-safe.
 class TestTransport final : public URLTransport,
                             public std::enable_shared_from_this<TestTransport> {
 public:
@@ -20,12 +19,13 @@ public:
         : m_transport(std::move(transport)), m_server(std::move(server)) {}
 
     void setServer(const QUrl &server) { m_server.setValue(server); }
-    /// The time-out of every request from now on.
+    /// Sets the time-out of every further request.
     void setTimeout(std::chrono::seconds timeout) { m_timeout = timeout; }
-    /// Answers that come from now on are kept back, or not.
+    /// Sets whether responses that arrive from now on are held back.
     void hold(bool holding) { m_holding = holding; }
+    /// The number of responses that are held back.
     qsizetype held() const { return m_held.value().size(); }
-    /// The answer kept back as number `index`; calling it delivers the answer.
+    /// Removes and returns the held response at `index`. Calling it delivers the response.
     Block take(qsizetype index) {
         return m_held.mutate([index](auto &held) { return held.takeAt(index); });
     }
@@ -57,8 +57,8 @@ private:
     Atomic<QList<Block>> m_held;
 };
 
-/// A `LibraryFixture` with a network: whichever host a request is for, it reaches `server`.
-/// Requests go by the line "POST /1/errors": method and target, or the end of the target.
+/// A `LibraryFixture` with a network. Requests to any host reach `server`. Tests select requests by
+/// a line such as "POST /1/errors": the method, and the target or its end.
 class OnlineFixture : public LibraryFixture {
 private:
     Atomic<QMap<QByteArray, ServerAnswer>> m_answers;
@@ -75,7 +75,8 @@ protected:
             });
         });
     }
-    /// Nothing of the library's is still running, or kept by an answer, when its objects go.
+    /// Waits until the library is idle and drops held responses, so that nothing uses objects of
+    /// the library after their destruction.
     void TearDown() override {
         finish();
         while (network->held() > 0)
@@ -84,36 +85,38 @@ protected:
 
     LibraryContext context() { return LibraryFixture::context(network); }
 
-    /// How such requests are answered from now on; by default with 200 and "{}".
+    /// Sets the response to requests that match `line`. The default is 200 with "{}".
     void answer(const QByteArray &line, ServerAnswer answer) {
         m_answers.mutate([&](auto &answers) { answers.insert(line, std::move(answer)); });
     }
-    /// `settle()`, once the network has nothing on its way either.
+    /// Waits until no request is in flight and `settle()` has nothing left to wait for.
     void finish() {
         do {
             ASSERT_TRUE(waitFor([this] { return network->tasksInFlight() == 0; }));
             settle();
         } while (network->tasksInFlight() != 0);
     }
-    /// Delivers the answer that is kept back as number `index`, and waits for what comes of it.
+    /// Delivers the held response at `index` and waits until its effects are complete.
     void release(qsizetype index = 0) {
         ASSERT_TRUE(waitFor([&] { return network->held() > index; }));
         thread.post(network->take(index));
         finish();
     }
 
-    /// The whole lines of all requests that came, in their order.
+    /// Returns method and whole target of every request, in the order of arrival.
     QByteArrayList lines() const {
         QByteArrayList lines;
         for (const RecordedRequest &request : server.requests())
             lines.append(request.method + ' ' + request.target);
         return lines;
     }
+    /// Returns the requests that match `line`, in the order of arrival.
     QList<RecordedRequest> requests(const QByteArray &line) const {
         QList<RecordedRequest> requests = server.requests();
         requests.removeIf([&](const RecordedRequest &request) { return !isLine(request, line); });
         return requests;
     }
+    /// Returns the bodies of these requests as JSON objects.
     QList<QJsonObject> bodies(const QByteArray &line) const {
         QList<QJsonObject> bodies;
         for (const RecordedRequest &request : requests(line))

@@ -5,7 +5,7 @@
 
 #include <ostream>
 
-// How a failing test shows Qt's texts: as texts, not as lists of characters.
+// Failing tests print Qt's texts as texts instead of lists of characters.
 
 inline void PrintTo(const QString &text, std::ostream *out) {
     *out << '"' << qPrintable(text) << '"';

@@ -40,7 +40,7 @@ QString serviceProgramFile() {
     return QStringLiteral(KESTRIO_SERVICE_PROGRAM);
 }
 
-// QProcess would share its memory with the child for a while: false reports of races.
+// QProcess would share its memory with the child, and the sanitizer would report false data races.
 bool shell(const QString &folder, const QString &commands) {
     return std::system(qPrintable(u"cd '%1' && { %2; }"_s.arg(folder, commands))) == 0;
 }
@@ -96,7 +96,7 @@ void RunningProgram::kill() {
 
 QList<QJsonObject> HostProgram::reports() const {
     QList<QJsonObject> reports;
-    // What follows the last line feed is not whole yet.
+    // The text after the last line feed is an incomplete line.
     for (const QByteArray &line : output().first(output().lastIndexOf('\n') + 1).split('\n')) {
         if (line.startsWith('{'))
             reports.append(QJsonDocument::fromJson(line).object());

@@ -12,21 +12,21 @@
 
 namespace KestrioKit {
 
-/// Where "localhost" makes the library look for its service.
+/// The port at which the library expects the service on "localhost".
 inline constexpr quint16 servicePort = 8080;
 
-/// The files of the programs.
+/// The paths of the programs' executables.
 QString hostProgramFile();
 QString serviceProgramFile();
 
-/// Variables of a program's environment, beside those of the test. A null text takes one away.
+/// Variables that are added to the environment of the test. A null text removes a variable.
 using Environment = QMap<QString, QString>;
 
-/// Runs the commands in the folder; whether they succeed.
+/// Runs shell commands in the folder. Returns whether they succeed.
 bool shell(const QString &folder, const QString &commands);
 
-/// A program that runs beside the test, and is killed with this object at the latest. What a
-/// sanitizer finds in it is a failure of the test.
+/// A program that runs while the test does. The destructor kills it if it is still running.
+/// Anything that a sanitizer finds in it fails the test.
 class RunningProgram {
 public:
     RunningProgram(const QString &program, const QStringList &arguments,
@@ -34,18 +34,22 @@ public:
     ~RunningProgram();
     Q_DISABLE_COPY_MOVE(RunningProgram)
 
+    /// Writes to the program's standard input.
     void write(const QByteArray &bytes) { m_process.write(bytes); }
+    /// Closes the program's standard input.
     void endInput() { m_process.closeWriteChannel(); }
 
-    /// All it has written so far, to standard output and to standard error.
+    /// Everything that the program has written so far to standard output and to standard error.
     const QByteArray &output() const { return m_output; }
     const QByteArray &errors() const { return m_errors; }
 
     qint64 processId() const { return m_process.processId(); }
+    /// Sends the signal to the program.
     void signal(int number);
-    /// Cuts it off without any chance to save.
+    /// Kills the program, which has no chance to save.
     void kill();
-    /// The exit code; absent when it does not end in time, or ended by a signal.
+    /// Waits for the end of the program and returns its exit code; absent if it does not end in
+    /// time or is ended by a signal.
     std::optional<int> waitForEnd(std::chrono::milliseconds limit = patience);
 
 private:
@@ -54,7 +58,7 @@ private:
     QByteArray m_errors;
 };
 
-/// kestrio-host, obeying what the test tells it, against a service at "localhost".
+/// Runs kestrio-host with the test's commands, against a service at "localhost".
 ///
 ///     HostProgram host(dataFolder.path());
 ///     host.send("configure shop\nwait-for visitor 60000\nvisitor");
@@ -62,40 +66,41 @@ private:
 ///     EXPECT_EQ(host.finish(), 0);
 class HostProgram : public RunningProgram {
 public:
-    /// Lines that bring it as far as it comes by itself.
+    /// The commands for start-up: configure, wait for a visitor, wait until the library is idle.
     inline static const QByteArray start =
         "configure env\nwait-for visitor 60000\nwait-for idle 60000\n";
 
-    /// `launcher` is a command that runs the program with what it takes away or adds.
+    /// `dataFolder` holds the host's files. `launcher` is a command that starts the program, for
+    /// example with fewer permissions.
     explicit HostProgram(const QString &dataFolder, const Environment &environment = {},
                          const QStringList &launcher = {});
 
-    /// Hands it one line or several.
+    /// Sends one or more script lines to the program.
     void send(const QByteArray &lines) { write(lines + '\n'); }
-    /// The first report that was not taken yet; empty when none comes in time.
+    /// Returns the next report; empty if none arrives in time.
     QJsonObject nextReport();
-    /// Ends the script, and waits for the program's end: its exit code.
+    /// Ends the script, waits for the end of the program and returns its exit code.
     std::optional<int> finish();
 
-    /// Every report so far, taken or not.
+    /// Returns all reports so far, including those that `nextReport()` has returned.
     QList<QJsonObject> reports() const;
 
 private:
     qsizetype m_taken = 0;
 };
 
-/// kestrio-service on a database of the test's.
+/// Runs kestrio-service on a database of the test.
 class ServiceProgram : public RunningProgram {
 public:
-    /// Starts it, and waits until it listens or has ended. `arguments` are further ones; for port 0
-    /// it picks a free one.
+    /// Starts the service and waits until it listens or has ended. `arguments` are additional
+    /// arguments. Port 0 picks a free port.
     explicit ServiceProgram(const QString &databaseFile, const QStringList &arguments = {},
                             quint16 port = servicePort);
 
     quint16 port() const { return m_port; }
-    /// Everything it holds.
+    /// Returns all records of the service.
     QJsonObject records() const;
-    /// Lets it end cleanly: its exit code.
+    /// Ends the service cleanly and returns its exit code.
     std::optional<int> stop();
 
 private:

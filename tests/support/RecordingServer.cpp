@@ -19,14 +19,14 @@ bool sendBytes(int socket, const QByteArray &bytes) {
     return send(socket, bytes.constData(), std::size_t(bytes.size()), MSG_NOSIGNAL) == bytes.size();
 }
 
-// What has come; empty when the client is gone.
+// Returns the next bytes; empty if the client has closed the connection.
 QByteArray receiveBytes(int socket) {
     std::array<char, 4096> buffer;
     const ssize_t size = recv(socket, buffer.data(), buffer.size(), 0);
     return {buffer.data(), std::max<qsizetype>(size, 0)};
 }
 
-// Takes the first whole request off `bytes`; absent while there is none.
+// Removes the first complete request from `bytes`; absent if there is none.
 std::optional<RecordedRequest> takeRequest(QByteArray &bytes) {
     constexpr QByteArrayView headEnd("\r\n\r\n");
     const qsizetype headSize = bytes.indexOf(headEnd);
@@ -80,7 +80,7 @@ RecordingServer::RecordingServer(quint16 port) : m_port(port) {
                 [this, socket = int(listener.socketDescriptor())] { acceptConnections(socket); });
         else
             EXPECT_FALSE(first) << qPrintable(listener.errorString());
-        listener.pauseAccepting(); // the acceptor takes the connections
+        listener.pauseAccepting(); // the acceptor accepts the connections
         m_port = m_listeners[0].serverPort();
     }
 }
@@ -105,7 +105,8 @@ void RecordingServer::setScript(Script script) {
 
 QList<RecordedRequest> RecordingServer::requests() const {
     const std::lock_guard guard(m_lock);
-    // A list of its own: Qt's shared data would be appended to while the caller reads it.
+    // Returns a separate list: with implicit sharing, the server would append while the caller
+    // reads.
     return {m_requests.begin(), m_requests.end()};
 }
 
@@ -166,7 +167,7 @@ ServerAnswer RecordingServer::answerTo(const RecordedRequest &request) {
     return m_script ? m_script(request) : ServerAnswer{};
 }
 
-// False when the connection is to be closed.
+// Returns false if the connection must be closed.
 bool RecordingServer::send(int socket, const ServerAnswer &answer) {
     using Manner = ServerAnswer::Manner;
     if (answer.manner == Manner::hang) {

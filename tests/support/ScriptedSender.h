@@ -10,36 +10,39 @@
 
 namespace KestrioKit {
 
-/// A network service whose sends stay out until the test answers them. Thread-safe.
+/// A network service whose requests stay in flight until the test responds. Thread-safe.
 class ScriptedSender final : public SubmissionSender {
 public:
-    /// It sends as visitor 8.
+    /// Sends as visitor 8 of the environment "shop".
     explicit ScriptedSender(const Clock &clock) : m_requests(clock) {
         m_requests.setEnvironment(QStringLiteral("shop"));
         m_requests.setVisitorIdentifier(8);
     }
 
-    /// What is out, oldest first: the names of a batch's events ("a,b"), or the end of the path.
+    /// Returns the requests in flight, oldest first. A batch is named by its events ("a,b"), any
+    /// other request by the last segment of its path.
     QStringList out() const {
         QStringList names;
         for (const Send &send : m_out.value())
             names.append(nameOf(send.request));
         return names;
     }
-    /// The path and the token of the last send.
+    /// Returns the path and the token of the last request, separated by a space.
     QString lastSend() const { return m_lastSend.value(); }
-    /// How many sends there have been.
+    /// Returns the number of requests so far.
     int sends() const { return m_sends; }
 
-    /// Answers the oldest send; 0 is no response.
+    /// Responds to the oldest request in flight. Status 0 stands for no response.
     void answer(int status, std::optional<Error> error = {}) {
         const auto send = m_out.mutate([](QList<Send> &out) { return out.takeFirst(); });
         send.completion(status == 0 ? std::nullopt : std::optional(HTTPURLResponse{status}), error);
     }
-    /// From now on sends are answered immediately, with this status.
+    /// Responds to all further requests immediately, with this status.
     void answerAtOnce(int status) { m_status = status; }
 
+    /// Sets the visitor on whose behalf requests are built; absent for none.
     void setVisitor(std::optional<qint64> visitor) { m_requests.setVisitorIdentifier(visitor); }
+    /// Returns the errors that were passed to `handleError()`.
     QList<Error> handledErrors() const { return m_handledErrors.value(); }
 
     const KestrioServiceRequests &networkRequests() const override { return m_requests; }

@@ -8,10 +8,11 @@
 
 namespace KestrioKit {
 
-/// How long tests wait for what must happen, on a machine that has much else to do.
+/// How long tests wait for an expected event. The limit suits a machine under heavy load.
 inline constexpr std::chrono::seconds patience{120};
 
-/// Runs the calling thread's event loop until `condition` holds. False when it does not in time.
+/// Runs the calling thread's event loop until `condition` holds. Returns false if it does not hold
+/// within `limit`.
 inline bool waitFor(const std::function<bool()> &condition,
                     std::chrono::milliseconds limit = patience) {
     const QDeadlineTimer deadline(limit);
@@ -26,7 +27,7 @@ inline bool waitFor(const std::function<bool()> &condition,
     return true;
 }
 
-/// Runs it for so long.
+/// Runs the calling thread's event loop for `time`.
 inline void pause(std::chrono::milliseconds time) {
     waitFor([] { return false; }, time);
 }

@@ -6,7 +6,7 @@
 
 namespace {
 
-// A warning of Qt's that no test announced is a fault of ours.
+// A Qt warning that no test expects is a defect and fails the run.
 void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &message) {
     if (type == QtDebugMsg || type == QtInfoMsg)
         return;
