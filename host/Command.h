@@ -10,39 +10,42 @@
 #include <memory>
 #include <optional>
 
-/// What the commands of one script share.
+/// The state that the commands of one script share.
 struct HostState {
-    /// The handlers given to the library that it has not called yet.
+    /// The number of handlers that the library has yet to call.
     int openQuestions = 0;
-    /// The host's window, once a command has asked for it.
+    /// The host's window; null until a command creates it.
     std::unique_ptr<QWidget> window;
-    /// Where on the window the mouse button is held down.
+    /// The window position at which the mouse button is held down; absent while it is up.
     std::optional<QPoint> pressedAt;
 };
 
-/// Ends a command that went on after its call: without an error, it has succeeded.
+/// Finishes a command that did not finish within its function. Without an error, the command
+/// succeeded.
 using Completion = std::function<void(const std::optional<QString> &error)>;
 
-/// One command of the script, as its function gets it.
+/// One command of the script, as its function receives it.
 struct CommandCall {
+    /// As many arguments as the command's `Arity` allows.
     QStringList arguments;
     HostState &state;
-    /// To be called once, and later, if the function's outcome is `Outcome::Kind::later`.
+    /// Called exactly once, after the function returns, if the outcome is `Outcome::Kind::later`.
+    /// Otherwise it is not called.
     Completion completion;
 };
 
-/// What a command's function has come to.
+/// The result of a command's function.
 struct Outcome {
     enum class Kind { done, failed, later };
 
     Kind kind = Kind::done;
-    /// With `failed`: why.
+    /// The reason if `kind` is `failed`; otherwise empty.
     QString error = {};
 
     static Outcome done() { return {}; }
     static Outcome later() { return {Kind::later}; }
     static Outcome failed(QString error) { return {Kind::failed, std::move(error)}; }
-    /// Of a command that needs the window before there is one.
+    /// The failure of a command that needs the window before it exists.
     static Outcome noWindow() {
         return failed(QStringLiteral("there is no window; say window W H first"));
     }
@@ -54,7 +57,7 @@ struct Arity {
 
     qsizetype least;
     qsizetype most;
-    /// The one argument is the rest of the line as it stands, not split into words.
+    /// Whether the only argument is the rest of the line, which is not split into words.
     bool restOfLine = false;
 
     static constexpr Arity exactly(qsizetype count) { return {count, count}; }
@@ -65,8 +68,9 @@ struct Arity {
 /// A row of the command table.
 struct Command {
     QLatin1StringView name;
-    /// The arguments, as an error shows them.
+    /// The arguments as an error message shows them.
     QLatin1StringView usage;
     Arity arity;
+    /// Carries out the command on the main thread.
     Outcome (*run)(const CommandCall &call);
 };

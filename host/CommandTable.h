@@ -4,18 +4,18 @@
 
 #include <span>
 
-/// The library's public operations.
+/// Commands that call the library's public operations.
 std::span<const Command> facadeCommands();
-/// What is done with the survey that the library holds.
+/// Commands for the survey that the library holds.
 std::span<const Command> surveyCommands();
-/// The host's window, and surveys over it.
+/// Commands for the host's window and for surveys over it.
 std::span<const Command> windowCommands();
-/// What a person does at the window.
+/// Commands that simulate mouse and keyboard input.
 std::span<const Command> inputCommands();
-/// What a person, or a screen reader, finds there.
+/// Commands that report what a user or a screen reader perceives.
 std::span<const Command> inspectionCommands();
-/// Waiting and leaving.
+/// Commands that wait, and the one that quits.
 std::span<const Command> flowCommands();
 
-/// The command of that name; null when there is none.
+/// Returns the command of that name; null if there is none.
 const Command *findCommand(const QString &name);

@@ -7,16 +7,18 @@
 #include <chrono>
 #include <functional>
 
-/// Asks from the event loop, again and again, whether something is so, until it is or the time is
-/// over. Deletes itself then.
+/// Checks a condition repeatedly from the event loop until it holds or the time limit expires. The
+/// object deletes itself afterwards.
 class ConditionWait final : public QObject {
 public:
-    /// Tells, now or later on the same thread, whether the condition holds.
+    /// Receives the result of a check. It may be called immediately or later, on the same thread.
     using Answer = std::function<void(bool holds)>;
+    /// Starts a check and passes the result to `answer`.
     using Condition = std::function<void(const Answer &answer)>;
 
-    /// Calls `finished` from the event loop: whether the condition held within `limit`. At least
-    /// one answer is waited for, unless it takes longer than that.
+    /// Starts waiting. Calls `finished` once from the event loop; `holds` tells whether the
+    /// condition held within `limit`. The condition is checked at least once. A check that is still
+    /// running when the limit expires counts as failed.
     static void start(Condition condition, std::chrono::milliseconds limit, Answer finished);
 
 protected:

@@ -111,10 +111,10 @@ Outcome reportVisitor(const CommandCall &) {
     return Outcome::done();
 }
 
-/// The word that stands for the host's window.
+/// The word by which a script refers to the host's window.
 constexpr auto windowWord = "window"_L1;
 
-/// The words as what the selector takes; absent when they cannot be that.
+/// Converts the words to the arguments of the selector; absent if that is impossible.
 std::optional<QVariantList> argumentsFor(const QString &selector, const QStringList &words,
                                          QWidget *window) {
     if (selector == "setVisitorAttributes:"_L1) {

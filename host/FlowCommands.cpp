@@ -38,13 +38,13 @@ Outcome wait(const CommandCall &call) {
     return Outcome::later();
 }
 
-/// Something that `wait-for` can wait for.
+/// A condition that `wait-for` can wait for.
 struct Awaited {
     QLatin1StringView name;
     ConditionWait::Condition (*condition)(const HostState &state);
 };
 
-// The visitor shows a moment before the library lets calls through.
+// The visitor becomes visible shortly before the library stops holding calls.
 ConditionWait::Condition visitorIsKnown(const HostState &) {
     return [](const ConditionWait::Answer &answer) {
         if (Kestrio::shared().visitorIdentifier())
@@ -76,7 +76,8 @@ ConditionWait::Condition surveyIsGone(const HostState &) {
     };
 }
 
-/// Whether a view can be seen, and lay there already when it was asked for before.
+/// Holds if the view is visible, has not moved since the previous check and no survey is being
+/// animated.
 ConditionWait::Condition viewIsShown(const HostState &state, const QString &identifier) {
     return [&state, identifier, before = QRect()](const ConditionWait::Answer &answer) mutable {
         const QWidget *const view = state.window ? visibleView(*state.window, identifier) : nullptr;
@@ -109,7 +110,7 @@ Outcome waitFor(const CommandCall &call) {
     return Outcome::later();
 }
 
-// The outcome is "later", since no command comes after this one.
+// The outcome is "later" because no command follows this one.
 Outcome quit(const CommandCall &call) {
     int code = 0;
     if (!call.arguments.isEmpty()) {

@@ -10,25 +10,25 @@
 
 using namespace Qt::StringLiterals;
 
-// The events go to the system's window, as the system's own do, and from there the way of those.
+// Input is sent to the native window, so that it takes the same path as real input.
 
 namespace {
 
 constexpr Qt::MouseButton button = Qt::LeftButton;
 
-// QTest takes the corner for the middle, so what is to be there is one pixel beside it.
+// QTest treats the null point as the middle, so the point next to the corner replaces the corner.
 QPoint placeFor(const QPoint &position) {
     return position.isNull() ? QPoint(1, 1) : position;
 }
 
-/// The system's window that input goes to. Without a focused window there may be no seat, and Qt
-/// for Wayland crashes when a text field then asks for the on-screen keyboard.
+/// Returns the native window that receives input. Without a focused window there may be no seat,
+/// and Qt for Wayland then crashes when a text field requests the on-screen keyboard.
 QWindow *inputWindow(const CommandCall &call) {
     qApp->setAutoSipEnabled(QGuiApplication::focusWindow());
     return call.state.window->windowHandle();
 }
 
-/// Whether the point of the view is not scrolled out of what shows it.
+/// Returns whether the point of the view is not scrolled out of sight.
 bool isInView(const QWidget &view, const QPoint &point) {
     for (const QWidget *area = &view; area;
          area = area->isWindow() ? nullptr : area->parentWidget())
@@ -37,7 +37,7 @@ bool isInView(const QWidget &view, const QPoint &point) {
     return true;
 }
 
-/// Calls `act` with where the middle of the control that the command names lies in the window.
+/// Calls `act` with the centre of the named control, in the window's coordinates.
 template <typename Act>
 Outcome atControl(const CommandCall &call, Act act) {
     if (!call.state.window)
@@ -115,7 +115,7 @@ Outcome pressKey(const CommandCall &call) {
     if (!call.state.window)
         return Outcome::noWindow();
     Qt::Key key = sequence[0].key();
-    // What keyboards send for it.
+    // Keyboards send this key for Shift+Tab.
     if (key == Qt::Key_Tab && sequence[0].keyboardModifiers().testFlag(Qt::ShiftModifier))
         key = Qt::Key_Backtab;
     QTest::keyClick(inputWindow(call), key, sequence[0].keyboardModifiers());

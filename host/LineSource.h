@@ -9,22 +9,25 @@
 
 class QSocketNotifier;
 
-/// Where the lines of a script come from. For one thread, which must run an event loop.
+/// The source of a script's lines. Use it on one thread only, which must run an event loop.
 class LineSource {
 public:
-    /// A file, read whole now; or, for "-", standard input, read as it arrives, so that another
-    /// program can drive this one. Null when it cannot be read; `error` then says why.
+    /// Opens a file and reads it completely. The path "-" stands for standard input, which is read
+    /// as data arrives, so that another program can control this one. Returns null if the source
+    /// cannot be read; `error` then holds the reason.
     static std::unique_ptr<LineSource> open(const QString &path, QString &error);
     ~LineSource();
     Q_DISABLE_COPY_MOVE(LineSource)
 
-    /// The next line, without its end; absent while none has arrived, and at the end.
+    /// Removes and returns the next line without its end. Absent if no complete line has arrived,
+    /// and at the end.
     std::optional<QByteArray> takeLine();
 
-    /// Whether every line has been taken and none will come.
+    /// Returns whether all lines have been taken and no more will arrive.
     bool atEnd() const { return m_ended && m_bytes.isEmpty(); }
 
-    /// Has `handler` called from the event loop whenever more lines, or the end, have arrived.
+    /// Sets the handler that is called from the event loop when more lines, or the end, have
+    /// arrived.
     void setArrivalHandler(std::function<void()> handler) { m_arrived = std::move(handler); }
 
 private:

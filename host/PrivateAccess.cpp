@@ -11,11 +11,12 @@ namespace {
 
 using Answers = QList<CodableDynamicType>;
 
-/// The indexes of the questions as they come: one for each answer, and the one that is next.
+/// The indexes of the questions in the order they are asked: one for each answer, then the next
+/// one.
 using Route = QList<qint64>;
 
-// A held call that is released between two answers goes from the library's thread to the main
-// thread and back: the third answer is the first that must know of what it sends.
+// A held call that is released between two checks travels from the library's thread to the main
+// thread and back. The third check is the first that certainly includes what the call sends.
 constexpr int idleAnswersInARow = 3;
 
 bool isInside(const QList<Question> &questions, qint64 index) {

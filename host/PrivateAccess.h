@@ -9,34 +9,38 @@
 #include <utility>
 #include <variant>
 
-// What no host can know, and a script for tests must: these few functions use private parts of the
-// library, which this program, linking it statically, can reach. All are for the main thread.
+// Access to private parts of the library, for tests that need more than the public API offers. It
+// works because this program links the library statically. All functions are for the main thread.
 
+/// A survey that the library holds for the host to show.
 struct HeldSurvey {
     std::optional<qint64> surveyId;
     qsizetype questionCount = 0;
 };
 
-/// The survey that the library holds for the host to show.
+/// Returns the held survey; absent if there is none.
 std::optional<HeldSurvey> heldSurvey();
 
+/// The result of answering the held survey.
 struct AnsweredSurvey {
-    /// The questions' names with their answers, in the order in which they were answered.
+    /// The names of the questions with their answers, in the order in which they were answered.
     QList<std::pair<qint64, KestrioKit::CodableDynamicType>> answers;
-    /// The index of the question that would be next; outside of the survey when it is finished.
+    /// The index of the next question. It lies outside of the survey if the survey is finished.
     qint64 next = 0;
 };
 
-/// Answers the held survey as its screen does, with the values of a JSON array in turn, and drops
-/// it. What it gives instead is why that cannot be; then nothing was reported, and it is still
-/// held.
+/// Answers the held survey as its screen does, and drops it. `json` is an array with one value per
+/// question. Returns the reason as a text if that is impossible; then nothing is reported, and the
+/// survey is still held.
 std::variant<AnsweredSurvey, QString> answerHeldSurvey(const QByteArray &json);
 
-/// Closes the held survey at its first question, and drops it. False when there is none.
+/// Reports the held survey as closed at its first question, and drops it. Returns false if there is
+/// none.
 bool closeHeldSurvey();
 
-/// Calls `answer` later: whether nothing is being sent and nothing that waits is ready to be.
+/// Calls `answer` later on the main thread. `idle` is true if no request is in flight and no
+/// waiting record is due.
 void askWhetherIdle(const std::function<void(bool idle)> &answer);
 
-/// Calls `done` later, when the library's thread has finished what it is doing now.
+/// Calls `done` later on the main thread, after the library's thread has finished its present work.
 void afterPresentWork(std::function<void()> done);

@@ -8,7 +8,7 @@ void writeTextOrNull(KestrioKit::JSONWriter &json, const std::optional<QString> 
     if (text)
         json.string(*text);
     else
-        json.number(qQNaN()); // which it writes as null
+        json.number(qQNaN()); // written as null
 }
 
 Report &Report::text(std::string_view key, const std::optional<QString> &value) {
@@ -22,7 +22,7 @@ Report &Report::number(std::string_view key, std::optional<qint64> value) {
     if (value)
         m_json.integer(*value);
     else
-        m_json.number(qQNaN()); // which it writes as null
+        m_json.number(qQNaN()); // written as null
     return *this;
 }
 

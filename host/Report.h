@@ -8,26 +8,26 @@
 #include <optional>
 #include <string_view>
 
-/// Writes null when there is no text.
+/// Writes the text as a JSON value, or null if there is no text.
 void writeTextOrNull(KestrioKit::JSONWriter &json, const std::optional<QString> &text);
 
-/// One JSON object, written to standard output as one line that begins with its brace and never
-/// mixes with the library's log lines. Its keys stand in the order in which they were added.
+/// A JSON object that is written to standard output on a single line. The line starts with a brace
+/// and is never mixed with the library's log lines. Keys keep the order in which they are added.
 ///
 ///     Report().text("ask", event).text("state", state).print();
 class Report {
 public:
     Report() { m_json.beginObject(); }
 
-    /// Null when there is no text, or number.
+    /// Adds a text or a number; an absent value is written as null.
     Report &text(std::string_view key, const std::optional<QString> &value);
     Report &number(std::string_view key, std::optional<qint64> value);
     Report &boolean(std::string_view key, bool value);
-    /// `write` writes the value, whatever it is.
+    /// Adds a value of any kind, which `write` writes.
     Report &value(std::string_view key,
                   const std::function<void(KestrioKit::JSONWriter &json)> &write);
 
-    /// Ends the object and writes the line. To be called once.
+    /// Completes the object and writes the line. Call it once.
     void print();
 
 private:

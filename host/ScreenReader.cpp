@@ -37,7 +37,8 @@ void hearAlert(QAccessibleInterface &interface) {
     spoken().append(interface.text(QAccessible::Name));
 }
 
-/// Qt may tell of the same focus twice, and what has neither name nor purpose is not spoken of.
+/// Qt may report the same focus twice. An object with neither a name nor a specific role is not
+/// announced.
 void hearFocus(QAccessibleInterface &interface) {
     static QPointer<QObject> focus;
     if (std::exchange(focus, interface.object()) == interface.object())
@@ -74,7 +75,7 @@ void hear(QAccessibleEvent *event) {
     }
 }
 
-// Without a handler, Qt hands the event on to the platform, and so to a screen reader proper.
+// Without a handler, Qt passes the event on to the platform and thus to a real screen reader.
 void listen(QAccessibleEvent *event) {
     hear(event);
     QAccessible::installUpdateHandler(nullptr);
@@ -88,7 +89,8 @@ QString roleName(QAccessible::Role role) {
     return QString::fromLatin1(QMetaEnum::fromType<QAccessible::Role>().valueToKey(role)).toLower();
 }
 
-// Qt tells nobody while its platform thinks that nobody listens, which is for the platform to say.
+// Qt sends no events until the platform reports an active assistive technology, so this reports
+// one.
 void startScreenReader() {
     QAccessible::installUpdateHandler(listen);
     QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);

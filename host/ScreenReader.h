@@ -3,13 +3,13 @@
 #include <QAccessible>
 #include <QStringList>
 
-// What a screen reader is told. For the main thread.
+// Records what a screen reader would announce. All functions are for the main thread.
 
-/// The role in one lower-case word, such as "editabletext".
+/// Returns the role as one lower-case word, such as "editabletext".
 QString roleName(QAccessible::Role role);
 
-/// Listens from now on.
+/// Starts recording announcements.
 void startScreenReader();
 
-/// What was said since the last call.
+/// Returns the announcements since the last call and forgets them.
 QStringList takeSpoken();

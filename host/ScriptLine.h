@@ -6,15 +6,15 @@
 
 #include <variant>
 
-/// What a line of a script says, before anything is done.
+/// A parsed line of a script, before anything is carried out.
 struct ScriptLine {
-    /// Null for a line without a command: a blank one, or a comment.
+    /// Null if the line has no command because it is blank or a comment.
     const Command *command = nullptr;
-    /// As many as the command takes.
+    /// As many arguments as the command's `Arity` allows.
     QStringList arguments;
 
     friend bool operator==(const ScriptLine &, const ScriptLine &) = default;
 };
 
-/// Reads one line, without its end; a text that says what is wrong with it.
+/// Parses one line, which is passed without its end. Returns a message if the line is invalid.
 std::variant<ScriptLine, QString> parseScriptLine(const QByteArray &line);

@@ -15,7 +15,7 @@ void ScriptRunner::advance() {
         if (!line)
             break;
         ++m_lineNumber;
-        // A command may let events be handled, the arrival of more lines among them.
+        // A command may process events, including the arrival of more lines.
         m_isBusy = true;
         const Outcome outcome = runLine(*line);
         if (outcome.kind == Outcome::Kind::failed)

@@ -5,14 +5,15 @@
 
 #include <memory>
 
-/// Carries out a script, one command after another, and leaves the application at its end: with
-/// exit code 1, and a report, when a command failed. For the main thread.
+/// Carries out a script, one command after another, and quits the application at the end of the
+/// script. If a command fails, it prints a report and the exit code is 1. Used on the main thread.
 class ScriptRunner {
 public:
+    /// Takes the lines from `lines`. Nothing runs before `advance()`.
     explicit ScriptRunner(std::unique_ptr<LineSource> lines);
     Q_DISABLE_COPY_MOVE(ScriptRunner)
 
-    /// Carries out what has arrived, as far as it goes without waiting.
+    /// Carries out the lines that have arrived, up to the first command that has to wait.
     void advance();
 
 private:
@@ -23,6 +24,6 @@ private:
     std::unique_ptr<LineSource> m_lines;
     HostState m_state;
     int m_lineNumber = 0;
-    /// A command goes on, or the application is leaving.
+    /// True while a command is still running, and when the application is quitting.
     bool m_isBusy = false;
 };

@@ -20,7 +20,7 @@ using namespace std::string_view_literals;
 namespace {
 
 constexpr auto libraryNamespace = "KestrioKit::"_L1;
-/// Of the parts that Qt makes scroll areas of.
+/// The prefix of the names of the internal parts of Qt's scroll areas.
 constexpr auto scaffoldPrefix = "qt_"_L1;
 
 qreal alpha(const QWidget &view) {
@@ -51,7 +51,7 @@ std::optional<QString> shownText(const QWidget &view) {
     return std::nullopt;
 }
 
-/// Null when there is none, or an empty one.
+/// Writes null if the text is absent or empty.
 void writeText(JSONWriter &json, std::string_view key, const std::optional<QString> &text) {
     json.key(key);
     writeTextOrNull(json, text && !text->isEmpty() ? text : std::nullopt);

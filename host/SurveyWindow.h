@@ -9,17 +9,16 @@
 
 class QWidget;
 
-// What is on screen, as a person or an automation sees it. For the main thread.
+// What is on screen, as a user or an automation sees it. All functions are for the main thread.
 
-/// The survey that is up; null when none is.
+/// Returns the survey on screen; null if there is none.
 QWidget *surveyOnScreen();
 
-/// The view in `window` with that accessibility identifier that can be seen; null when there is
-/// none.
+/// Returns the visible view in `window` with that accessibility identifier; null if there is none.
 QWidget *visibleView(const QWidget &window, const QString &identifier);
 
-/// Whether nothing of the survey moves, fades or grows.
+/// Returns whether a survey is on screen and no part of it is being animated.
 bool surveyIsStill();
 
-/// Writes a view with all that is on it; its frame is in the window's coordinates.
+/// Writes a view and all views on it as JSON. Frames are in the window's coordinates.
 void writeTree(KestrioKit::JSONWriter &json, const QWidget &view);

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// In pixels; a picture of such a window still fits into memory.
+/// In pixels. An image of a window of this size still fits into memory.
 constexpr int longestSide = 8192;
 constexpr auto patience = 5s;
 
@@ -36,15 +36,15 @@ Outcome noSize() {
     return Outcome::failed(u"width and height are whole numbers from 1 to %1"_s.arg(longestSide));
 }
 
-/// Whether the window is active, or is on a system that lets no program make its window so: Wayland
+/// Returns whether the window is active, or cannot be activated by a program. On Wayland the system
 /// alone decides, and without a keyboard no window is active.
 bool isActive(const QWidget &window) {
     return window.isActiveWindow() || !QGuiApplicationPrivate::platformIntegration()->hasCapability(
                                           QPlatformIntegration::WindowActivation);
 }
 
-/// Goes on when the system has shown the window, active and at that size. What is on it is laid out
-/// in the turn of the event loop after that, so it must hold twice.
+/// Continues when the system shows the window, active and at that size. The content is laid out in
+/// the next iteration of the event loop, so two checks in a row must succeed.
 Outcome waitForWindow(const CommandCall &call, const QSize &size) {
     ConditionWait::start(
         [&window = *call.state.window, size,

@@ -4,27 +4,27 @@
 
 #include <optional>
 
-/// Takes the words off a line, one by one.
+/// Splits a line into words, one at a time.
 ///
 ///     WordSplitter splitter(u"track \"Cart \\\"A\\\" left\"  # a comment"_s);
 ///     splitter.next(); // track
 ///     splitter.next(); // Cart "A" left
 ///     splitter.next(); // nothing
 ///
-/// Blanks (space, tab, carriage return) part words. Double quotes group, anywhere in a word, and
-/// within them \" \\ and \n stand for a quote, a backslash and a line feed. "#" at the start of a
-/// word starts a comment, which goes to the end of the line.
+/// Blanks (space, tab, carriage return) separate words. Double quotes group characters anywhere in
+/// a word. Within them, \" \\ and \n stand for a quote, a backslash and a line feed. A "#" at the
+/// start of a word starts a comment that extends to the end of the line.
 class WordSplitter {
 public:
     explicit WordSplitter(QString line) : m_line(std::move(line)) {}
 
-    /// The next word; absent at the end of the line and where the line is wrong.
+    /// Returns the next word; absent at the end of the line and where the line is invalid.
     std::optional<QString> next();
 
-    /// What is behind the words taken so far, as it stands, without the blanks around it.
+    /// Returns the unsplit rest of the line after the words so far, without surrounding blanks.
     QString rest() const { return m_line.mid(m_position).trimmed(); }
 
-    /// What is wrong with the line; empty while nothing is.
+    /// Describes what is invalid about the line; empty while the line is valid.
     const QString &error() const { return m_error; }
 
 private:

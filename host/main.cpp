@@ -19,7 +19,7 @@ int refuse(const QString &reason) {
     return wrongUsage;
 }
 
-/// Whether there is something to show windows on; where not, they are drawn offscreen.
+/// Returns whether a display is available. Without one, windows are drawn offscreen.
 bool findDisplay() {
     const bool hasDisplay =
         !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");

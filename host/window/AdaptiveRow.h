@@ -4,17 +4,18 @@
 
 class QBoxLayout;
 
-/// Shows widgets side by side where it is wide, and one under the other where it is not.
+/// Shows widgets side by side if there is enough width, otherwise one below another.
 class AdaptiveRow final : public QWidget {
     Q_OBJECT
 
 public:
-    /// They stand side by side from `wideWidth` on, in pixels.
+    /// The widgets are side by side from a width of `wideWidth` pixels. `spacing` is in pixels.
     AdaptiveRow(int wideWidth, int spacing);
 
+    /// Adds a widget, which the row owns from then on. `stretch` is its share of additional space.
     void addWidget(QWidget *view, int stretch);
 
-    /// As narrow as they are one under the other.
+    /// Returns the minimum size. Its width is that of the widgets one below another.
     QSize minimumSizeHint() const override;
 
 protected:

@@ -4,14 +4,14 @@
 
 class QVBoxLayout;
 
-/// A white sheet with a heading, on which controls that belong together lie one under the other.
+/// A white card with a heading and controls below one another.
 class Card final : public QFrame {
     Q_OBJECT
 
 public:
     explicit Card(const QString &heading);
 
-    /// Where what belongs on it goes, under the heading.
+    /// The layout below the heading, to which the card's controls are added.
     QVBoxLayout &body() { return *m_body; }
 
 private:

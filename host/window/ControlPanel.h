@@ -8,19 +8,19 @@ class QGridLayout;
 class QLineEdit;
 class QPlainTextEdit;
 
-/// Calls the operations of `Kestrio`, and lists what came of them.
+/// Offers a control for each operation of `Kestrio` and lists the results.
 class ControlPanel final : public QWidget {
     Q_OBJECT
 
 public:
-    /// Surveys are presented from `presenter`, which outlives the panel.
+    /// Surveys are presented from `presenter`, which must outlive the panel.
     explicit ControlPanel(QWidget *presenter);
 
-    /// Tracks an event, and shows the survey that it is answered with.
+    /// Tracks an event and presents the survey that it triggers.
     void askAndPresent(const QString &event);
 
 private:
-    /// A button with what it does.
+    /// A button's title and what a click does.
     struct Action {
         QString title;
         std::function<void()> run;
@@ -31,10 +31,12 @@ private:
     QWidget *makeSurveyCard();
     QWidget *makeLogCard();
     void addAttributeRow(QGridLayout &grid);
-    /// A row of the card: what it is about, its fields, and what can be done with them.
+    /// Adds a row to a card: its label, its fields and the buttons of its actions.
     void addRow(QGridLayout &grid, const QString &label, const QList<QLineEdit *> &fields,
                 const QList<Action> &actions);
+    /// Tracks an event with a handler and logs the state. Calls `whenReady` if a survey is ready.
     void ask(const QString &event, const std::function<void()> &whenReady);
+    /// Appends a line to the list of results.
     void log(const QString &line);
 
     QWidget *m_presenter;

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QWidget>
 
-/// What a text or a button is on the page, which decides about its looks.
+/// The kinds of texts and buttons on the page. The style sheet selects their appearance by kind.
 namespace Look {
 inline constexpr auto title = "title";
 inline constexpr auto heading = "heading";
@@ -12,16 +12,18 @@ inline constexpr auto total = "total";
 inline constexpr auto primary = "primary";
 } // namespace Look
 
-/// The name of the property that says which of the looks a widget has.
+/// The name of the property that holds a widget's kind.
 inline constexpr auto lookProperty = "look";
 
+/// Sets the widget's kind and returns the widget.
 template <typename View>
 View *inLook(View *view, const char *look) {
     view->setProperty(lookProperty, QString::fromLatin1(look));
     return view;
 }
 
-/// Gives a control its accessible name, which is its accessibility identifier, too.
+/// Sets the control's accessible name, which is also its accessibility identifier. Returns the
+/// control.
 template <typename Control>
 Control *named(Control *control, const QString &name) {
     control->setObjectName(name);
@@ -29,8 +31,9 @@ Control *named(Control *control, const QString &name) {
     return control;
 }
 
-/// Fonts, colours and the style for the whole program. Needs the application.
+/// Sets fonts, colours and style of the whole program. Requires the application object.
 void applyDemoStyle();
 
-/// How the page looks. For the page alone, so that it reaches nothing that lies over it.
+/// Returns the style sheet of the page. Set it on the page only, so that it does not affect
+/// surveys.
 QString demoStyleSheet();

@@ -16,7 +16,7 @@ namespace {
 constexpr QSize initialSize(1280, 800);
 constexpr int margin = 16;
 constexpr int spacing = 12;
-/// From this width on, the form and the panel stand side by side.
+/// The width in pixels from which the form and the panel are side by side.
 constexpr int wideWidth = 900;
 constexpr int formStretch = 7;
 constexpr int panelStretch = 5;

@@ -2,8 +2,8 @@
 
 #include <QWidget>
 
-/// The window of a shop that uses the library: an order form, and a panel from which every
-/// operation can be called. It scrolls where there is no room for both.
+/// The window of a shop that uses the library. It shows an order form, and a panel that calls every
+/// operation. The content scrolls if the window is too small for both.
 class DemoWindow final : public QWidget {
     Q_OBJECT
 

@@ -21,7 +21,7 @@ namespace {
 
 constexpr int spacing = 12;
 constexpr int itemSpacing = 16;
-/// From this width on, the address and the delivery stand side by side.
+/// The width in pixels from which the address and the delivery are side by side.
 constexpr int wideWidth = 600;
 constexpr int mostOfOneItem = 20;
 constexpr int amountWidth = 64;
@@ -163,7 +163,7 @@ int OrderForm::totalCents() const {
     return cents;
 }
 
-// The controls tell of their first values before all of them are there.
+// The controls signal their initial values before all of them exist.
 void OrderForm::updateTotal() {
     if (m_total)
         m_total->setText(u"Total %1"_s.arg(price(totalCents())));

@@ -8,7 +8,7 @@ class QLabel;
 class QRadioButton;
 class QSpinBox;
 
-/// What somebody orders, where it goes, and what it costs.
+/// A form for an order: items, address, delivery and the total price.
 class OrderForm final : public QWidget {
     Q_OBJECT
 
@@ -16,6 +16,7 @@ public:
     OrderForm();
 
 Q_SIGNALS:
+    /// Emitted when the user places the order.
     void orderPlaced();
 
 private:
@@ -24,6 +25,7 @@ private:
     QWidget *makeDelivery();
     QWidget *makeFooter();
     void addItem(QGridLayout &grid, int row);
+    /// Returns the total price in cents.
     int totalCents() const;
     void updateTotal();
 
