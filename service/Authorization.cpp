@@ -8,7 +8,7 @@ namespace SurveyService {
 std::string bearerToken(const Call &call) {
     constexpr std::string_view scheme = "Bearer ";
     const std::string header = call.http.get_header_value("Authorization");
-    // Names of schemes are case-insensitive.
+    // Scheme names are case-insensitive.
     if (::strncasecmp(header.c_str(), scheme.data(), scheme.size()) != 0)
         return {};
     return header.substr(scheme.size());

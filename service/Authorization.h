@@ -7,11 +7,12 @@
 
 namespace SurveyService {
 
-/// The token that the request bears ("Authorization: Bearer TOKEN", RFC 6750); empty without one.
+/// Returns the request's bearer token ("Authorization: Bearer TOKEN", RFC 6750); empty if there is
+/// none.
 std::string bearerToken(const Call &call);
 
-/// The visitor whose token the request bears. Throws Refusal 401 when there is none, or another one
-/// than the path names by "vid" and "env".
+/// Returns the visitor to whom the request's token belongs. Throws Refusal 401 if there is no such
+/// visitor, or if the path names another visitor by "vid" or another environment by "env".
 Visitor requireVisitor(const Call &call, RecordStore &records);
 
 } // namespace SurveyService

@@ -17,19 +17,20 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t threads = 64;
 constexpr std::size_t requestsPerConnection = 1'000'000;
 constexpr std::size_t largestBody = std::size_t{1024} * 1024;
-/// A body above the limit is read up to here, for its sender to see the answer; then it is cut off.
+/// A body above the limit is read up to this size, so that its sender gets to see the response.
+/// Beyond it, the connection is closed.
 constexpr std::size_t mostReadAndDropped = 16 * largestBody;
-/// Longer than the pauses of clients that try again after 5, 10, 20 or 40 seconds: a connection
-/// that closes just when it is used again looks like a failed request.
+/// Longer than the pauses of clients that retry after 5, 10, 20 or 40 seconds: if a connection
+/// closes just as it is reused, the request seems to fail.
 constexpr std::chrono::seconds keepAlive{60};
-/// For the next bytes of a request, and for room to write an answer.
+/// The limit for receiving the next bytes of a request and for writing a response.
 constexpr std::chrono::seconds patience{30};
-/// Named with its character set, which keeps httplib from compressing the answer.
+/// httplib compresses plain "application/json", but not a type that names its character set.
 constexpr auto jsonType = "application/json; charset=utf-8";
-/// httplib matches the decoded path, which may hold line feeds.
+/// httplib matches the decoded path, which may contain line feeds.
 constexpr auto everyPath = R"([\s\S]*)";
 
-// A request is handled and logged on one thread, and httplib has no place of its own for this.
+// httplib offers no place to store this. A request is handled and logged on the same thread.
 thread_local Clock::time_point requestStart;
 
 int portOf(const sockaddr_storage &address) {
@@ -46,8 +47,8 @@ bool isListener(int socket) {
     return ::getsockopt(socket, SOL_SOCKET, SO_ACCEPTCONN, &listens, &size) == 0 && listens != 0;
 }
 
-/// Ends the reading side of every connection to that port. httplib keeps its sockets to itself and
-/// would wait for idle ones until their keep-alive time is over.
+/// Shuts down the reading side of every connection to that port. httplib does not expose its
+/// sockets, and would wait for idle ones until their keep-alive time is over.
 void endReading(int port) {
     for (const auto &entry : std::filesystem::directory_iterator("/proc/self/fd")) {
         const int descriptor = std::stoi(entry.path().filename());
@@ -88,8 +89,8 @@ void write(const Answer &answer, httplib::Response &response, bool keepConnectio
         response.set_content(answer.body, jsonType);
         return;
     }
-    // httplib closes a connection from its side only when the writing of an answer fails, so this
-    // reports a failure after the last byte.
+    // httplib closes a connection from its side only if writing a response fails, so this reports a
+    // failure after the last byte.
     response.set_header("Connection", "close");
     const auto writeAndFail = [body = answer.body](std::size_t offset, std::size_t length,
                                                    httplib::DataSink &sink) {
@@ -108,7 +109,7 @@ HttpServer::HttpServer(Handler handler) : m_handler(std::move(handler)) {
     m_server.set_write_timeout(patience);
     m_server.set_tcp_nodelay(true);
     m_server.set_socket_options([this](socket_t socket) {
-        // Not httplib's default of SO_REUSEPORT, by which two services would share a port.
+        // httplib's default, SO_REUSEPORT, would let two services share a port.
         const int on = 1;
         ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
         m_listener = socket;
@@ -121,7 +122,7 @@ HttpServer::HttpServer(Handler handler) : m_handler(std::move(handler)) {
 }
 
 HttpServer::~HttpServer() {
-    // httplib closes the socket only when it has served.
+    // httplib closes the socket only if it has served.
     if (!m_serving.try_wait())
         ::close(m_listener);
 }
@@ -137,7 +138,7 @@ int HttpServer::bind(const std::string &address, int port) {
         throw std::system_error(errno, std::generic_category(),
                                 "cannot listen on " + address + " port " + std::to_string(port));
     }
-    ::listen(m_listener, SOMAXCONN); // httplib allows only 5 connections to wait
+    ::listen(m_listener, SOMAXCONN); // httplib's backlog is only 5
     return m_port;
 }
 
@@ -155,7 +156,7 @@ void HttpServer::installHandlers() {
         requestStart = Clock::now();
         const std::string &method = request.method;
         if (method == "POST" || method == "PUT" || method == "PATCH" || method == "DELETE")
-            return httplib::Server::HandlerResponse::Unhandled; // goes on to the handlers below
+            return httplib::Server::HandlerResponse::Unhandled; // continues with the handlers below
         respondWithoutBody(request, response);
         return httplib::Server::HandlerResponse::Handled;
     });
@@ -166,7 +167,7 @@ void HttpServer::installHandlers() {
         .Put(everyPath, withBody)
         .Patch(everyPath, withBody)
         .Delete(everyPath, withBody);
-    // For what httplib refuses by itself, before any handler.
+    // Handles requests that httplib refuses itself, before any handler runs.
     m_server.set_error_handler([](const httplib::Request &, httplib::Response &response) {
         if (!response.body.empty() || response.content_length_ > 0)
             return;
@@ -184,7 +185,7 @@ HttpServer::Body HttpServer::readBody(const httplib::Request &request,
                                       const httplib::ContentReader &reader) {
     Body body;
     if (!announcesBody(request))
-        return body; // httplib would read until the connection ends
+        return body; // httplib would read until the connection closes
     body.complete = reader([&body](const char *data, std::size_t size) {
         body.size += size;
         if (body.size <= largestBody)
@@ -196,7 +197,7 @@ HttpServer::Body HttpServer::readBody(const httplib::Request &request,
 
 void HttpServer::respondWithoutBody(const httplib::Request &request,
                                     httplib::Response &response) const {
-    // httplib leaves the body of these methods on the connection.
+    // httplib does not read the body of these methods.
     write(m_handler(request, {}), response, !announcesBody(request));
 }
 

@@ -9,13 +9,13 @@
 
 namespace SurveyService {
 
-/// HTTP/1.1 on one address, with keep-alive; one log line a request.
+/// An HTTP/1.1 server on one address, with keep-alive. It logs one line per request.
 ///
 /// Bodies of more than 1 MiB are refused with 413 before the handler sees them, whether their
-/// length is announced or they come in chunks.
+/// length is announced or they are sent in chunks.
 class HttpServer {
 public:
-    /// Called on any of the server's threads, from several at once. Must not throw.
+    /// Called on any of the server's threads, on several of them concurrently. It must not throw.
     using Handler = std::function<Answer(const httplib::Request &, const std::string &body)>;
 
     explicit HttpServer(Handler handler);
@@ -23,21 +23,21 @@ public:
     HttpServer(const HttpServer &) = delete;
     HttpServer &operator=(const HttpServer &) = delete;
 
-    /// Binds and listens; 0 picks a free port. Gives the port. Throws std::system_error. "::" takes
-    /// IPv4 too.
+    /// Binds the address and listens. Port 0 picks a free port; the address "::" includes IPv4.
+    /// Returns the port. Throws std::system_error on failure.
     int bind(const std::string &address, int port);
 
-    /// Serves until `stop`. Requests that are being answered then are answered to their end.
+    /// Serves until `stop()` is called. Requests in flight are completed first.
     void run();
 
-    /// Waits until `run` serves, and ends it. From another thread than `run`.
+    /// Waits until `run()` serves, then ends it. Call it from another thread than `run()`.
     void stop();
 
 private:
     struct Body {
         std::string text;
-        std::size_t size = 0; ///< as received, which is more than `text` holds above the limit
-        bool complete = true; ///< nothing of it is left unread
+        std::size_t size = 0; ///< bytes received; `text` holds fewer if the limit is exceeded
+        bool complete = true; ///< the body was read to its end
     };
 
     static Body readBody(const httplib::Request &request, const httplib::ContentReader &reader);

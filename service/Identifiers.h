@@ -4,7 +4,7 @@
 
 namespace SurveyService {
 
-/// A random UUID (RFC 4122, version 4) in upper case.
+/// Returns a random UUID (RFC 4122, version 4) in upper case.
 std::string randomUuid();
 
 } // namespace SurveyService

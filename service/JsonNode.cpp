@@ -25,7 +25,7 @@ JsonNode JsonNode::parse(const std::string &text) {
                             " levels");
         return true;
     };
-    // The parser would skip the mark; what is stored has to be JSON without it.
+    // The parser would skip a byte order mark, but stored text must be JSON without it.
     if (text.starts_with("\xEF\xBB\xBF"))
         throw JsonError("body: begins with a byte order mark");
     try {

@@ -11,23 +11,23 @@
 
 namespace SurveyService {
 
-/// JSON that is not what was expected; `what()` begins with the place, such as
+/// Thrown for JSON that does not have the expected form. `what()` starts with the position, such as
 /// `events[2].metadata.sw: must be an integer`.
 class JsonError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// A value of a JSON document that knows its place in it; keeps the document alive. Every reader
-/// throws JsonError when the value is of another type.
+/// A value of a JSON document that knows its position in the document. It keeps the document alive.
+/// Every reader throws JsonError if the value has another type.
 class JsonNode {
 public:
-    /// The whole document of that text. Throws JsonError, also when arrays and objects nest deeper
-    /// than 100 levels: what is stored must be readable by everybody.
+    /// Parses a whole document. Throws JsonError if it is malformed, or if arrays and objects are
+    /// nested deeper than 100 levels: stored JSON must be readable by every parser.
     static JsonNode parse(const std::string &text);
 
-    /// The member of that key of an object. Throws when there is none.
+    /// Returns the member of an object with that key. Throws JsonError if there is none.
     JsonNode operator[](const std::string &key) const;
-    /// The same, absent when there is none. A null is there.
+    /// Returns the same member; absent if there is none. A null counts as a member.
     std::optional<JsonNode> find(const std::string &key) const;
 
     std::vector<JsonNode> elements() const;
@@ -36,11 +36,12 @@ public:
     const std::string &text() const;
     bool boolean() const;
     double number() const;
-    /// A signed 64-bit integer; 5.0 is one, 5.5 is none.
+    /// Returns a signed 64-bit integer. 5.0 counts as an integer, 5.5 does not.
     std::int64_t integer() const;
-    /// An unsigned 64-bit integer, likewise.
+    /// Returns an unsigned 64-bit integer by the same rule.
     std::uint64_t unsignedInteger() const;
 
+    /// Throws JsonError with the value's position and the complaint.
     [[noreturn]] void refuse(const std::string &complaint) const;
 
     const nlohmann::json &json() const { return *m_value; }
@@ -54,12 +55,13 @@ private:
     std::string placeOf(const std::string &key) const;
 
     Value m_value;
-    std::string m_place; ///< empty for the document
+    std::string m_place; ///< empty for the whole document
 };
 
+/// Returns whether the text is valid UTF-8.
 bool isUtf8(const std::string &text);
 
-/// The value as JSON text, with replacement characters where its texts are not UTF-8.
+/// Returns the value as JSON text. Invalid UTF-8 is replaced by replacement characters.
 std::string dumpLeniently(const nlohmann::json &value);
 
 } // namespace SurveyService

@@ -18,7 +18,7 @@ std::string withoutControls(std::string_view text) {
     return result;
 }
 
-// One call a line: the stream's own lock keeps lines of several threads apart.
+// Each line is one call, so that the stream's own lock keeps lines of different threads apart.
 void writeLine(std::string line) {
     line += '\n';
     std::fwrite(line.data(), 1, line.size(), stderr);
@@ -35,7 +35,7 @@ void logRequest(std::string_view method, std::string_view target, int status,
     const std::chrono::duration<double, std::milli> milliseconds = duration;
     char tail[64];
     std::snprintf(tail, sizeof tail, " %d %.1f ms", status, milliseconds.count());
-    // A request line that could not be read has neither method nor target.
+    // A request line that could not be parsed has neither a method nor a target.
     const auto name = [](std::string_view text) {
         return text.empty() ? std::string("-") : withoutControls(text);
     };

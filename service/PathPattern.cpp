@@ -18,7 +18,7 @@ std::vector<std::string_view> split(std::string_view path) {
     }
 }
 
-/// Percent signs that encode nothing stay as they are.
+/// Percent signs that do not encode a byte are kept.
 std::string percentDecoded(std::string_view text) {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -77,7 +77,7 @@ std::optional<PathPattern::Captures> PathPattern::match(std::string_view path) c
     if (hasWildcard) {
         const auto first = segments.begin() + (wildcard - m_segments.begin());
         const auto last =
-            segments.end() - (m_segments.end() - wildcard); // the segment it ends with
+            segments.end() - (m_segments.end() - wildcard); // the last segment that it matches
         if (!std::equal(wildcard + 1, m_segments.end(), last + 1, same))
             return std::nullopt;
         const std::string_view whole(first->data(), last->data() + last->size());

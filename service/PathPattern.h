@@ -8,19 +8,19 @@
 
 namespace SurveyService {
 
-/// The paths of one resource, for example "/1/environments/*env/visitors/:vid".
+/// A pattern for the paths of one resource, such as "/1/environments/*env/visitors/:vid".
 ///
-/// `:name` stands for one segment that is a decimal 64-bit integer. `*name` (one at most) stands
-/// for anything else, slashes and nothing at all included: an environment id or an attribute key
-/// arrives whole, whether or not its slashes were percent-encoded.
+/// `:name` matches one segment that is a decimal 64-bit integer. `*name` (at most one) matches any
+/// text, including slashes and the empty text. So an environment id or an attribute key is captured
+/// whole, whether or not its slashes are percent-encoded.
 class PathPattern {
 public:
-    /// What the names stood for, percent-decoded.
+    /// The matched texts by name, percent-decoded.
     using Captures = std::map<std::string, std::string, std::less<>>;
 
     explicit PathPattern(std::string_view pattern);
 
-    /// Matches a path as it came over the wire, without its query.
+    /// Matches a path as it was sent, without its query. Absent if the path does not match.
     std::optional<Captures> match(std::string_view path) const;
 
 private:

@@ -37,8 +37,7 @@ constexpr auto schema = R"(
         PRIMARY KEY (vid, key));
 )";
 
-/// The arrays of GET /records and what is selected for them; columns become keys. Tokens stay in
-/// the database.
+/// The arrays of GET /records with their queries. Columns become keys. Tokens are not included.
 constexpr std::pair<const char *, const char *> selections[] = {
     {"visitors", "v.vid, environment, userId FROM visitors v JOIN records USING (\"order\")"},
     {"showings", "vid, surveyId, name AS responseGroupUid FROM records WHERE kind = 'showing'"},
@@ -64,8 +63,8 @@ std::string jsonValue(const SqlStatement &row, int column) {
         return "null";
     if (!row.isText(column))
         return std::to_string(row.integer(column));
-    // A body is JSON already, and stays byte for byte what was sent. Whatever else the file holds,
-    // written by another program for example, is read as text.
+    // A body is already JSON and is returned byte for byte. Anything else in the file, for example
+    // written by another program, is returned as text.
     const std::string text = row.text(column);
     const bool isJson = row.columnName(column) == "body" && nlohmann::json::accept(text);
     return isJson ? text : dumpLeniently(text);
@@ -93,8 +92,8 @@ std::string jsonArray(SqlDatabase &database, const std::string &sql) {
 } // namespace
 
 RecordStore::RecordStore(const std::string &file) : m_database(file) {
-    // With a write-ahead log a commit need not wait for the disk; what a power cut loses is at
-    // most what came just before it.
+    // With a write-ahead log, a commit need not wait for the disk. A power failure loses only the
+    // last changes before it.
     m_database.runScript("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
     if (*m_database.readFirst(readInteger, "PRAGMA user_version") > schemaVersion)
         throw SqlError("made by a later version of this program");
@@ -109,7 +108,8 @@ Visitor RecordStore::findOrAddVisitor(const std::string &environment,
                                       const std::string &token) {
     const std::scoped_lock lock(m_mutex);
     SqlTransaction transaction(m_database);
-    // Read here: another request with this token may have made its visitor a user meanwhile.
+    // The visitor is read within the transaction: another request may have assigned a user
+    // meanwhile.
     auto current = findBearer(token);
     if (current && current->environment != environment)
         current.reset();

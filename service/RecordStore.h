@@ -12,7 +12,7 @@
 
 namespace SurveyService {
 
-/// A visitor of one environment. Whoever has the token is taken for the visitor.
+/// A visitor of one environment. Whoever presents the token is treated as this visitor.
 struct Visitor {
     std::int64_t id = 0;
     std::string environment;
@@ -22,7 +22,7 @@ struct Visitor {
 
 namespace RecordKind {
 inline constexpr std::string_view visitor = "visitor";
-inline constexpr std::string_view showing = "showing"; ///< a survey was handed out
+inline constexpr std::string_view showing = "showing"; ///< a survey was sent to a visitor
 inline constexpr std::string_view singleEvent = "single";
 inline constexpr std::string_view eventBatch = "batch";
 inline constexpr std::string_view setAttribute = "set";
@@ -33,42 +33,46 @@ inline constexpr std::string_view response = "response";
 inline constexpr std::string_view error = "error";
 } // namespace RecordKind
 
-/// One thing that the service was told or did.
+/// A record of something that the service was told or did.
 struct Record {
     std::string_view kind;
     std::optional<std::int64_t> visitorId;
     std::optional<std::int64_t> surveyId;
-    /// A showing's response group, an attribute's key, an error's identifier.
+    /// The response group of a showing, the key of an attribute or the identifier of an error.
     std::optional<std::string> name;
-    std::optional<std::string> body; ///< JSON, kept as it came
+    std::optional<std::string> body; ///< JSON, stored as received
 };
 
-/// Everything the service has been told, in a SQLite database. Records are numbered in the order
-/// of their arrival, whatever their kind. From any thread. Throws SqlError.
+/// Stores everything that the service is told in a SQLite database. Records of all kinds are
+/// numbered in the order of arrival. Thread-safe. Every function may throw SqlError.
 class RecordStore {
 public:
     explicit RecordStore(const std::string &file);
 
-    /// The visitor of that user, if the environment knows the user; else the environment's visitor
-    /// with that token, who becomes that user unless already another one; else a new visitor.
+    /// Returns the user's visitor if the environment knows the user. Otherwise returns the
+    /// environment's visitor with that token; it becomes this user's visitor unless it is already
+    /// another user's. If there is neither, adds a new visitor.
     Visitor findOrAddVisitor(const std::string &environment,
                              const std::optional<std::string> &userId, const std::string &token);
+    /// Returns the visitor with that token; absent if there is none.
     std::optional<Visitor> findVisitor(const std::string &token);
 
+    /// Adds a record.
     void add(const Record &record);
 
-    /// Adds the record of a change and makes the change, both or neither.
+    /// Adds the record and changes the visitor's attributes in one transaction.
     void changeAttributes(const Record &record, const std::map<std::string, std::string> &values,
                           const std::vector<std::string> &removedKeys);
 
-    /// The survey that was shown to the visitor as that response group.
+    /// Returns the survey that was sent to the visitor with that response group; absent if there is
+    /// none.
     std::optional<std::int64_t> findShownSurvey(std::int64_t visitorId, const std::string &group);
 
-    /// All records as one JSON object: an array for each kind, in order.
+    /// Returns all records as one JSON object, which has an ordered array for each kind.
     std::string allRecords();
 
 private:
-    /// Gives the record's order number.
+    /// Returns the record's order number.
     std::int64_t insert(const Record &record);
     std::optional<Visitor> findBearer(const std::string &token);
     std::optional<Visitor> findUser(const std::string &environment, const std::string &userId);

@@ -15,7 +15,8 @@ void checkOptionalInteger(const JsonNode &parent, const std::string &key) {
         node->integer();
 }
 
-/// The four forms of a free value: an integer, a text, a map to texts and a map to Booleans.
+/// Checks for the four forms of a free value: an integer, a text, a map to texts, a map to
+/// Booleans.
 void checkFreeValue(const JsonNode &node) {
     if (node.json().is_string())
         return;
@@ -49,7 +50,7 @@ void checkAnswer(const JsonNode &answer) {
     answer["seenAt"].number();
     if (const auto answeredAt = answer.find("answeredAt"))
         answeredAt->number();
-    // An open question that was left empty is answered without a value.
+    // The answer to an open question that was left empty has no value.
     if (const auto value = answer.find("value"))
         checkFreeValue(*value);
 }

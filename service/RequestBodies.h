@@ -9,15 +9,16 @@
 #include <string>
 #include <vector>
 
-// The bodies that clients send. Each function checks the whole body, throws JsonError where it is
-// not as it must be, and gives back what the service acts on. Unknown keys are let through.
+// Readers of request bodies. Each function checks the whole body, throws JsonError if the body is
+// invalid, and returns the part on which the service acts. Unknown keys are ignored.
 namespace SurveyService {
 
+/// Returns the id of the user; absent for an anonymous visitor.
 std::optional<std::string> readVisitorRequest(const JsonNode &body);
 
 std::string readUserIdentifier(const JsonNode &body);
 
-/// Gives the event's name.
+/// Returns the name of the event.
 std::string readEvent(const JsonNode &body);
 
 void checkEventBatch(const JsonNode &body);
@@ -26,14 +27,14 @@ std::string readAttributeValue(const JsonNode &body);
 
 std::map<std::string, std::string> readAttributes(const JsonNode &body);
 
-/// Gives the keys to remove.
+/// Returns the keys to remove.
 std::vector<std::string> readAttributeRemoval(const JsonNode &body);
 
-/// A history record has to name the visitor's environment, and the visitor and the survey that its
-/// path names.
+/// Checks a history record. It must contain the visitor's environment, and the visitor and the
+/// survey of the path.
 void checkSurveyEvent(const JsonNode &body, const Visitor &visitor, std::int64_t surveyId);
 
-/// Gives the response group.
+/// Returns the response group.
 std::string readSurveyResponse(const JsonNode &body);
 
 void checkErrorReport(const JsonNode &body);

@@ -20,7 +20,7 @@ Answer methodNotAllowed(const std::string &allowed) {
 } // namespace
 
 Answer errorAnswer(int status, const std::string &reason) {
-    // Reasons quote what clients sent.
+    // The reason may quote invalid UTF-8 that a client sent.
     return {status, dumpLeniently({{"error", reason}}), {}};
 }
 

@@ -13,26 +13,27 @@
 
 namespace SurveyService {
 
-/// One request on its way to the handler of its route. Lives as long as the handler runs.
+/// A request for the handler of its route. The references are valid while the handler runs.
 struct Call {
     const httplib::Request &http;
     const std::string &body;
     const PathPattern::Captures &captures;
 
+    /// Returns the text that the pattern's name matched. The name must be in the pattern.
     const std::string &captured(std::string_view name) const { return captures.find(name)->second; }
-    /// For names that the pattern marks with a colon.
+    /// Returns the same as a number, for names that the pattern marks with a colon.
     std::int64_t capturedInteger(std::string_view name) const { return std::stoll(captured(name)); }
 };
 
-/// Finds the handler of a request and turns what it throws into an answer. Routes are added before
-/// the first request; after that it is used from any thread.
+/// Passes requests to handlers and turns their exceptions into error responses. Add all routes
+/// before the first request; after that, the router is thread-safe.
 class Router {
 public:
     using Handler = std::function<Answer(const Call &)>;
 
     void add(std::string method, std::string_view pattern, Handler handler);
 
-    /// HEAD is answered like GET.
+    /// Returns the handler's response, or an error response. HEAD is treated like GET.
     Answer answer(const httplib::Request &request, const std::string &body) const;
 
 private:
@@ -47,7 +48,7 @@ private:
     std::vector<Route> m_routes;
 };
 
-/// {"error": reason} with that status.
+/// Returns a response of that status with the body {"error": reason}.
 Answer errorAnswer(int status, const std::string &reason);
 
 } // namespace SurveyService

@@ -4,18 +4,19 @@
 #include "service/Router.h"
 #include "service/SurveyCatalogue.h"
 
-// The paths of the service by topic. What is passed must outlive the router.
+// The routes of the service, by topic. The arguments must outlive the router.
 namespace SurveyService {
 
-/// Configuration of an environment, and its visitors.
+/// Adds the configuration of an environment, and its visitors.
 void addVisitorRoutes(Router &router, const SurveyCatalogue &surveys, RecordStore &records);
 
-/// Tracked events, single and in batches, and the surveys they trigger.
+/// Adds tracked events, single and in batches, and the surveys that they trigger.
 void addEventRoutes(Router &router, const SurveyCatalogue &surveys, RecordStore &records);
 
+/// Adds setting and removing attributes, one by one and in bulk.
 void addAttributeRoutes(Router &router, RecordStore &records);
 
-/// Survey history, responses and error reports, and reading everything back.
+/// Adds survey history, responses, error reports and GET /records.
 void addReportRoutes(Router &router, RecordStore &records);
 
 } // namespace SurveyService

@@ -2,7 +2,7 @@
 
 namespace SurveyService {
 
-/// The text of surveys/sample.json, which is served when no surveys file is given.
+/// The text of surveys/sample.json. It is used if no surveys file is given.
 extern const char *const sampleSurveys;
 
 } // namespace SurveyService

@@ -5,7 +5,7 @@
 namespace SurveyService {
 namespace {
 
-/// How long to wait for another program that looks into the file.
+/// How long to wait while another program uses the file.
 constexpr std::chrono::milliseconds busyTimeout{2000};
 
 sqlite3 *openDatabase(const std::string &file) {
@@ -102,7 +102,7 @@ SqlTransaction::~SqlTransaction() {
     try {
         m_database->runScript("ROLLBACK");
     } catch (const SqlError &) {
-        // SQLite has undone the transaction by itself, as it does when the disk is full.
+        // SQLite may already have rolled back the transaction, for example if the disk is full.
     }
 }
 

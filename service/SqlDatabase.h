@@ -12,12 +12,12 @@
 
 namespace SurveyService {
 
-/// What SQLite complains of, in its own words.
+/// An error of SQLite, with SQLite's own message.
 class SqlError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// One statement with its values bound, and the row it stands on. Texts may hold zero bytes.
+/// A statement with its bound values and its current row. Texts may contain zero bytes.
 class SqlStatement {
 public:
     template <typename... Values>
@@ -28,7 +28,7 @@ public:
     }
     SqlStatement(sqlite3 *database, std::string_view sql);
 
-    /// Goes to the next row; false after the last.
+    /// Moves to the next row. Returns false after the last one.
     bool next();
 
     int columns() const;
@@ -52,22 +52,22 @@ private:
     std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt *)> m_statement;
 };
 
-/// An open database file. To be used by one thread at a time.
+/// An open database file. Use it on one thread at a time.
 class SqlDatabase {
 public:
-    /// Makes the file when it is missing. Throws SqlError when it is no database.
+    /// Creates the file if it does not exist. Throws SqlError if the file is not a database.
     explicit SqlDatabase(const std::string &file);
 
-    /// Calls `read` with each row. The statement always runs to its end: the write-ahead log
-    /// shrinks and a failed commit shows only there, also when INSERT ... RETURNING gives a single
-    /// row.
+    /// Calls `read` for each row. The statement always runs to its end, even if INSERT ...
+    /// RETURNING yields a single row: only there does the write-ahead log shrink and a failed
+    /// commit show.
     template <typename Read, typename... Values>
     void readAll(Read read, std::string_view sql, const Values &...values) {
         SqlStatement statement(m_connection.get(), sql, values...);
         while (statement.next())
             read(std::as_const(statement));
     }
-    /// What `read` makes of the first row; absent when there is none.
+    /// Returns the result of `read` for the first row; absent if there is none.
     template <typename Read, typename... Values>
     auto readFirst(Read read, std::string_view sql, const Values &...values) {
         std::optional<std::invoke_result_t<Read, const SqlStatement &>> first;
@@ -78,18 +78,19 @@ public:
         readAll(keepFirst, sql, values...);
         return first;
     }
+    /// Runs a statement and ignores its rows.
     template <typename... Values>
     void run(std::string_view sql, const Values &...values) {
         readAll([](const SqlStatement &) {}, sql, values...);
     }
-    /// Several statements, separated by semicolons.
+    /// Runs several statements that are separated by semicolons.
     void runScript(const char *sql);
 
 private:
     std::unique_ptr<sqlite3, int (*)(sqlite3 *)> m_connection;
 };
 
-/// Begins a transaction, which is undone unless committed.
+/// Begins a transaction. The destructor rolls it back unless it was committed.
 class SqlTransaction {
 public:
     explicit SqlTransaction(SqlDatabase &database);

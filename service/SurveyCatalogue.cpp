@@ -8,7 +8,7 @@
 namespace SurveyService {
 namespace {
 
-// Question types and comparators are not looked up in a list: a client has to bear unknown ones.
+// Question types and comparators are not checked, because clients must cope with unknown ones.
 void checkQuestion(const JsonNode &question) {
     question["name"].integer();
     question["type"].text();
@@ -67,7 +67,7 @@ void checkCatalogue(const JsonNode &catalogue) {
     }
 }
 
-/// "en" of "en-GB", "en_GB;q=0.9" and "EN".
+/// Returns "en" for "en-GB", "en_GB;q=0.9" and "EN".
 std::string primaryLanguage(std::string_view tag) {
     tag.remove_prefix(std::min(tag.find_first_not_of(" \t"), tag.size()));
     std::string language(tag.substr(0, tag.find_first_of("-_; \t")));
@@ -80,7 +80,7 @@ std::string primaryLanguage(std::string_view tag) {
 
 SurveyCatalogue::SurveyCatalogue(const std::string &text) {
     checkCatalogue(JsonNode::parse(text));
-    // Read again with the keys in the order of the file, in which they are sent.
+    // Parsed again to keep the keys in the order of the file, in which they are sent.
     auto catalogue = nlohmann::ordered_json::parse(text);
     if (catalogue.contains("configuration"))
         m_configuration = std::move(catalogue["configuration"]);
@@ -95,7 +95,7 @@ const SurveyCatalogue::Entry *SurveyCatalogue::findByEvent(std::string_view even
     for (const Entry &entry : m_entries)
         if (entry.event == event)
             candidates.push_back(&entry);
-    // Clients list languages from the most to the least wanted; the weights say the same.
+    // Clients list languages in order of preference, so the weights are not needed.
     while (!acceptLanguage.empty()) {
         const auto comma = std::min(acceptLanguage.find(','), acceptLanguage.size());
         const std::string wanted = primaryLanguage(acceptLanguage.substr(0, comma));

@@ -8,27 +8,28 @@
 
 namespace SurveyService {
 
-/// The surveys to hand out and the configuration to answer with, as read from a surveys file.
-/// Never changes, so it may be read from any thread.
+/// The surveys and the configuration that the service sends, read from a surveys file. Immutable,
+/// so it may be used on any thread.
 class SurveyCatalogue {
 public:
     struct Entry {
         std::string event;
-        std::string locale; ///< empty when the survey names none
+        std::string locale; ///< empty if the survey has none
         std::int64_t surveyId = 0;
         nlohmann::ordered_json survey;
     };
 
-    /// Throws JsonError, naming the place, for text that is not a surveys file.
+    /// Parses a surveys file. Throws JsonError with the position of the first error.
     explicit SurveyCatalogue(const std::string &text);
 
-    /// The configuration answer as JSON.
+    /// Returns the configuration as JSON.
     std::string configuration() const { return m_configuration.dump(); }
 
-    /// The survey that the event triggers: of several the one in the first language of
-    /// `acceptLanguage` that there is, else the first. Null when there is none.
+    /// Returns the survey that the event triggers; null if there is none. If several surveys have
+    /// the same event, the first language of `acceptLanguage` for which there is one decides. If
+    /// there is none in any of these languages, the first survey is returned.
     const Entry *findByEvent(std::string_view event, std::string_view acceptLanguage) const;
-    /// Null when there is none.
+    /// Returns the survey with that id; null if there is none.
     const Entry *findById(std::int64_t surveyId) const;
 
 private:
@@ -36,7 +37,8 @@ private:
     std::vector<Entry> m_entries;
 };
 
-/// The survey as one visitor gets it, as JSON. `group` is the response group of this showing.
+/// Returns the survey as JSON, as it is sent to that visitor. `group` is the response group of this
+/// showing.
 std::string surveyFor(const SurveyCatalogue::Entry &entry, std::int64_t visitorId,
                       const std::string &group);
 

@@ -14,7 +14,7 @@ Answer visitorAnswer(const Visitor &visitor) {
 
 Answer registerVisitor(const Call &call, RecordStore &records) {
     const auto userId = readVisitorRequest(JsonNode::parse(call.body));
-    // A client that still has its token stays who it is.
+    // A client that still has its token keeps its visitor.
     return visitorAnswer(records.findOrAddVisitor(call.captured("env"), userId, bearerToken(call)));
 }
 

@@ -82,7 +82,7 @@ std::vector<std::string> addressesOf(const Options &options) {
 
 using Servers = std::vector<std::unique_ptr<HttpServer>>;
 
-/// Binds one server to each address, all to the same port. Gives the port.
+/// Binds one server to each address, all to the same port. Returns the port.
 int bindServers(Servers &servers, const Options &options, const HttpServer::Handler &handler) {
     int port = options.port;
     for (const std::string &address : addressesOf(options)) {
@@ -92,7 +92,7 @@ int bindServers(Servers &servers, const Options &options, const HttpServer::Hand
     return port;
 }
 
-/// The same, again while a free port of the first address is in use on the second.
+/// Does the same, and retries while the port picked on the first address is in use on the second.
 int bindServersToFreePort(Servers &servers, const Options &options,
                           const HttpServer::Handler &handler) {
     for (int attempt = 1;; ++attempt) {
@@ -107,7 +107,7 @@ int bindServersToFreePort(Servers &servers, const Options &options,
     }
 }
 
-/// Serves until SIGINT or SIGTERM comes, which must be blocked in every thread.
+/// Serves until SIGINT or SIGTERM arrives. These signals must be blocked in every thread.
 void serveUntilSignal(const Servers &servers) {
     std::vector<std::jthread> runners;
     for (const auto &server : servers)
