@@ -5,8 +5,8 @@
 
 #include <cstdlib>
 
-// A host without the library: the floor under the one with it.
-//   kestrio-bench-bare idle [online] | read FILE | quit
+// A host without the library. It is the floor for the host with the library.
+//     kestrio-bench-bare idle [online] | read FILE | quit
 
 using namespace Qt::StringLiterals;
 

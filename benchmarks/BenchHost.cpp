@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Qt keeps the thread that looked a host name up for half a minute.
+/// Qt keeps the thread of a host name look-up for 30 seconds.
 constexpr auto idleAfter = 35s;
 
 void report(const QJsonObject &figures) {
@@ -29,7 +29,7 @@ double milliseconds(std::chrono::steady_clock::duration time) {
     return std::chrono::duration<double, std::milli>(time).count();
 }
 
-/// In KiB.
+/// Returns KiB.
 int privateDirtyMemory() {
     QFile file(u"/proc/self/smaps_rollup"_s);
     if (!file.open(QIODevice::ReadOnly))

@@ -8,23 +8,24 @@
 #include <functional>
 #include <optional>
 
-/// What every host does, with the library or without: an application, a window on screen and, with
-/// "online" as its second argument, a request by a network manager of its own. What it measures
-/// goes to standard output as one line of JSON.
+/// The part that hosts with and without the library share: an application, a window on screen and,
+/// if the second argument is "online", a request by its own network manager. Results are written to
+/// standard output as one line of JSON.
 class BenchHost {
 public:
     BenchHost(int &argc, char **argv);
 
-    /// What it is to do: the first argument.
+    /// Returns the first argument, which selects what the host does.
     QString mode() const;
-    /// The argument after it.
+    /// Returns the second argument.
     QString detail() const;
 
-    /// Reports how long `block` takes, in microseconds, and ends.
+    /// Runs `block`, reports its duration in microseconds and ends the host.
     static void reportTimeOf(const std::function<void()> &block);
-    /// Reports its private memory and its threads once Qt's look-ups of host names have ended.
+    /// Reports the host's private memory and number of threads, once Qt's host name look-ups have
+    /// ended.
     static void reportWhenIdle();
-    /// Reports the time on the machine's monotonic clock, in milliseconds, and quits.
+    /// Reports the time of the machine's monotonic clock in milliseconds, and quits.
     static void quit();
 
     static int run();

@@ -19,9 +19,9 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int calls = 1000;
-/// Long enough for the other thread to fall asleep: waking it is the dearest part of a call.
+/// Long enough for the other thread to fall asleep. Waking it is the most expensive part of a call.
 constexpr auto untilAsleep = 1ms;
-/// From the visitor's answer until calls are no longer held.
+/// Covers the time from the visitor's response until calls are no longer held.
 constexpr auto untilReady = 200ms;
 constexpr auto step = 10ms;
 constexpr int mostSteps = 1000;

@@ -8,7 +8,7 @@
 #include <functional>
 
 // A host with the library.
-//   kestrio-bench-host idle [online] | configure | quit ENVIRONMENT
+//     kestrio-bench-host idle [online] | configure | quit ENVIRONMENT
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -19,7 +19,7 @@ constexpr auto environment = "answers"_L1;
 constexpr int callsBeforeQuit = 1000;
 constexpr auto step = 10ms;
 
-/// Calls `then` from the event loop once there is a visitor.
+/// Calls `then` from the event loop as soon as there is a visitor.
 void whenVisitor(const std::function<void()> &then) {
     QTimer::singleShot(step, qApp, [then] {
         if (Kestrio::shared().visitorIdentifier())

@@ -31,10 +31,10 @@ namespace {
 
 constexpr QSize windowSize(1280, 800);
 constexpr QColor themeColor(0x3B, 0x5B, 0xDB);
-/// Longer than any of the movements.
+/// Longer than any animation.
 constexpr auto settlingTime = 800ms;
 constexpr int presentations = 10;
-/// Of a movement of 200 ms, at 60 a second; half of them may be lost.
+/// Half of the frames of a 200 ms animation at 60 Hz; the other half may be dropped.
 constexpr std::size_t fewestFrames = 6;
 
 void settle() {
@@ -47,7 +47,7 @@ FrameRecorder &recorder() {
     return *static_cast<FrameRecorder *>(qApp);
 }
 
-/// A page with buttons in a row, one with buttons below one another, and the page that thanks.
+/// A survey of three pages: buttons in a row, buttons below one another, and the finish page.
 Survey survey() {
     Survey survey = debugSurvey();
     survey.questions.resize(2);
@@ -72,7 +72,8 @@ struct Movement {
     std::vector<double> frames;
 };
 
-/// In milliseconds: every movement of a survey over a window of some ninety widgets.
+/// Measures the frames of all animations of a survey over a window of about ninety widgets, in
+/// milliseconds.
 void surveyFrames(benchmark::State &state) {
     DemoWindow window;
     window.resize(windowSize);
@@ -124,7 +125,8 @@ private:
     bool m_isPainted = false;
 };
 
-/// `show` returns what it has shown over the window; its time counts, and that until it is painted.
+/// `show` shows something over the window and returns it. The time includes `show` and the first
+/// paint.
 template <typename Show>
 void timeFirstFrame(benchmark::State &state, const Show &show) {
     DemoWindow window;
@@ -155,7 +157,7 @@ void present(benchmark::State &state) {
 }
 BENCHMARK(present)->Iterations(presentations)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-/// A modal dialog with the controls of the survey's first page, all of them Qt's own.
+/// Shows a modal dialog with the controls of the survey's first page as plain Qt widgets.
 QWidget *showDialog(QWidget *window) {
     auto *const dialog = new QDialog(window);
     auto *const page = new QWidget;
@@ -186,7 +188,7 @@ void presentDialog(benchmark::State &state) {
 }
 BENCHMARK(presentDialog)->Iterations(presentations)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-/// What any frame of the window's size costs at least.
+/// The least that any frame of the window's size costs.
 void fillWindowOnce(benchmark::State &state) {
     QImage image(windowSize * qApp->devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
     for ([[maybe_unused]] auto iteration : state)

@@ -5,8 +5,8 @@
 #include <chrono>
 #include <vector>
 
-/// An application that measures what each frame costs: all that is painted for one update of a
-/// window.
+/// An application that measures the cost of each frame: the time of all painting for one update of
+/// a window.
 class FrameRecorder final : public QApplication {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
 
     bool notify(QObject *receiver, QEvent *event) override;
 
-    /// The frames since the last call.
+    /// Returns the durations of the frames since the last call.
     std::vector<Milliseconds> takeFrames();
 
 private:

@@ -2,11 +2,11 @@
 
 #include "KestrioKit/Core/Queue/PersistentQueue.h"
 
-/// As many records as the state file holds at most: so many of each kind. Their visitor is
-/// number 7.
+/// Returns a full state: `recordsOfAKind` records of each kind, which is the most that the state
+/// file holds with that limit. The visitor is `visitorOfFullState`.
 KestrioKit::PersistentQueue fullState(qint64 recordsOfAKind);
 inline constexpr qint64 visitorOfFullState = 7;
 
-/// How many records of a kind may wait by default, and at most.
+/// The default and the largest limit of records per kind.
 inline constexpr qint64 defaultLimit = 25;
 inline constexpr qint64 largestLimit = 10'000;

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int startsOfConfigure = 20;
 constexpr int quits = 5;
-/// Older events are dropped.
+/// Beyond this number, the oldest events are dropped.
 constexpr qsizetype mostStored = 25;
 constexpr int hostsAtOnce = 3;
 constexpr auto bareHost = "kestrio-bench-bare"_L1;
@@ -28,7 +28,7 @@ QProcessEnvironment environment(const QTemporaryDir &data) {
     return environment;
 }
 
-/// How many events the host has left in its state file; -1 when there is none.
+/// Returns how many events the host left in its state file; -1 if there is no file.
 qsizetype storedEvents(const QTemporaryDir &data) {
     QFile file(data.filePath(u"kestrio-bench/Kestrio/SubmissionQueue.json"_s));
     if (!file.open(QIODevice::ReadOnly))
@@ -53,7 +53,7 @@ void timeCall(benchmark::State &state, const QString &program, const QStringList
     state.counters["median"] = quantile(microseconds, 0.5);
 }
 
-/// The first call in a process, with an identity and a state from the time before.
+/// Measures the first call in a process that finds an identity and a state from an earlier run.
 void configure(benchmark::State &state) {
     const QTemporaryDir data;
     if (!serviceRuns() || !Program(host, {u"quit"_s, u"answers"_s}, environment(data)).finish())
@@ -72,14 +72,14 @@ void readFile(benchmark::State &state) {
 }
 BENCHMARK(readFile)->Iterations(startsOfConfigure)->UseManualTime();
 
-/// Several at once, since each takes half a minute to be idle.
+/// Runs several hosts in parallel, because each takes half a minute to become idle.
 void idle(benchmark::State &state, const QString &program, const QStringList &arguments) {
     if (!serviceRuns())
         return state.SkipWithError("there is no service");
     std::vector<double> memory;
     std::vector<double> threads;
     for ([[maybe_unused]] auto iteration : state) {
-        // Hosts that shared a folder would look after each other.
+        // Hosts that share a folder would look at each other's files.
         const QTemporaryDir data[hostsAtOnce];
         std::deque<Program> hosts;
         for (const QTemporaryDir &own : data)
@@ -100,8 +100,8 @@ BENCHMARK_CAPTURE(idle, configured, host, {u"idle"_s})->Iterations(1);
 BENCHMARK_CAPTURE(idle, bare_online, bareHost, {u"idle"_s, u"online"_s})->Iterations(1);
 BENCHMARK_CAPTURE(idle, configured_online, host, {u"idle"_s, u"online"_s})->Iterations(1);
 
-/// From the host's call of quit() until the process is gone. At least `records` are in its state
-/// file then.
+/// Measures the time from the host's call of quit() until the end of the process. The state file
+/// must then hold at least `records` events.
 void quit(benchmark::State &state, const QString &program, const QStringList &arguments,
           qsizetype records) {
     if (!serviceRuns())

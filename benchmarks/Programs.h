@@ -6,24 +6,26 @@
 
 #include <vector>
 
-/// The value that `part` of the values, 0 to 1, do not exceed; 0 where there are none.
+/// Returns the value that the fraction `part` (0 to 1) of the values does not exceed; 0 without
+/// values.
 double quantile(std::vector<double> values, double part);
 
-/// A program beside this one, started with this environment; ends with this object.
+/// A program that is started from the folder of this one. It ends with this object.
 class Program {
 public:
     Program(const QString &name, const QStringList &arguments,
             const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment());
     ~Program();
 
-    /// The first line that it prints that begins with `start`; empty when it ends without one.
+    /// Returns the next output line that starts with `start`; empty if the program ends without
+    /// one.
     QByteArray line(const char *start);
-    /// Waits for its end; false when it failed.
+    /// Waits for the end of the program. Returns false if it failed.
     bool finish();
 
 private:
     QProcess m_process;
 };
 
-/// Whether the service on port 8080, which every case shares, runs; it is started the first time.
+/// Starts the service on port 8080 at the first call; all cases share it. Returns whether it runs.
 bool serviceRuns();

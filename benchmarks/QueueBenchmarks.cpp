@@ -26,7 +26,7 @@ namespace {
 constexpr auto stateFile = "SubmissionQueue"_L1;
 constexpr qint64 maximumSize = 1 << 30;
 constexpr int kinds = 5;
-/// Of the default limit; of the largest, each takes so much longer.
+/// Repetitions for the default limit and for the largest limit, which takes longer in proportion.
 constexpr int drains = 20;
 constexpr int saves = 200;
 constexpr int drainsOfMany = 1;
@@ -38,13 +38,13 @@ double secondsSince(SteadyClock::time_point start) {
     return std::chrono::duration<double>(SteadyClock::now() - start).count();
 }
 
-/// Passes requests on, remembers them, and tells when the answer to the last one was handled.
+/// Forwards requests, records them, and reports when the last response has been handled.
 class WatchedTransport final : public URLTransport {
 public:
     WatchedTransport(Executor &executor, qint64 requests)
         : m_transport(executor, Clock::system()), m_expected(requests) {}
 
-    /// To be called, and calls `done`, on the library's thread.
+    /// Called on the library's thread. `done` is called there, too.
     void watch(Block done) {
         m_requests.clear();
         m_answers = m_successes = 0;
@@ -74,7 +74,7 @@ private:
     Block m_done;
 };
 
-/// A folder that the library's one object, which other benchmarks use, does not own.
+/// A folder that is separate from that of the library's shared object, which other benchmarks use.
 class FolderOfItsOwn {
 public:
     FolderOfItsOwn() { QCoreApplication::setApplicationName(m_name + u"-queue"_s); }
@@ -85,14 +85,14 @@ private:
     const QString m_name = QCoreApplication::applicationName();
 };
 
-/// A queue with a full state, as it is after a start without a network.
+/// A queue with a full state, as after a start without a network.
 class WaitingQueue {
 public:
     explicit WaitingQueue(qint64 recordsOfAKind) : m_recordsOfAKind(recordsOfAKind) {
         m_builder->setVisitorIdentifier(visitorOfFullState);
         refill();
     }
-    /// Has the file filled, and loaded, again.
+    /// Fills the file and loads it again.
     void refill() {
         m_queue.reset();
         runBehind([] {});
@@ -103,8 +103,8 @@ public:
         m_queue = SubmissionQueue::make(m_service, m_context, m_recordsOfAKind);
         runBehind([] {});
     }
-    /// Runs `block` on the library's thread, behind all that waits there, and waits for it and for
-    /// what is written then.
+    /// Runs `block` on the library's thread after all waiting blocks. Waits for it and for the
+    /// writes that it causes.
     void runBehind(const Block &block) {
         std::promise<void> done;
         m_thread.post([&] {
@@ -113,7 +113,8 @@ public:
         });
         done.get_future().wait();
     }
-    /// Lets the network come, waits for the last answer, and returns how many seconds that took.
+    /// Makes the network available, waits for the last response and returns the duration in
+    /// seconds.
     double drain() {
         QEventLoop loop;
         double seconds = 0;
@@ -138,7 +139,7 @@ private:
     LibraryThread m_thread{Clock::system()};
     TransientThread m_fileThread;
     std::shared_ptr<ManualFlagsSource> m_flagsSource = std::make_shared<ManualFlagsSource>();
-    // The events go together.
+    // All events are sent in one batch.
     std::shared_ptr<WatchedTransport> m_transport =
         std::make_shared<WatchedTransport>(m_thread, (kinds - 1) * m_recordsOfAKind + 1);
     LibraryContext m_context{.clock = Clock::system(),
@@ -161,8 +162,8 @@ void writeAtomically(benchmark::State &state, const QString &file, const QByteAr
         state.SkipWithError("the file cannot be written");
 }
 
-/// Until it is on disk; the part of the calling thread besides. The floor is measured in turn with
-/// it: how long a disk takes to sync changes from second to second.
+/// Measures a save until it is on disk, and separately the part on the calling thread. The floor is
+/// measured alternately, because the time of a disk sync varies from second to second.
 void save(benchmark::State &state) {
     WaitingQueue waiting(state.range(0));
     Storage::remove(stateFile);
@@ -251,7 +252,7 @@ double postAll(QNetworkAccessManager &manager, const QList<URLRequest> &requests
     return secondsSince(start);
 }
 
-/// The requests of `drain`, by a network manager alone.
+/// Sends the requests of `drain` with a plain network manager.
 void postBare(benchmark::State &state) {
     if (!serviceRuns())
         return state.SkipWithError("there is no service");

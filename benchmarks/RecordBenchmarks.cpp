@@ -23,7 +23,7 @@ constexpr auto repeated = [](auto *registered) {
     registered->Unit(benchmark::kMicrosecond)->Repetitions(repetitions)->ReportAggregatesOnly();
 };
 
-/// About 3 KB.
+/// Returns a survey of about 3 KB.
 QByteArray surveyText() {
     QByteArray questions;
     for (int name = 1; name <= 8; ++name)
@@ -69,7 +69,8 @@ void encodeState(benchmark::State &state) {
 BENCHMARK(encodeState)->Apply(repeated)->Apply(forBothLimits);
 
 void writeStateAsText(benchmark::State &state) {
-    // Without quotes, which the writer would escape: as many bytes come out as there are.
+    // The text has no quotes, which the writer would escape, so input and output have the same
+    // size.
     const QString text =
         QString::fromUtf8(encodeJSON(fullState(state.range(0)))).replace(u'"', u' ');
     for ([[maybe_unused]] auto iteration : state) {

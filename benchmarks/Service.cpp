@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <thread>
 
-// The least service that the library can talk to, in a process of its own so that it takes no time
-// of the threads that are measured. How it treats a visitor's requests goes by the environment that
-// the visitor was asked for in: "answers", "refuses" or "silent". It ends with its standard input.
+// The smallest service that the library can use, in a separate process so that it takes no time
+// from the measured threads. The environment of the visitor selects how it treats that visitor's
+// requests: "answers", "refuses" or "silent". It ends when its standard input is closed.
 
 namespace {
 
@@ -15,7 +15,7 @@ constexpr int port = 8080;
 constexpr std::size_t threads = 64;
 constexpr std::size_t requestsPerConnection = 1'000'000;
 constexpr int forbidden = 403;
-/// Longer than any host may take to quit; without an end the threads would run out.
+/// Longer than any host may take to quit. It must end, or the service would run out of threads.
 constexpr std::chrono::seconds silence{3};
 
 bool has(const httplib::Request &request, const char *part) {
@@ -47,7 +47,7 @@ int main() {
     server.set_keep_alive_max_count(requestsPerConnection);
     server.set_keep_alive_timeout(std::chrono::seconds(std::chrono::minutes(10)).count());
     server.set_tcp_nodelay(true);
-    // httplib's own choice fails for a minute after another program had the port.
+    // With httplib's default, binding fails for a minute after another program used the port.
     server.set_socket_options([](socket_t socket) {
         const int on = 1;
         setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);

@@ -8,7 +8,7 @@
 int main(int argc, char **argv) {
     const QTemporaryDir data;
     qputenv("XDG_DATA_HOME", QFile::encodeName(data.path()));
-    // The service of the benchmarks stands where this makes the library look.
+    // With this variable, the library looks for the service where the benchmarks run it.
     qputenv("KESTRIO_ENVIRONMENT", "local");
     FrameRecorder application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("kestrio-bench"));

@@ -1,5 +1,5 @@
-# The table of all rows, in Markdown, from Google Benchmark's JSON: $one and $two for the scales 1
-# and 2, and $library, the size of the stripped library in KiB.
+# Prints the Markdown table of all rows from Google Benchmark's JSON. $one and $two are the results
+# at scales 1 and 2, $library is the size of the stripped library in KiB.
 
 def found($results; $name):
   [$results[0].benchmarks[] | select(.run_name | . == $name or startswith($name + "/"))]
@@ -8,15 +8,15 @@ def found($results; $name):
     elif .error_occurred then error($name + ": " + .error_message)
     else . end;
 def counter($name; $key): found($one; $name)[$key];
-# Of the processor alone: nothing is waited for in these.
+# Processor time only, because nothing waits in these rows.
 def time($name): found($one; $name).cpu_time;
 
 def number: if . >= 100 then round elif . >= 10 then . * 10 | round / 10 else . * 100 | round / 100 end
   | tostring;
 def with($unit): number + " " + $unit;
 
-# upTo and most: limits of the measured figure; more: a limit of its difference to the floor; times
-# and least: limits of its ratio to the floor.
+# upTo and most limit the measured figure, more limits its difference to the floor, and times and
+# least limit its ratio to the floor.
 def row($what; $unit; $measured; $floor; $goal):
   (if $floor then $measured / $floor else null end) as $ratio
   | ([if $goal.upTo then "at most \($goal.upTo) \($unit)" else empty end,
@@ -45,7 +45,7 @@ def present($results; $scale):
   row("`presentSurvey` to the first frame, scale \($scale)"; "ms"; found($results; "present").median;
       found($results; "presentDialog").median; {most: 30, times: 1.5});
 
-# What the library adds to a host; the floor is the host without it.
+# The amount that the library adds to a host; the floor is the host without the library.
 def added($what; $suffix; $key; $unit; $goal):
   counter("idle/configured" + $suffix; $key) as $with
   | counter("idle/bare" + $suffix; $key) as $without
@@ -54,7 +54,7 @@ def added($what; $suffix; $key; $unit; $goal):
 def track($when; $part; $what; $goal):
   row($what; "µs"; counter("track/" + $when; $part); counter("postEmptyBlock/" + $when; $part); $goal);
 
-# Where there is much to write, its text must be made, too: $making is the least time for that.
+# For large states, the floor includes $making, the least time for producing the text.
 def state($limit; $what; $making; $savingGoal):
   row("encoding \($what)"; "µs"; time("encodeState/" + $limit); time("writeStateAsText/" + $limit);
       {times: 2}),
