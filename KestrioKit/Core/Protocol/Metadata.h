@@ -9,7 +9,10 @@ namespace KestrioKit {
 
 namespace Request {
 
-/// The context in which something happened: screen, page, language and the caller's own entries.
+/// The context in which something happened: screen, page, language and the caller's own entries. A
+/// complete example with the entry "plan" in `extra`:
+///
+///     {"sw":1280,"sh":800,"pg":"Cart","l":"en","plan":"pro"}
 struct Metadata {
     using Extra = QMap<QString, CodableDynamicType>;
 

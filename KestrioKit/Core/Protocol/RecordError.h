@@ -15,7 +15,7 @@ struct RecordErrorDetails {
     friend bool operator==(const RecordErrorDetails &, const RecordErrorDetails &) = default;
 };
 
-/// Reports an error within the library to the service.
+/// Reports an error within the library to the service. Sent as POST to "/1/errors".
 struct RecordError {
     QString environmentId;
     /// The visitor at the time of the error; absent if there was none.

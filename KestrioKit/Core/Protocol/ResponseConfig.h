@@ -11,6 +11,8 @@
 namespace KestrioKit {
 
 /// The configuration of an environment, as the service returns it. Malformed fields are absent.
+///
+///     {"border":"#3B5BDB","theme":"light","volume":0.5}
 struct ResponseConfig {
     /// The surveys' tint as "#rrggbb"; the "#" may be missing. See `colorFromHex()`.
     std::optional<QString> borderColorHex;

@@ -8,7 +8,10 @@
 
 namespace KestrioKit {
 
-/// The visitor, as the service returns it.
+/// The visitor, as the service returns it. A response without "vid" is refused; the other fields
+/// are absent if they are missing or malformed.
+///
+///     {"vid":1,"token":"22C51FA0-2C5F-4383-8F83-3E82F7502192","userId":"user-7"}
 struct ResponseVisitors {
     /// The service's id of the visitor.
     qint64 visitorIdentifier = 0;

@@ -10,10 +10,15 @@ namespace KestrioKit {
 
 namespace Request {
 
+/// What happened to the survey or the question.
 enum class SurveyEventType { seen, closed };
 
-/// Reports that a survey or one of its questions was seen or closed on screen.
+/// Reports that a survey or one of its questions was seen or closed on screen. Sent as POST to
+/// "/1/visitors/VID/surveys/ID/history" with a body such as this:
+///
+///     {"eid":"shop","sid":1,"qid":11,"vid":7,"isNew":true,"action":"seen","responseGroupUid":"…"}
 struct SurveyEvent {
+    /// The id of the host's environment at the time of the event.
     QString environmentId;
     qint64 surveyId = 0;
     /// The question that was seen or closed; absent if the event concerns the whole survey.

@@ -9,10 +9,13 @@ namespace KestrioKit {
 
 namespace Request {
 
-/// The answer to one question.
+/// The answer to one question. A rating of 7 is sent as follows, with times in milliseconds:
+///
+///     {"questionId":11,"seenAt":1700000000000,"answeredAt":1700000004000,"value":7}
 struct SurveyQuestionResponse {
     /// The `name` of the question, which is its id.
     qint64 questionId = 0;
+    /// The answer: a number for scales, a text for open questions, a map for options.
     CodableDynamicType value;
     /// The time when the question was shown, in seconds since 1970.
     double seenAt = 0;
@@ -25,7 +28,8 @@ struct SurveyQuestionResponse {
                            const SurveyQuestionResponse &) = default;
 };
 
-/// The body of the request that submits a survey's answers.
+/// The body of the request that submits a survey's answers. Sent as POST to
+/// "/2/environments/ENV/visitors/VID/responses/submit".
 struct SurveyResponseBody {
     /// In the order in which the answers were given.
     QList<SurveyQuestionResponse> responses;
@@ -59,12 +63,14 @@ struct JSONCoding<Request::SurveyQuestionResponse> {
                        DecodingError &error);
 };
 
+/// The keys in the state file and in the request's body.
 template <>
 inline constexpr auto keyTable<Request::SurveyResponseBody> =
     std::tuple(required("responses", &Request::SurveyResponseBody::responses),
                required("meta", &Request::SurveyResponseBody::metadata),
                required("responseGroupUid", &Request::SurveyResponseBody::responseGroupUid));
 
+/// The keys in the state file. The request has the body only.
 template <>
 inline constexpr auto keyTable<Request::SurveyResponse> =
     std::tuple(required("surveyId", &Request::SurveyResponse::surveyId),

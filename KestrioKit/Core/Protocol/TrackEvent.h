@@ -9,7 +9,10 @@ namespace KestrioKit {
 
 namespace Request {
 
-/// An event that the host reported.
+/// An event that the host reported. Sent alone, it is a POST to "/1/visitors/VID/events", and the
+/// service may respond with a survey:
+///
+///     {"event":"Cart Viewed","metadata":{"l":"en"},"delayed":false,"timestamp":1700000000}
 struct TrackEvent {
     /// The event's name, as the host calls it.
     QString event;
@@ -24,7 +27,8 @@ struct TrackEvent {
 /// Returns an event that is dated with the current time of `clock`.
 TrackEvent makeTrackEvent(QString event, Metadata metadata, const Clock &clock);
 
-/// Several events in the order in which they happened, sent in one request.
+/// Several events in the order in which they happened. Sent in one POST to
+/// "/1/visitors/VID/events/batch"; the service returns no survey.
 struct BatchTrackEvent {
     QList<TrackEvent> events;
     /// The time when the batch was built, in whole seconds since 1970.

@@ -10,7 +10,8 @@ namespace KestrioKit {
 
 namespace Request {
 
-/// Requests a visitor: the visitor of the given user, or an anonymous visitor.
+/// Requests a visitor: the visitor of the given user, or an anonymous visitor. Sent as POST to
+/// "/1/environments/ENV/visitors". The response is a `ResponseVisitors`.
 struct Visitors {
     /// The host's id of the user; absent for an anonymous visitor.
     std::optional<QString> userIdentifier;
@@ -18,7 +19,9 @@ struct Visitors {
     friend bool operator==(const Visitors &, const Visitors &) = default;
 };
 
-/// Tells the service which user the visitor is.
+/// Tells the service which user the current visitor is. Sent as PUT to
+/// "/1/environments/ENV/visitors/VID". The response is a `ResponseVisitors`, which may name another
+/// visitor.
 struct UpdateUserIdentifier {
     QString userIdentifier;
 
