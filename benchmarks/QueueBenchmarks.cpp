@@ -26,7 +26,8 @@ namespace {
 constexpr auto stateFile = "SubmissionQueue"_L1;
 constexpr qint64 maximumSize = 1 << 30;
 constexpr int kinds = 5;
-/// Repetitions for the default limit and for the largest limit, which takes longer in proportion.
+/// Repetitions for the default limit. The largest limit gets fewer, as each takes longer in
+/// proportion.
 constexpr int drains = 20;
 constexpr int saves = 200;
 constexpr int drainsOfMany = 1;

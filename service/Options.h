@@ -23,6 +23,7 @@ class UsageError : public std::runtime_error {
 /// Parses the arguments of `main`. Throws UsageError.
 Options parseOptions(int argc, const char *const *argv);
 
+/// The text of `--help`.
 extern const char *const helpText;
 
 } // namespace SurveyService

@@ -50,8 +50,9 @@ public:
     explicit RecordStore(const std::string &file);
 
     /// Returns the user's visitor if the environment knows the user. Otherwise returns the
-    /// environment's visitor with that token; it becomes this user's visitor unless it is already
-    /// another user's. If there is neither, adds a new visitor.
+    /// environment's visitor with that token, which becomes this user's visitor. If that visitor
+    /// already belongs to another user, or if no visitor has the token, adds a new visitor. Without
+    /// `userId`, the token alone decides.
     Visitor findOrAddVisitor(const std::string &environment,
                              const std::optional<std::string> &userId, const std::string &token);
     /// Returns the visitor with that token; absent if there is none.

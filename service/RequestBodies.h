@@ -16,15 +16,19 @@ namespace SurveyService {
 /// Returns the id of the user; absent for an anonymous visitor.
 std::optional<std::string> readVisitorRequest(const JsonNode &body);
 
+/// Returns the id of the user, which is required.
 std::string readUserIdentifier(const JsonNode &body);
 
 /// Returns the name of the event.
 std::string readEvent(const JsonNode &body);
 
+/// Checks the events of a batch and the batch's time.
 void checkEventBatch(const JsonNode &body);
 
+/// Returns the value of the attribute.
 std::string readAttributeValue(const JsonNode &body);
 
+/// Returns the values by key.
 std::map<std::string, std::string> readAttributes(const JsonNode &body);
 
 /// Returns the keys to remove.
@@ -37,6 +41,7 @@ void checkSurveyEvent(const JsonNode &body, const Visitor &visitor, std::int64_t
 /// Returns the response group.
 std::string readSurveyResponse(const JsonNode &body);
 
+/// Checks an error report.
 void checkErrorReport(const JsonNode &body);
 
 } // namespace SurveyService

@@ -31,6 +31,7 @@ public:
     /// Moves to the next row. Returns false after the last one.
     bool next();
 
+    /// The number of columns of the result. Columns are counted from 0.
     int columns() const;
     std::string_view columnName(int column) const;
     bool isNull(int column) const;
@@ -98,6 +99,7 @@ public:
     SqlTransaction(const SqlTransaction &) = delete;
     SqlTransaction &operator=(const SqlTransaction &) = delete;
 
+    /// Commits the transaction. Throws SqlError if that fails; the transaction is then rolled back.
     void commit();
 
 private:

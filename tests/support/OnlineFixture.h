@@ -18,6 +18,7 @@ public:
     TestTransport(std::shared_ptr<URLTransport> transport, QUrl server)
         : m_transport(std::move(transport)), m_server(std::move(server)) {}
 
+    /// Sets the server that receives all further requests.
     void setServer(const QUrl &server) { m_server.setValue(server); }
     /// Sets the time-out of every further request.
     void setTimeout(std::chrono::seconds timeout) { m_timeout = timeout; }
