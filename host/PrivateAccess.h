@@ -29,9 +29,9 @@ struct AnsweredSurvey {
     qint64 next = 0;
 };
 
-/// Answers the held survey as its screen does, and drops it. `json` is an array with one value per
-/// question. Returns the reason as a text if that is impossible; then nothing is reported, and the
-/// survey is still held.
+/// Answers the held survey as its screen does, and drops it. `json` is an array with the values in
+/// the order of the questions asked. If that is impossible, returns the reason as a text, reports
+/// nothing and keeps the survey.
 std::variant<AnsweredSurvey, QString> answerHeldSurvey(const QByteArray &json);
 
 /// Reports the held survey as closed at its first question, and drops it. Returns false if there is

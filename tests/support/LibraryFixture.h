@@ -17,7 +17,8 @@
 
 namespace KestrioKit {
 
-/// The library's thread. It also counts the blocks that it has still to run. Thread-safe.
+/// The library's thread. It also counts the blocks that were posted and the blocks that have run.
+/// Thread-safe.
 class CountedThread final : public Executor {
 public:
     explicit CountedThread(const Clock &clock) : m_thread(clock) {}

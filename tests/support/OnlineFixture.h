@@ -84,6 +84,7 @@ protected:
             network->take(0);
     }
 
+    /// Returns a context whose requests reach `server`.
     LibraryContext context() { return LibraryFixture::context(network); }
 
     /// Sets the response to requests that match `line`. The default is 200 with "{}".

@@ -20,11 +20,11 @@ namespace KestrioKit {
 /// The connection to the survey service. It holds the visitor's credentials, an authorized and an
 /// anonymous session, and whether the library is disabled. Thread-safe.
 ///
-/// Requests that return data are sent immediately. All other records go through the submission
-/// queue, which stores and retries them. Completions are called on the library's thread; while the
-/// library is disabled, they are called with an error before the operation returns. If a request
-/// cannot be built, for example because there is no visitor, nothing is sent and the completion is
-/// never called.
+/// Requests that return data are sent immediately. Their completions are called on the library's
+/// thread; while the library is disabled, they are called with an error before the operation
+/// returns. If such a request cannot be built, for example because there is no visitor, nothing is
+/// sent and the completion is never called. All other records go through the submission queue,
+/// which stores and retries them.
 class KestrioService final : public SubmissionSender,
                              public std::enable_shared_from_this<KestrioService> {
 public:
@@ -45,7 +45,9 @@ public:
     /// Sets the handler for errors that no caller waits for. Set it before the first request.
     void setErrorHandler(ErrorHandler handler) { m_errorHandler = std::move(handler); }
 
+    /// Returns the current visitor's bearer token; absent if there is none.
     std::optional<QString> authorizationToken() const override;
+    /// Returns the service's id of the current visitor; absent if there is none.
     std::optional<qint64> visitorIdentifier() const override;
     /// Sets the visitor and the token of all further requests. Records that are queued after this
     /// call belong to the new visitor. Records that were queued before remain with the previous
@@ -95,13 +97,15 @@ public:
     void setUserIdentifier(const QString &userIdentifier,
                            const Completion<ResponseVisitors> &completion);
     /// Reports an event with the current time. With `batch`, the event is queued and never returns
-    /// a survey. Otherwise it is sent immediately and may return one.
+    /// a survey; the completion is called on the main thread, as for the operations below.
+    /// Otherwise the event is sent immediately and may return a survey.
     void trackEvent(const QString &event, bool batch, const Completion<Survey> &completion);
     /// Fetches a survey by its id.
     void fetchSurvey(qint64 surveyId, const Completion<Survey> &completion);
 
     // The following operations queue a record. The completion is called on the main thread when the
-    // record's outcome is final. It is not called for a record that is dropped unsent.
+    // record is delivered, refused, given up or impossible to build. It is not called for a record
+    // that is dropped unsent.
     void setVisitorAttribute(const QString &key, const QString &value,
                              const SimpleCompletion &completion);
     void setVisitorAttributes(const QMap<QString, QString> &attributes,
@@ -120,12 +124,14 @@ public:
     void recordError(const Error &error, const std::optional<QString> &stack,
                      const Request::Metadata::Extra &extra);
 
+    /// Returns the builder of the current visitor's requests. It lives as long as this object.
     const KestrioServiceRequests &networkRequests() const override { return *m_networkRequests; }
     /// Sends a request with the given token and discards the response's body. The completion gets
     /// an error if the request failed, or if the status leaves open whether the service accepts the
     /// record.
     void sendSimpleRequest(const URLRequest &request, const std::optional<QString> &token,
                            SimpleCompletion completion) override;
+    /// Passes an error to the error handler, if one is set.
     void handleError(const Error &error) override;
 
     /// Calls `report` on the library's thread. `idle` is true if no request is in flight and no
