@@ -17,11 +17,6 @@ public:
 
 } // namespace
 
-DispatchTime operator+(DispatchTime time, double seconds) {
-    const auto delay = std::chrono::duration<double>(seconds);
-    return {time.sinceReference + std::chrono::duration_cast<std::chrono::nanoseconds>(delay)};
-}
-
 QString printedForm(DispatchTime time) {
     return QString::number(std::chrono::duration<double>(time.sinceReference).count(), 'f', 3);
 }

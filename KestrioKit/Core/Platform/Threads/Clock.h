@@ -17,8 +17,11 @@ struct DispatchTime {
     friend constexpr auto operator<=>(DispatchTime, DispatchTime) = default;
 };
 
-/// Returns the time `seconds` later.
-DispatchTime operator+(DispatchTime time, double seconds);
+/// Returns the time `seconds` later. Inline, because the core does not export it to front ends.
+inline DispatchTime operator+(DispatchTime time, double seconds) {
+    const auto delay = std::chrono::duration<double>(seconds);
+    return {time.sinceReference + std::chrono::duration_cast<std::chrono::nanoseconds>(delay)};
+}
 
 /// Returns the time as printed in log lines: seconds on the monotonic clock.
 QString printedForm(DispatchTime time);
