@@ -1,5 +1,5 @@
 # Prints the Markdown table of all rows from Google Benchmark's JSON. $one and $two are the results
-# at scales 1 and 2, $library is the size of the stripped library in KiB.
+# at scales 1 and 2, $core and $widgets are the sizes of the stripped libraries in KiB.
 
 def found($results; $name):
   [$results[0].benchmarks[] | select(.run_name | . == $name or startswith($name + "/"))]
@@ -84,7 +84,8 @@ def rows:
   added("memory, host with a request of its own"; "_online"; "KiB"; "KiB"; {most: 3072}),
   added("memory, host without"; ""; "KiB"; "KiB"; {most: 3072}),
   added("threads"; ""; "threads"; "threads"; {upTo: 2}),
-  row("stripped shared library"; "KiB"; $library; null; {most: 700}),
+  row("stripped Core"; "KiB"; $core; null; {most: 450}),
+  row("stripped Widgets"; "KiB"; $widgets; null; {most: 350}),
   (["answers", 300], ["refuses", 300], ["silent", 1000]
    | row("quitting after 1,000 calls, service \(.[0])"; "ms"; counter("quit/" + .[0]; "max");
          counter("quit/bare"; "max"); {most: .[1]}));
