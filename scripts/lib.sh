@@ -18,6 +18,8 @@ picture_packages=(fonts-inter fonts-noto-core fonts-noto-cjk fonts-noto-color-em
 accessibility_packages=(
     xvfb xauth dbus at-spi2-core gir1.2-atspi-2.0 python3-gi orca weston qt6-wayland
 )
+# Comparing the interfaces of shared libraries; reading the documents.
+package_packages=(abigail-tools binutils python3)
 # A compiler with fuzzers, their runtime, and names for their stack traces.
 fuzz_packages=(clang libclang-rt-14-dev llvm)
 
