@@ -20,10 +20,22 @@ QLatin1StringView capitalisedName(LogCategory category) {
     Q_UNREACHABLE();
 }
 
+LogLevel level(LogCategory category) {
+    switch (category) {
+    case LogCategory::debug:
+        return LogLevel::debug;
+    case LogCategory::info:
+        return LogLevel::info;
+    case LogCategory::error:
+        return LogLevel::error;
+    }
+    Q_UNREACHABLE();
+}
+
 } // namespace
 
 void logLine(const QString &message, LogCategory category) {
-    printLine(u"Kestrio - [%1]: %2"_s.arg(capitalisedName(category), message));
+    logLine(level(category), u"Kestrio - [%1]: %2"_s.arg(capitalisedName(category), message));
 }
 
 } // namespace KestrioKit

@@ -7,7 +7,7 @@ namespace KestrioKit {
 /// What a line of the facade's is about.
 enum class LogCategory { debug, info, error };
 
-/// Prints "Kestrio - [Category]: message" as one line on standard output, whatever the log level.
+/// Logs the line "Kestrio - [Category]: message", whatever "KESTRIO_LOG_LEVEL" says.
 void logLine(const QString &message, LogCategory category);
 
 } // namespace KestrioKit

@@ -1,10 +1,14 @@
 #include "KestrioKit/Core/Platform/Logging.h"
 
+#include "KestrioKit/Core/Platform/Threads/Atomic.h"
+
 #include <QRegularExpression>
 
 #include <array>
 #include <cstdio>
+#include <memory>
 #include <mutex>
+#include <utility>
 
 namespace KestrioKit {
 
@@ -62,6 +66,31 @@ void write(const QString &text) {
     std::fflush(stdout);
 }
 
+// Never destroyed: lines are logged while the process ends.
+Atomic<std::shared_ptr<const LogHandler>> &logHandler() {
+    static auto *const handler = new Atomic<std::shared_ptr<const LogHandler>>;
+    return *handler;
+}
+
+/// Hands the lines, each with its end, to `handler`; false when there is none to take them.
+bool handOver(LogLevel level, const QString &text) {
+    // A handler that logs through the library would call itself without end.
+    thread_local bool isHandling = false;
+    const std::shared_ptr<const LogHandler> handler = logHandler().value();
+    if (!handler || isHandling)
+        return false;
+    isHandling = true;
+    for (const QString &line : text.chopped(1).split(u'\n'))
+        (*handler)(level, line);
+    isHandling = false;
+    return true;
+}
+
+void writeLog(LogLevel level, const QString &text) {
+    if (!handOver(level, text))
+        write(text);
+}
+
 } // namespace
 
 QLatin1StringView rawValue(LogLevel level) {
@@ -88,6 +117,15 @@ bool passes(LogLevel level, LogLevel current) {
 
 void printLine(const QString &line) {
     write(singleLine(line) + u'\n');
+}
+
+void setLogHandler(LogHandler handler) {
+    logHandler().setValue(handler ? std::make_shared<const LogHandler>(std::move(handler))
+                                  : nullptr);
+}
+
+void logLine(LogLevel level, const QString &line) {
+    writeLog(level, singleLine(line) + u'\n');
 }
 
 QString printedForm(const QString &text) {
@@ -126,7 +164,7 @@ LogTrace::LogTrace(LogLevel level, QStringList messages)
 LogTrace::~LogTrace() {
     if (m_finished)
         return;
-    printLine(u"Unfinished Trace:"_s);
+    logLine(m_level, u"Unfinished Trace:"_s);
     print();
 }
 
@@ -153,7 +191,7 @@ void LogTrace::print() const {
                                                       QString::number(elapsed));
     for (const Entry &entry : m_entries)
         text += printedDate(entry.date) + u'\t' + singleLine(printedList(entry.messages)) + u'\n';
-    write(text);
+    writeLog(m_level, text);
 }
 
 } // namespace KestrioKit

@@ -28,6 +28,16 @@ bool passes(LogLevel level, LogLevel current);
 /// control characters and Unicode's line separators are escaped, as "\n" or "\u2028".
 void printLine(const QString &line);
 
+/// Takes a log line, without its end, and how much it matters.
+using LogHandler = std::function<void(LogLevel level, const QString &line)>;
+/// Has log lines handed to `handler` from now on, or printed again when it is empty. Thread-safe.
+/// The handler is called on the thread that logs; the one before may still be running on another
+/// thread when this returns.
+void setLogHandler(LogHandler handler);
+/// Logs one line, escaped as `printLine()` does: hands it to the log handler, or prints it. A line
+/// that the handler causes itself is printed. Thread-safe.
+void logLine(LogLevel level, const QString &line);
+
 /// The printed form of an item of a log line: texts in double quotes, the rest as it is. Types of
 /// other layers add their own overloads beside their declarations.
 QString printedForm(const QString &text);
@@ -47,7 +57,7 @@ QString printedList(const QStringList &printedForms);
 template <typename... Items>
 void KSLog(LogLevel level, const Items &...items) {
     if (passes(level, currentLogLevel()))
-        printLine(printedList({printedForm(items)...}));
+        logLine(level, printedList({printedForm(items)...}));
 }
 
 /// Lines about one undertaking, printed together when it has finished. For one user at a time.

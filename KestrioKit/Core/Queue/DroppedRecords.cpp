@@ -28,8 +28,9 @@ void DroppedRecords::print() {
     if (m_count == 0 || m_clock.now() < m_earliest)
         return;
     m_earliest = m_clock.now() + double(interval.count());
-    printLine(u"[SubmissionQueue] Records dropped because more than %1 of a kind waited: %2"_s.arg(
-        QString::number(m_queueLimit), QString::number(std::exchange(m_count, 0))));
+    logLine(LogLevel::error,
+            u"[SubmissionQueue] Records dropped because more than %1 of a kind waited: %2"_s.arg(
+                QString::number(m_queueLimit), QString::number(std::exchange(m_count, 0))));
 }
 
 } // namespace KestrioKit
