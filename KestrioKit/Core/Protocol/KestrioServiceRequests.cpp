@@ -45,16 +45,27 @@ bool isReadable(const QUrl &url) {
     return url.isValid() && QUrl::fromEncoded(url.toEncoded(), QUrl::StrictMode) == url;
 }
 
-QString hostFromEnvironment() {
+/// A host, and where it was named.
+struct NamedHost {
+    QString text;
+    QString source;
+};
+
+NamedHost namedHost(const QString &given) {
     constexpr auto environmentVariable = "KESTRIO_ENVIRONMENT";
     if (qEnvironmentVariableIsSet(environmentVariable)) {
         const QString environment = qEnvironmentVariable(environmentVariable);
         if (environment.contains("local"_L1))
-            return localHost;
-        return environment.contains("stag"_L1) ? QLatin1StringView(KESTRIO_STAGING_HOST)
-                                               : QLatin1StringView(KESTRIO_PRODUCTION_HOST);
+            return {localHost, {}};
+        return {environment.contains("stag"_L1) ? QLatin1StringView(KESTRIO_STAGING_HOST)
+                                                : QLatin1StringView(KESTRIO_PRODUCTION_HOST),
+                {}};
     }
-    return qEnvironmentVariable(hostVariable, QLatin1StringView(KESTRIO_PRODUCTION_HOST));
+    if (qEnvironmentVariableIsSet(hostVariable))
+        return {qEnvironmentVariable(hostVariable), QLatin1StringView(hostVariable)};
+    if (!given.isEmpty())
+        return {given, u"setServiceHost"_s};
+    return {QLatin1StringView(KESTRIO_PRODUCTION_HOST), {}};
 }
 
 // Returns the milliseconds since 1970, but at least the last number plus one. Reports of the same
@@ -131,6 +142,13 @@ QString KestrioServiceRequests::host() const {
     return m_host;
 }
 
+bool KestrioServiceRequests::setHost(const QString &host) {
+    if (m_isHostTaken)
+        return false;
+    m_givenHost.setValue(host);
+    return true;
+}
+
 std::unique_ptr<const KestrioServiceRequests>
 KestrioServiceRequests::forVisitor(std::optional<qint64> visitorIdentifier) const {
     auto requests = std::make_unique<KestrioServiceRequests>(m_clock);
@@ -146,13 +164,15 @@ KestrioServiceRequests::forVisitor(std::optional<qint64> visitorIdentifier) cons
 
 void KestrioServiceRequests::findHost() const {
     std::call_once(m_hostOnce, [this] {
-        const QString text = hostFromEnvironment();
+        m_isHostTaken = true;
+        const auto [text, source] = namedHost(m_givenHost.value());
         m_baseUrl = baseUrl(text);
         m_host = m_baseUrl ? m_baseUrl->host() : text;
         if (!m_baseUrl)
-            printLine(
+            logLine(
+                LogLevel::error,
                 u"[KestrioService] Nothing can be sent: %1 is not a host, with or without a port: %2"_s
-                    .arg(QLatin1StringView(hostVariable), printedForm(text)));
+                    .arg(source, printedForm(text)));
     });
 }
 

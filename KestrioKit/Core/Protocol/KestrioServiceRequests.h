@@ -9,6 +9,7 @@
 #include "KestrioKit/Core/Protocol/TrackEvent.h"
 #include "KestrioKit/Core/Protocol/Visitors.h"
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -50,9 +51,12 @@ public:
     /// afterwards. "KESTRIO_ENVIRONMENT" takes precedence: a value that contains "local" selects
     /// localhost, one that contains "stag" the staging host, any other value the production host.
     /// Otherwise "KESTRIO_HOSTNAME" names the host, optionally with the port that requests use, as
-    /// in "[::1]:3000". The default is the production host. An invalid value is logged once, and no
-    /// request is built.
+    /// in "[::1]:3000". Otherwise the host is the one given to `setHost()`, and by default the
+    /// production host. An invalid value is logged once, and no request is built.
     QString host() const;
+    /// Names the host, with or without a port; empty for production. Returns false, and changes
+    /// nothing, when the host has been taken already.
+    bool setHost(const QString &host);
 
     /// The version of the service's interface. It is the first segment of most paths.
     static constexpr QLatin1StringView version{"1"};
@@ -95,6 +99,8 @@ private:
     const Clock &m_clock;
     Atomic<QString> m_environment;
     Atomic<std::optional<qint64>> m_visitorIdentifier;
+    Atomic<QString> m_givenHost;
+    mutable std::atomic<bool> m_isHostTaken = false;
     mutable std::once_flag m_hostOnce;
     mutable QString m_host;
     /// The part of every URL before the path; absent if `m_host` is not a valid host.

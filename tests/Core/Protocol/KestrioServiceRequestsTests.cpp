@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 TEST(KestrioServiceRequestsTests, takesTheHostFromTheEnvironment) {
     const ManualClock clock;
     const struct {
-        QByteArray environment, host, expected;
+        QByteArray environment, host, expected, given = {};
     } cases[] = {
         {{}, {}, "https://" KESTRIO_PRODUCTION_HOST "/"},
         {"production", "service.test", "https://" KESTRIO_PRODUCTION_HOST "/"},
@@ -24,6 +24,9 @@ TEST(KestrioServiceRequestsTests, takesTheHostFromTheEnvironment) {
         {{}, "service.test:65535", "https://service.test:65535/"},
         {{}, "[::1]:3000", "https://[::1]:3000/"},
         {{}, "[::1]", "https://[::1]/"},
+        {{}, {}, "http://localhost:3000/", "localhost:3000"},
+        {{}, "service.test", "https://service.test/", "given.test"},
+        {"staging", {}, "https://" KESTRIO_STAGING_HOST "/", "given.test"},
         // No host names.
         {{}, "service.test/path", ""},
         {{}, "service.test:", ""},
@@ -34,14 +37,16 @@ TEST(KestrioServiceRequestsTests, takesTheHostFromTheEnvironment) {
         {{}, "user@service.test", ""},
         {{}, "", ""},
     };
-    for (const auto &[environment, host, expected] : cases) {
+    for (const auto &[environment, host, expected, given] : cases) {
         for (const auto &[name, value] :
              {std::pair("KESTRIO_ENVIRONMENT", environment), std::pair("KESTRIO_HOSTNAME", host)})
             value.isNull() ? qunsetenv(name) : qputenv(name, value);
         testing::internal::CaptureStdout();
-        const KestrioServiceRequests builder(clock);
+        KestrioServiceRequests builder(clock);
+        EXPECT_TRUE(builder.setHost(QString::fromLatin1(given)));
         const auto request = builder.newConfig();
         EXPECT_EQ(builder.newVisitors({}).has_value(), request.has_value());
+        EXPECT_FALSE(builder.setHost(u"late.test"_s));
         const std::string printed = testing::internal::GetCapturedStdout();
         EXPECT_EQ(std::ranges::count(printed, '\n'), request ? 0 : 1);
         EXPECT_EQ(printed.find("KESTRIO_HOSTNAME") == std::string::npos, request.has_value());
