@@ -64,6 +64,7 @@ public:
                                  m_done();
                          });
     }
+    void cancelAll() override { m_transport.cancelAll(); }
     int tasksInFlight() const override { return m_transport.tasksInFlight(); }
 
 private:

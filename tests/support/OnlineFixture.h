@@ -41,6 +41,7 @@ public:
                           [self = shared_from_this(), completion = std::move(completion)](
                               const URLResult &result) { self->deliver(completion, result); });
     }
+    void cancelAll() override { m_transport->cancelAll(); }
     int tasksInFlight() const override { return m_transport->tasksInFlight(); }
 
 private:

@@ -109,11 +109,11 @@ void NetworkTask::start() {
     connect(m_reply, &QNetworkReply::finished, this, &NetworkTask::replyFinished);
 }
 
-void NetworkTask::giveUp() {
+void NetworkTask::giveUp(const QString &reason) {
     // The request may be finished, since the reply is destroyed before the task.
     if (!m_completion)
         return;
-    m_gaveUp = true;
+    m_reason = reason;
     m_reply->abort();
 }
 
@@ -196,8 +196,8 @@ std::optional<Error> NetworkTask::failure() const {
     case QNetworkReply::OperationCanceledError:
         return transportError(
             m_request, QNetworkReply::TimeoutError,
-            m_gaveUp ? u"its answer took too long"_s
-                     : u"nothing arrived for %1 seconds"_s.arg(m_request.timeout.count()));
+            m_reason.isEmpty() ? u"nothing arrived for %1 seconds"_s.arg(m_request.timeout.count())
+                               : m_reason);
     case QNetworkReply::ContentReSendError:
     case QNetworkReply::RemoteHostClosedError:
         return transportError(m_request, QNetworkReply::RemoteHostClosedError,

@@ -36,8 +36,8 @@ public:
     /// Sends the request. Completes immediately with an error if the URL is not one of an HTTP
     /// service.
     void start();
-    /// Ends the request with an error because it took too long. Does nothing if it is finished.
-    void giveUp();
+    /// Ends the request with an error for that reason. Does nothing if it is finished.
+    void giveUp(const QString &reason);
 
     /// The maximum number of redirections that a request follows.
     static constexpr int maximumRedirections = 5;
@@ -72,7 +72,8 @@ private:
     /// The number of bytes of the body received so far.
     qint64 m_received = 0;
     int m_redirections = 0;
-    bool m_gaveUp = false;
+    /// Why the request was given up. Empty if it was not.
+    QString m_reason;
 };
 
 } // namespace KestrioKit

@@ -15,6 +15,8 @@
 
 namespace KestrioKit {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Qt creates static objects for the first request, and more, for example for TLS, for its
@@ -127,7 +129,20 @@ struct NetworkTransport::State : std::enable_shared_from_this<State> {
             if (deadline > now)
                 deadlines.emplaceBack(deadline, task);
             else if (task)
-                task->giveUp();
+                task->giveUp(u"its answer took too long"_s);
+        }
+    }
+
+    void cancelAll() {
+        const QString reason = u"it was cancelled"_s;
+        for (const OutgoingRequest &sent : std::exchange(waiting, {}))
+            sent.completion(
+                {{},
+                 {},
+                 transportError(sent.request, QNetworkReply::OperationCanceledError, reason)});
+        for (const auto &[deadline, task] : std::exchange(deadlines, {})) {
+            if (task)
+                task->giveUp(reason);
         }
     }
 };
@@ -155,6 +170,10 @@ void NetworkTransport::send(URLRequest request, Body body, URLCompletion complet
         [state = m_state, request = std::move(request), body, done = std::move(done)]() mutable {
             state->send({std::move(request), body, std::move(done)});
         });
+}
+
+void NetworkTransport::cancelAll() {
+    m_state->executor.post([state = m_state] { state->cancelAll(); });
 }
 
 int NetworkTransport::tasksInFlight() const {

@@ -22,6 +22,7 @@ public:
     ~NetworkTransport() override;
 
     void send(URLRequest request, Body body, URLCompletion completion) override;
+    void cancelAll() override;
     int tasksInFlight() const override;
 
     /// The maximum duration of a request, in seconds. `URLRequest::timeout` only limits how long

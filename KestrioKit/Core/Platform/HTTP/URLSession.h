@@ -44,6 +44,10 @@ public:
     /// application object is created. Without another one it never completes. Thread-safe.
     virtual void send(URLRequest request, Body body, URLCompletion completion) = 0;
 
+    /// Ends all requests in flight. They complete with an error, after this call has returned.
+    /// Thread-safe.
+    virtual void cancelAll() = 0;
+
     /// Returns the number of requests in flight. A request counts until its completion has
     /// returned. Thread-safe.
     virtual int tasksInFlight() const = 0;
