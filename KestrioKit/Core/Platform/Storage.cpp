@@ -41,14 +41,15 @@ void Storage::setUp() {
 
 // QSaveFile names its temporary file "<name>.json." plus six letters, and a crash leaves it behind.
 // A recent one may belong to another process that is writing it.
-void Storage::removeLeftovers() {
+void Storage::removeLeftovers(Leftovers which) {
     const std::optional<QString> folder = libraryFolder();
     if (!folder)
         return;
     static const QRegularExpression unfinished(
         u"\\A(SubmissionQueue(-[0-9a-f]{32})?|VisitorData)\\.json\\.[A-Za-z]{6}\\z"_s);
     for (const QFileInfo &file : QDir(*folder).entryInfoList(QDir::Files)) {
-        if (isOld(file) && unfinished.match(file.fileName()).hasMatch())
+        if ((which == Leftovers::all || isOld(file)) &&
+            unfinished.match(file.fileName()).hasMatch())
             QFile::remove(file.filePath());
     }
 }

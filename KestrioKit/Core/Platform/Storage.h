@@ -26,8 +26,9 @@ public:
     /// Creates the folder if it does not exist, and lets only its owner access it.
     static void createLibraryFolder();
 
+    enum class Leftovers { old, all };
     /// Removes the temporary files that interrupted writes left in the folder, if they are old.
-    static void removeLeftovers();
+    static void removeLeftovers(Leftovers which = Leftovers::old);
     /// Returns whether the file was last modified at least an hour ago. No process is writing it
     /// any more then.
     static bool isOld(const QFileInfo &file);

@@ -67,6 +67,16 @@ void StateFile::remove() {
     make({}, {});
 }
 
+void StateFile::erase(std::shared_ptr<void> task) {
+    m_executor.post(
+        [changes = m_changes, task = std::move(task),
+         waiting = m_changes->next.mutate([](auto &all) { return std::exchange(all, {}); })] {
+            changes->folder.erase();
+            for (const auto &file : waiting.taken)
+                QFile::remove(file->path);
+        });
+}
+
 // The change and `taken` are set together: an older state does not contain the records of `taken`.
 void StateFile::make(Change change, const LeftFiles &taken) {
     std::optional<Change> next(std::move(change));

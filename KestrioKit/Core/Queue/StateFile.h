@@ -32,6 +32,8 @@ public:
     void store(PersistentQueue state, std::shared_ptr<void> task, const LeftFiles &taken = {});
     /// Removes the file asynchronously.
     void remove();
+    /// Has all removed that is stored, whatever was to be stored before. `task` is kept until then.
+    void erase(std::shared_ptr<void> task);
 
 private:
     struct Change;

@@ -34,15 +34,22 @@ std::optional<PersistentQueue> StateFolder::read(const QString &path,
     return isOurs ? state : std::nullopt;
 }
 
-StateFolder::Found StateFolder::load(std::optional<qint64> visitor) {
+// Returns whether the platform names a folder.
+bool StateFolder::open() {
     const std::optional<QString> url = Storage::localLibraryURL(filename);
     if (!url)
-        return {};
+        return false;
     const QFileInfo file(*url);
     m_main.emplace(file.path() + u'/' + file.completeBaseName());
     // If no lock file can be created, nothing can be stored either, but stored records can still be
     // sent.
     m_owns = lock(*m_main, true) != Attempt::refused;
+    return true;
+}
+
+StateFolder::Found StateFolder::load(std::optional<qint64> visitor) {
+    if (!open())
+        return {};
     Found found{.states = {}, .owns = m_owns};
     if (!m_owns)
         return found;
@@ -86,6 +93,21 @@ void StateFolder::clear() {
     QFile::remove(m_main->path);
     for (const auto &file : leftFiles(false))
         QFile::remove(file->path);
+}
+
+void StateFolder::erase() {
+    clear();
+    Storage::removeLeftovers(Storage::Leftovers::all);
+}
+
+void StateFolder::eraseStored() {
+    const std::optional<QString> url = Storage::localLibraryURL(filename);
+    // Opening the folder would make it.
+    if (!url || !QFileInfo(*url).dir().exists())
+        return;
+    StateFolder folder(0);
+    if (folder.open())
+        folder.erase();
 }
 
 QString StateFolder::newBase() const {

@@ -59,10 +59,17 @@ public:
     /// behind.
     void clear();
 
+    /// Removes everything that is stored, including temporary files, except the files of other
+    /// running processes.
+    void erase();
+    /// Does the same for a process that has loaded nothing.
+    static void eraseStored();
+
 private:
     /// Returns the content of a file, or nothing if it has another version or belongs to another
     /// visitor.
     std::optional<PersistentQueue> read(const QString &path, std::optional<qint64> visitor) const;
+    bool open();
     /// Returns a new path for a file of a process that is not the owner, without extension.
     QString newBase() const;
     /// Returns whether this process is still the owner. Takes the lock again if it was lost and is

@@ -157,7 +157,19 @@ void SubmissionQueue::updateAuth(std::optional<qint64> visitorIdentifier,
         if (visitorIdentifier != self->m_visitorIdentifier)
             self->clear();
         self->setIdentity(visitorIdentifier, token);
+        self->m_isErased = self->m_isErased && !visitorIdentifier;
     });
+}
+
+void SubmissionQueue::erase() {
+    m_queue.async(
+        [self = shared_from_this(), task = ApplicationLifecycle::shared().beginBackgroundTask()] {
+            for (const auto &runner : self->m_runners)
+                runner->clear();
+            self->setIdentity({}, {});
+            self->m_isErased = true;
+            self->m_stateFile.erase(task);
+        });
 }
 
 void SubmissionQueue::setIdentity(std::optional<qint64> visitorIdentifier,
@@ -177,7 +189,7 @@ void SubmissionQueue::saveState(AfterSave next) {
     m_queue.async([self = shared_from_this(), next,
                    task = ApplicationLifecycle::shared().beginBackgroundTask()] {
         // When several saves wait, the last one covers all of them.
-        if (--self->m_savesWaiting > 0)
+        if (--self->m_savesWaiting > 0 || self->m_isErased)
             return;
         self->m_promptSaves.saved();
         self->m_stateFile.store(self->currentState(), task);
@@ -260,7 +272,7 @@ void SubmissionQueue::adopt(const StateFolder::Found &found) {
         if (!fits)
             continue;
         // Records of a visitor that is no longer the current one are discarded.
-        if (state.visitorIdentifier == m_visitorIdentifier)
+        if (!m_isErased && state.visitorIdentifier == m_visitorIdentifier)
             restore(state);
         if (file)
             taken.append(file);

@@ -54,6 +54,10 @@ public:
     /// changes, the queue and its file are emptied first.
     void updateAuth(std::optional<qint64> visitorIdentifier, std::optional<QString> token);
 
+    /// Drops all records and removes everything that is stored. The end of the application waits
+    /// for the removal. Nothing is stored again until `updateAuth()` sets a visitor.
+    void erase();
+
     /// Enables the runners and sends the ready tasks. Pauses the runners instead if the network is
     /// unreachable or the service is disabled.
     void resume();
@@ -130,6 +134,8 @@ private:
     /// `m_nextSearch`: the earliest time of that search. Both are only used on `m_queue`.
     bool m_searchesAfterSaves = false;
     DispatchTime m_nextSearch;
+    /// Whether `erase()` was called last. Only used on `m_queue`.
+    bool m_isErased = false;
     /// The visitor and the token of the queued records. Only used on `m_queue`.
     std::optional<qint64> m_visitorIdentifier;
     std::optional<QString> m_visitorToken;
