@@ -30,13 +30,18 @@ class KestrioCore;
 ///     });
 ///
 /// Every operation may be called from any thread, returns at once and never throws. Errors are
-/// logged to standard output and reported to the service; none comes back. Calls that are dropped,
-/// and requests that the service refuses, are neither.
+/// logged (see `setLogHandler()`) and reported to the service; none comes back. Calls that are
+/// dropped, and requests that the service refuses, are neither.
 ///
 /// Calls made before `configure()` are dropped, except `setLocale`, `setDisableNetworkAccess`,
-/// `setQueueLimit`, `setRetriesStartUp` and `setSavesPromptly`. Calls made while it is under way
-/// are held and run on the main thread, in their order, once there is a visitor. Of events without
-/// a handler and changes of attributes, the last 1,000 are held.
+/// `setQueueLimit`, `setRetriesStartUp`, `setSavesPromptly`, `setServiceHost` and
+/// `withdrawConsent`. Calls made while it is under way, or between `logout()` and the arrival of
+/// the next visitor, are held. They run on the main thread, in their order, once there is a
+/// visitor. Of events without a handler and changes of attributes, the last 1,000 are held. Held
+/// calls are lost with the process.
+///
+/// All signals are emitted on the main thread, and while the library holds no lock: a slot may call
+/// any operation.
 ///
 /// Applications and processes:
 /// - One application object may follow another, also on another thread. Records wait for the next
@@ -58,26 +63,65 @@ class KestrioCore;
 /// decides who that is at the next start.
 class KESTRIOKIT_EXPORT Kestrio final : public QObject {
     Q_OBJECT
-    Q_PROPERTY(bool disableNetworkAccess READ disableNetworkAccess WRITE setDisableNetworkAccess)
-    Q_PROPERTY(bool retriesStartUp READ retriesStartUp WRITE setRetriesStartUp)
-    Q_PROPERTY(bool savesPromptly READ savesPromptly WRITE setSavesPromptly)
+    Q_PROPERTY(
+        QVariant visitorIdentifier READ visitorIdentifierValue NOTIFY visitorIdentifierChanged)
+    Q_PROPERTY(bool surveyHeld READ isSurveyHeld NOTIFY surveyHeldChanged)
+    Q_PROPERTY(bool disableNetworkAccess READ disableNetworkAccess WRITE setDisableNetworkAccess
+                   NOTIFY disableNetworkAccessChanged)
+    Q_PROPERTY(bool retriesStartUp READ retriesStartUp WRITE setRetriesStartUp NOTIFY
+                   retriesStartUpChanged)
+    Q_PROPERTY(
+        bool savesPromptly READ savesPromptly WRITE setSavesPromptly NOTIFY savesPromptlyChanged)
     Q_DISABLE_COPY_MOVE(Kestrio)
 
 public:
+    /// Why the library is disabled.
+    enum class DisabledReason {
+        /// A start-up or a request for another visitor has failed. It is repeated where
+        /// `setRetriesStartUp()` says so.
+        StartUpFailed,
+        /// The service refuses this version of the library.
+        Version,
+        /// The service refuses the environment.
+        Environment,
+        /// The service gives a reason of its own.
+        Service,
+    };
+    Q_ENUM(DisabledReason)
+
     /// Called once, on the main thread, with what became of an event: `disabled` for one that was
-    /// dropped. Never called while starting does not come to an end, right after `logout()`, when
-    /// the application quits, unless another application object follows, while the process ends,
-    /// and in a forked child. It is destroyed on the main thread, too.
+    /// dropped. It is not called if start-up never completes, when the application quits, unless
+    /// another application object follows, while the process ends, and in a forked child. It is
+    /// destroyed on the main thread, too.
     using TrackHandler = std::function<void(SurveyState)>;
 
     /// Called, and destroyed, on the main thread.
     using FetchCompletion = std::function<void()>;
+
+    /// Takes one log line, without its end. Levels are `QtDebugMsg`, `QtInfoMsg` and, for what the
+    /// host's developer should look at, `QtWarningMsg`.
+    using LogHandler = std::function<void(QtMsgType level, const QString &line)>;
+
+    /// Has the library's log lines handed to `handler` instead of printed to standard output. Null,
+    /// the default, prints them. "KESTRIO_LOG_LEVEL" decides which lines there are, as before. May
+    /// be called at any time, also before there is an application object.
+    ///
+    /// The handler is called on the thread that logs, which may be any, and on several threads at a
+    /// time. It must not throw, call the library, or wait for a thread that does, since the library
+    /// may hold locks meanwhile. If it nevertheless causes a log line on its own thread, that line
+    /// is printed. A handler that is replaced may still be running on another thread when this
+    /// returns, and is destroyed after that.
+    static void setLogHandler(const LogHandler &handler);
 
     /// The one object there is, made on first use. It lives for the whole process.
     static Kestrio &shared();
 
     /// The service's number for the visitor; absent while there is none.
     std::optional<qint64> visitorIdentifier() const;
+
+    /// Whether a survey is held: an event was answered with it, and it has not been shown yet, or
+    /// is being shown.
+    bool isSurveyHeld() const;
 
     /// Whether the library keeps off the network; false at first. While set, nothing is sent, new
     /// events, attributes and answers are dropped, and requests fail at once: starting, too, and
@@ -123,6 +167,17 @@ public:
     bool savesPromptly() const;
     void setSavesPromptly(bool saves);
 
+    /// Names the service's host, with or without a port: "surveys.example.com", "localhost:3000" or
+    /// "[::1]:3000". A host with "localhost" in its name is reached over HTTP, by default at port
+    /// 8080, every other one over HTTPS. Empty, the default, means the host that the library was
+    /// built for.
+    ///
+    /// The first of these that is there decides: the environment variable "KESTRIO_ENVIRONMENT",
+    /// the environment variable "KESTRIO_HOSTNAME", this call, the host that the library was built
+    /// for. To be called before the first `configure()` of the process; later calls are ignored,
+    /// and logged. A text that cannot be a host is logged by `configure()`, and nothing is sent.
+    void setServiceHost(const QString &host);
+
     /// Starts: reads the stored identity, fetches the environment's configuration and a visitor.
     /// Called before the application object exists, it starts once the event loop runs.
     ///
@@ -130,6 +185,7 @@ public:
     /// not be read: then it starts over. Where not even the configuration could be had, the start
     /// is repeated (see `setRetriesStartUp`). Where the service refuses it, or starts are not
     /// repeated, the library stays disabled, or holds its calls, as long as the process lives.
+    /// A second call that is ignored although it names another environment is logged.
     ///
     /// An environment named "." or "..", which no path can hold, is never asked for.
     Q_INVOKABLE void configure(const QString &environment);
@@ -141,6 +197,11 @@ public:
     /// Says who the visitor is. Visits before are attached to that user where the service allows.
     /// While starting, the last call counts, and is done before those that are held. When no answer
     /// can be had, the library is disabled until `configure()` is called again.
+    ///
+    /// Calls that follow immediately belong to the user where the library does not know a visitor
+    /// yet: while starting, and right after `logout()`. Where it knows one, who stays until the
+    /// service has answered, they still belong to that one. To change from one user to another,
+    /// call `logout()` first.
     Q_INVOKABLE void setUserIdentifier(const QString &userIdentifier);
 
     /// Sets the visitor's attribute "!email".
@@ -161,6 +222,13 @@ public:
     /// of more events than `setQueueLimit()` allows loses the oldest. With a
     /// handler it is sent at once and once only, and the service may answer it with a survey.
     Q_INVOKABLE void track(const QString &eventName, const TrackHandler &handler = {});
+
+    /// The same, but `handler` is not called once `context` has been destroyed. The event is
+    /// tracked in any case. The handler runs on the main thread, whatever thread `context` belongs
+    /// to; destroying a context on another thread does not wait for a handler that is running. A
+    /// null `context` counts as destroyed. What the handler captures is kept until the event has
+    /// been answered.
+    void track(const QString &eventName, const QObject *context, const TrackHandler &handler);
 
     /// Shows the survey that an event was answered with over the window of `from`, until the
     /// visitor has finished or closed it; then it is held no more. Logs "No survey found." when
@@ -202,10 +270,15 @@ public:
 
     /// Fetches that survey and shows it like `presentSurvey(QObject *)`. `fetchCompletion` is
     /// called when it has come, just before it is shown: never where it cannot be had, nor for
-    /// calls that are held while the library starts. When it ends, the survey held from an event,
+    /// calls that are held. When it ends, the survey held from an event,
     /// if any, is held no more either.
     Q_INVOKABLE void presentSurvey(qint64 surveyId, QObject *from,
                                    const FetchCompletion &fetchCompletion = {});
+
+    /// The same, but `fetchCompletion` is not called once `context` has been destroyed; see
+    /// `track()` with a context. The survey is shown in any case.
+    void presentSurvey(qint64 surveyId, QObject *from, const QObject *context,
+                       const FetchCompletion &fetchCompletion);
 
     /// Shows a built-in survey of four questions, to see how surveys look in the host. Its answers
     /// go to the service as those of survey 123. Not held while the library starts.
@@ -231,7 +304,25 @@ public:
     /// Forgets the visitor, and with it what is still queued, and starts afresh as an anonymous
     /// one. When that fails, the library is disabled until `configure()` is called again,
     /// or a repeated start succeeds (see `setRetriesStartUp`).
+    ///
+    /// Calls that follow are held until the next visitor is known, and then made for that one.
+    /// After `setUserIdentifier()` they wait for that user. They are dropped, and their handlers
+    /// told `disabled`, when the host logs out again before, or when the user cannot be had.
     Q_INVOKABLE void logout();
+
+    /// Erases what the library knows, for a visitor who withdraws consent: the identity and the
+    /// queued records, in memory and on this machine, the held survey and the held calls. Requests
+    /// that are out are cancelled. A survey on screen goes, and a session ends, without a report.
+    /// Handlers of events that had no answer yet are told `disabled`.
+    ///
+    /// Nothing is sent, and calls are dropped, until `configure()` is called again, which begins as
+    /// on a machine that the library was never used on. Settings such as `setLocale()` remain. May
+    /// be called before `configure()`: then it erases what earlier processes have left.
+    ///
+    /// A request that the service has received already cannot be called back. Records of other
+    /// processes that run at the same time are theirs to erase. Files are removed by the time the
+    /// application ends.
+    Q_INVOKABLE void withdrawConsent();
 
     /// Calls an operation by its selector, for callers that know it only at run time: "shared",
     /// "visitorIdentifier", "disableNetworkAccess", "setDisableNetworkAccess:",
@@ -245,7 +336,42 @@ public:
     Q_INVOKABLE std::optional<QVariant> perform(const QString &selector,
                                                 const QVariantList &arguments = {});
 
+Q_SIGNALS:
+    /// The visitor is known, is another one, or is forgotten.
+    void visitorIdentifierChanged();
+
+    /// A survey is held, or is held no more.
+    void surveyHeldChanged();
+
+    /// The visitor has seen the first question of a survey. `surveyId` is the service's number for
+    /// the survey, 0 if it has none; so it is below.
+    void surveyShown(qint64 surveyId);
+
+    /// The visitor has answered the question at `index` of the survey's list.
+    void questionAnswered(qint64 surveyId, int index);
+
+    /// A survey is over, whichever way it ended. Comes once for each survey that was begun, also
+    /// when its session is destroyed, when the application quits and after `withdrawConsent()`. Its
+    /// screen may still be fading out, and its session still exists: to present another survey,
+    /// wait until control returns to the event loop and `surveyHeldChanged` was emitted.
+    void surveyEnded(qint64 surveyId, SurveySession::Outcome outcome);
+
+    /// The library has been disabled: handlers of events are told `SurveyState::disabled`.
+    /// `description` says why, for the host's developer. Not emitted for
+    /// `setDisableNetworkAccess()` and `withdrawConsent()`.
+    void disabled(Kestrio::DisabledReason reason, const QString &description);
+
+    /// The library is not disabled any more: start-up has succeeded after a failure, or
+    /// `configure()` has begun again after one.
+    void enabled();
+
+    void disableNetworkAccessChanged();
+    void retriesStartUpChanged();
+    void savesPromptlyChanged();
+
 private:
+    QVariant visitorIdentifierValue() const;
+
     explicit Kestrio(std::shared_ptr<KestrioKit::KestrioCore> core);
     ~Kestrio() override;
 

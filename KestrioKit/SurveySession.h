@@ -126,12 +126,15 @@ Q_SIGNALS:
     /// The first question has been seen.
     void shown();
 
-    /// The survey is over. Not emitted by the destructor.
+    /// The survey is over. The destructor does not emit this signal; `Kestrio::surveyEnded` comes
+    /// then, too.
     void ended(SurveySession::Outcome outcome);
 
 private:
     friend class KestrioKit::SurveySessionPrivate;
     explicit SurveySession(std::unique_ptr<KestrioKit::SurveySessionPrivate> state);
+
+    void tellEnd(Outcome outcome);
 
     std::unique_ptr<KestrioKit::SurveySessionPrivate> m_state;
 };

@@ -19,7 +19,13 @@ public:
     }
 
     void show(std::unique_ptr<SurveySession> session, QObject &host, const Clock &clock) override {
+        SurveySession &shown = *session;
         auto *const controller = new SurveyViewController(std::move(session), clock);
+        // The library may end the survey itself. Later, since the card's own ways end it first,
+        // too.
+        QObject::connect(
+            &shown, &SurveySession::ended, controller, [controller] { controller->dismiss(true); },
+            Qt::QueuedConnection);
         controller->present(&static_cast<QWidget &>(host));
     }
 };

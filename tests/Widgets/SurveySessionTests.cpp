@@ -134,4 +134,14 @@ TEST_F(SurveySessionTest, EndsOnceAndLetsNoOtherSurveyStartMeanwhile) {
     EXPECT_EQ(told(), QStringList({u"closed 12"_s, u"11=9"_s}));
 }
 
+TEST_F(SurveySessionTest, GoesWithoutAReportWhenConsentIsWithdrawn) {
+    present(fiveQuestions);
+    click(u"Option 9"_s);
+    told();
+    core->withdrawConsent();
+    finish();
+    EXPECT_FALSE(survey() || core->survey());
+    EXPECT_EQ(told(), QStringList());
+}
+
 } // namespace KestrioKit

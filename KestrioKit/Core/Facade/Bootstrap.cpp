@@ -102,6 +102,12 @@ void Bootstrap::startOver() {
     m_state.mutate([](State &state) { state.sequence = Sequence::configured; });
 }
 
+void Bootstrap::reset() {
+    m_state.setValue({});
+    holdAgain();
+    dropHeld();
+}
+
 void Bootstrap::enqueue(HeldCall call) {
     m_dQueue.async([self = shared_from_this(), call = std::move(call)] {
         self->m_callQueue.append(call);
@@ -118,7 +124,9 @@ void Bootstrap::flush() {
 
 void Bootstrap::flushHeld() {
     m_dQueue.async([self = shared_from_this()] {
-        if (!self->m_callQueue.isEmpty())
+        if (self->m_callQueue.isEmpty())
+            self->m_isReleased = true;
+        else
             self->release();
     });
 }

@@ -53,6 +53,8 @@ public:
     bool step(Sequence next);
     /// Begins again at `configured`, wherever it was.
     void startOver();
+    /// Goes back to `start`, without a user, and drops all held calls.
+    void reset();
 
     /// Holds a call. One that comes when they have just been released follows them.
     void enqueue(HeldCall call);

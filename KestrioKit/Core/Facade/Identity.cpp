@@ -87,10 +87,23 @@ void Identity::loadFromFile() {
 
 void Identity::clearAuthorizationInfo() {
     const std::lock_guard guard(m_lock);
-    voidEarlierRequests();
     m_api->clearAuthorization();
-    changeFile([] { Storage::remove(identityFilename); });
+    forgetLocked();
+}
+
+void Identity::forget() {
+    const std::lock_guard guard(m_lock);
+    forgetLocked();
+}
+
+void Identity::forgetLocked() {
+    voidEarlierRequests();
+    removeFile();
     m_localData.setValue({});
+}
+
+void Identity::removeFile() {
+    changeFile([] { Storage::remove(identityFilename); });
 }
 
 void Identity::changeFile(Block change) {

@@ -39,6 +39,10 @@ public:
     void loadAuthorizationInfo();
     /// Forgets everything. Makes the answers to earlier requests count for nothing.
     void clearAuthorizationInfo();
+    /// The same, but leaves the service as it is.
+    void forget();
+    /// Has the file removed.
+    void removeFile();
 
     /// The number of a request that is about to be sent.
     RequestNumber beginRequest();
@@ -51,6 +55,7 @@ public:
     std::optional<LocalData> saveAuthorizationInfo(RequestNumber request, const Change &change);
 
 private:
+    void forgetLocked();
     bool settleLocked(RequestNumber request);
     void voidEarlierRequests();
     void loadFromEnvironment();

@@ -2,15 +2,20 @@
 
 #include "KestrioKit/Core/Facade/KestrioCore.h"
 #include "KestrioKit/Core/Facade/Selectors.h"
+#include "KestrioKit/Core/Platform/Logging.h"
 #include "KestrioKit/Core/Platform/Threads/ApplicationLifecycle.h"
+#include "KestrioKit/Core/Platform/Threads/MainThread.h"
 
 #include <QCoreApplication>
+#include <QPointer>
 #include <QThread>
 
 #include <array>
 
 using KestrioKit::ApplicationLifecycle;
+using KestrioKit::DisabledError;
 using KestrioKit::KestrioCore;
+using KestrioKit::LogLevel;
 
 namespace {
 
@@ -18,6 +23,61 @@ namespace {
 bool counts() {
     return ApplicationLifecycle::shared().takesCalls();
 }
+
+/// `handler`, as long as `context` lives; null when there is none.
+template <typename... Arguments>
+std::function<void(Arguments...)> guarded(const QObject *context,
+                                          const std::function<void(Arguments...)> &handler) {
+    if (!handler)
+        return {};
+    return [context = QPointer(context), handler](Arguments... arguments) {
+        if (context)
+            handler(arguments...);
+    };
+}
+
+Kestrio::DisabledReason reason(const DisabledError &error) {
+    switch (error.kind) {
+    case DisabledError::version:
+        return Kestrio::DisabledReason::Version;
+    case DisabledError::environment:
+        return Kestrio::DisabledReason::Environment;
+    case DisabledError::local:
+        return Kestrio::DisabledReason::StartUpFailed;
+    case DisabledError::other:
+        return Kestrio::DisabledReason::Service;
+    }
+    Q_UNREACHABLE();
+}
+
+QtMsgType messageType(LogLevel level) {
+    if (level == LogLevel::info)
+        return QtInfoMsg;
+    return level == LogLevel::error ? QtWarningMsg : QtDebugMsg;
+}
+
+/// Emits the signals.
+class Signals final : public KestrioKit::FacadeObserver {
+public:
+    explicit Signals(Kestrio &kestrio) : m_kestrio(kestrio) {}
+
+    void visitorIdentifierChanged() override { Q_EMIT m_kestrio.visitorIdentifierChanged(); }
+    void surveyHeldChanged() override { Q_EMIT m_kestrio.surveyHeldChanged(); }
+    void surveyShown(qint64 surveyId) override { Q_EMIT m_kestrio.surveyShown(surveyId); }
+    void questionAnswered(qint64 surveyId, int index) override {
+        Q_EMIT m_kestrio.questionAnswered(surveyId, index);
+    }
+    void surveyEnded(qint64 surveyId, SurveySession::Outcome outcome) override {
+        Q_EMIT m_kestrio.surveyEnded(surveyId, outcome);
+    }
+    void disabled(const DisabledError &error) override {
+        Q_EMIT m_kestrio.disabled(reason(error), error.localizedDescription());
+    }
+    void enabled() override { Q_EMIT m_kestrio.enabled(); }
+
+private:
+    Kestrio &m_kestrio;
+};
 
 } // namespace
 
@@ -30,6 +90,8 @@ Kestrio &Kestrio::shared() {
 Kestrio::Kestrio(std::shared_ptr<KestrioCore> core) : m_core(std::move(core)) {
     const QCoreApplication *const application = QCoreApplication::instance();
     moveToThread(application ? application->thread() : nullptr);
+    // Never destroyed, as this object.
+    m_core->setObserver(new Signals(*this));
     // Which thread will be the main one is not known before there is an application object. It may
     // fetch what belongs to none. Never destroyed, as this object.
     using Event = ApplicationLifecycle::Event;
@@ -49,6 +111,22 @@ Kestrio::Kestrio(std::shared_ptr<KestrioCore> core) : m_core(std::move(core)) {
 
 Kestrio::~Kestrio() = default;
 
+void Kestrio::setLogHandler(const LogHandler &handler) {
+    if (!handler)
+        return KestrioKit::setLogHandler({});
+    KestrioKit::setLogHandler(
+        [handler](LogLevel level, const QString &line) { handler(messageType(level), line); });
+}
+
+QVariant Kestrio::visitorIdentifierValue() const {
+    const std::optional<qint64> identifier = visitorIdentifier();
+    return identifier ? QVariant(*identifier) : QVariant();
+}
+
+bool Kestrio::isSurveyHeld() const {
+    return counts() && m_core->survey().has_value();
+}
+
 std::optional<qint64> Kestrio::visitorIdentifier() const {
     return counts() ? m_core->api()->visitorIdentifier() : std::nullopt;
 }
@@ -58,8 +136,12 @@ bool Kestrio::disableNetworkAccess() const {
 }
 
 void Kestrio::setDisableNetworkAccess(bool disable) {
-    if (counts())
-        m_core->setDisableNetworkAccess(disable);
+    if (!counts())
+        return;
+    const bool isChange = disable != m_core->disableNetworkAccess();
+    m_core->setDisableNetworkAccess(disable);
+    if (isChange)
+        KestrioKit::onMain([this] { Q_EMIT disableNetworkAccessChanged(); });
 }
 
 void Kestrio::setQueueLimit(int limit) {
@@ -72,8 +154,12 @@ bool Kestrio::retriesStartUp() const {
 }
 
 void Kestrio::setRetriesStartUp(bool retries) {
-    if (counts())
-        m_core->setRetriesStartUp(retries);
+    if (!counts())
+        return;
+    const bool isChange = retries != m_core->retriesStartUp();
+    m_core->setRetriesStartUp(retries);
+    if (isChange)
+        KestrioKit::onMain([this] { Q_EMIT retriesStartUpChanged(); });
 }
 
 bool Kestrio::savesPromptly() const {
@@ -81,8 +167,17 @@ bool Kestrio::savesPromptly() const {
 }
 
 void Kestrio::setSavesPromptly(bool saves) {
+    if (!counts())
+        return;
+    const bool isChange = saves != m_core->savesPromptly();
+    m_core->setSavesPromptly(saves);
+    if (isChange)
+        KestrioKit::onMain([this] { Q_EMIT savesPromptlyChanged(); });
+}
+
+void Kestrio::setServiceHost(const QString &host) {
     if (counts())
-        m_core->setSavesPromptly(saves);
+        m_core->setServiceHost(host);
 }
 
 void Kestrio::configure(const QString &environment) {
@@ -127,6 +222,10 @@ void Kestrio::track(const QString &eventName, const TrackHandler &handler) {
         m_core->track(eventName, handler);
 }
 
+void Kestrio::track(const QString &eventName, const QObject *context, const TrackHandler &handler) {
+    track(eventName, guarded(context, handler));
+}
+
 void Kestrio::presentSurvey(QObject *from) {
     if (counts())
         m_core->presentSurvey(from);
@@ -136,6 +235,11 @@ void Kestrio::presentSurvey(qint64 surveyId, QObject *from,
                             const FetchCompletion &fetchCompletion) {
     if (counts())
         m_core->presentSurvey(surveyId, from, fetchCompletion);
+}
+
+void Kestrio::presentSurvey(qint64 surveyId, QObject *from, const QObject *context,
+                            const FetchCompletion &fetchCompletion) {
+    presentSurvey(surveyId, from, guarded(context, fetchCompletion));
 }
 
 void Kestrio::presentDebugSurvey(QObject *from) {
@@ -159,6 +263,11 @@ std::unique_ptr<SurveySession> Kestrio::startDebugSurvey() {
 void Kestrio::logout() {
     if (counts())
         m_core->logout();
+}
+
+void Kestrio::withdrawConsent() {
+    if (counts())
+        m_core->withdrawConsent();
 }
 
 std::optional<QVariant> Kestrio::perform(const QString &selector, const QVariantList &arguments) {

@@ -1,14 +1,7 @@
 #include "KestrioKit/Core/Facade/KestrioCore.h"
 
-#include "KestrioKit/Core/Facade/DebugSurvey.h"
 #include "KestrioKit/Core/Facade/FacadeLog.h"
-#include "KestrioKit/Core/Platform/HTTP/NetworkTransport.h"
-#include "KestrioKit/Core/Platform/Storage.h"
-#include "KestrioKit/Core/Platform/Threads/LibraryThread.h"
-#include "KestrioKit/Core/Platform/Threads/TransientThread.h"
-
-#include <QCoreApplication>
-#include <QThread>
+#include "KestrioKit/Core/Platform/Threads/MainThread.h"
 
 namespace KestrioKit {
 
@@ -21,56 +14,44 @@ constexpr QLatin1StringView emailAttribute("!email");
 using Action = Bootstrap::Action;
 using Kind = HeldCall::Kind;
 
-// What a handler holds may belong to the main thread: it is destroyed there, too.
-template <typename Handler>
-std::shared_ptr<const Handler> keptForMain(const Handler &handler) {
-    if (!handler)
-        return nullptr;
-    return {new Handler(handler), [](const Handler *kept) {
-                DispatchQueue::main().async([kept] { delete kept; });
-            }};
-}
-
-bool isOnMainThread() {
-    const QCoreApplication *const application = QCoreApplication::instance();
-    return application && application->thread() == QThread::currentThread();
-}
-
-// For the host's developer: the service can do nothing about it.
-void logRefusal(const QString &reason) {
-    logLine(u"More Info: "_s + reason, LogCategory::error);
-}
-
-void callOnMain(const KestrioCore::SharedHandler &handler, SurveyState state) {
-    if (handler)
-        DispatchQueue::main().async([handler, state] { (*handler)(state); });
-}
-
 } // namespace
-
-const std::shared_ptr<KestrioCore> &KestrioCore::shared() {
-    // None is ever destroyed: hosts may call while the process ends. What is made last ends first.
-    static auto *const fileThread = new TransientThread;
-    static auto *const thread = new LibraryThread(Clock::system());
-    static auto *const core = new std::shared_ptr(
-        make({.clock = Clock::system(),
-              .executor = *thread,
-              .fileExecutor = *fileThread,
-              .transport = std::make_shared<NetworkTransport>(*thread, Clock::system()),
-              .makeFlagsSource = [](const QString &host) {
-                  return ReachabilityFlagsSource::system(*thread, Clock::system(), host);
-              }}));
-    return *core;
-}
 
 std::shared_ptr<KestrioCore> KestrioCore::make(const LibraryContext &context) {
     std::shared_ptr<KestrioCore> core(new KestrioCore(context));
-    const auto weak = core->weak_from_this();
-    core->m_api->setErrorHandler([weak](const Error &error) {
+    core->connectParts();
+    return core;
+}
+
+void KestrioCore::connectParts() {
+    const auto weak = weak_from_this();
+    m_api->setErrorHandler([weak](const Error &error) {
         if (const auto self = weak.lock())
             self->reportError(error);
     });
-    return core;
+    const auto announce = [weak](const Announcement &announcement) {
+        DispatchQueue::main().async([weak, announcement] {
+            if (const auto self = weak.lock())
+                self->announce(announcement);
+        });
+    };
+    m_api->setObserver(
+        {.visitorChanged = [announce] { announce(&FacadeObserver::visitorIdentifierChanged); },
+         .disabledChanged =
+             [announce](const auto &error) {
+                 announce([error](FacadeObserver &observer) {
+                     error ? observer.disabled(*error) : observer.enabled();
+                 });
+             }});
+    m_tracking = std::make_shared<EventTracking>(
+        m_api,
+        EventTracking::Observer{
+            .surveyHeldChanged = [announce] { announce(&FacadeObserver::surveyHeldChanged); },
+            .requestEnded = handlingErrors()});
+}
+
+void KestrioCore::announce(const Announcement &announcement) const {
+    if (FacadeObserver *const observer = m_observer)
+        announcement(*observer);
 }
 
 KestrioCore::KestrioCore(const LibraryContext &context)
@@ -91,6 +72,10 @@ void KestrioCore::setDisableNetworkAccess(bool disable) {
 
 void KestrioCore::setQueueLimit(int limit) {
     m_startUp->setQueueLimit(limit);
+}
+
+void KestrioCore::setServiceHost(const QString &host) {
+    m_startUp->setServiceHost(host);
 }
 
 void KestrioCore::whenReady(const Call &call) {
@@ -131,12 +116,18 @@ void KestrioCore::setUserIdentifier(const QString &userIdentifier) {
 }
 
 void KestrioCore::logout() {
-    if (m_startUp->isRepeated())
+    if (m_startUp->isRepeated() || m_startUp->awaitsVisitor())
         m_startUp->logout();
     else
         whenReady({Kind::logout, [](KestrioCore &core) {
                        core.m_startUp->logout();
                    }});
+}
+
+void KestrioCore::withdrawConsent() {
+    m_startUp->withdrawConsent();
+    setSurvey(std::nullopt);
+    onMain(&SurveySessionPrivate::discardExisting);
 }
 
 // Attributes
@@ -151,7 +142,7 @@ void KestrioCore::setEmailAddress(const QString &email) {
 
 void KestrioCore::setVisitorAttribute(const QString &key, const QString &value) {
     whenReady({Kind::attributes, [key, value](KestrioCore &core) {
-                   core.m_api->setVisitorAttribute(key, value, core.handlingErrors());
+                   core.m_api->setVisitorAttribute(key, value, core.completion());
                }});
 }
 
@@ -159,7 +150,7 @@ void KestrioCore::setVisitorAttributes(const QMap<QString, QString> &attributes)
     if (attributes.isEmpty())
         return;
     whenReady({Kind::attributes, [attributes](KestrioCore &core) {
-                   core.m_api->setVisitorAttributes(attributes, core.handlingErrors());
+                   core.m_api->setVisitorAttributes(attributes, core.completion());
                }});
 }
 
@@ -167,164 +158,46 @@ void KestrioCore::removeVisitorAttributes(const QStringList &keys) {
     if (keys.isEmpty())
         return;
     whenReady({Kind::attributes, [keys](KestrioCore &core) {
-                   core.m_api->removeVisitorAttributes(keys, core.handlingErrors());
+                   core.m_api->removeVisitorAttributes(keys, core.completion());
                }});
 }
 
-SimpleCompletion KestrioCore::handlingErrors() {
-    return [weak = weak_from_this()](const auto &, const auto &error) {
+std::function<void(const std::optional<Error> &)> KestrioCore::handlingErrors() {
+    return [weak = weak_from_this()](const auto &error) {
         if (const auto self = weak.lock())
             self->handleError(error);
     };
 }
 
-// Events
-
-void KestrioCore::track(const QString &eventName, const TrackHandler &handler) {
-    trackEvent(eventName, keptForMain(handler));
+SimpleCompletion KestrioCore::completion() {
+    return [handle = handlingErrors()](const auto &, const auto &error) {
+        handle(error);
+    };
 }
 
-void KestrioCore::trackEvent(const QString &eventName, const SharedHandler &handler) {
+// Events
+
+void KestrioCore::track(const QString &eventName, const TrackHandler &given) {
+    const SharedHandler handler = keptForMain(given);
     const QString name = eventName.trimmed();
     if (name.isEmpty())
         return;
     if (handler) {
-        whenReady({Kind::other,
-                   [name, handler](KestrioCore &core) { core.trackForSurvey(name, handler); },
-                   {},
-                   [handler] {
-                       callOnMain(handler, SurveyState::disabled);
-                   }});
+        whenReady(
+            {Kind::other,
+             [name, handler](KestrioCore &core) { core.m_tracking->trackForSurvey(name, handler); },
+             {},
+             [handler] {
+                 callOnMain(handler, SurveyState::disabled);
+             }});
     } else {
         whenReady({Kind::event, [name](KestrioCore &core) {
-                       core.m_api->trackEvent(name, true, [](auto &&...) {});
+                       core.m_tracking->track(name);
                    }});
     }
 }
 
-void KestrioCore::trackForSurvey(const QString &name, const SharedHandler &handler) {
-    m_api->trackEvent(
-        name, false,
-        [self = shared_from_this(), handler](const auto &survey, const auto &, const auto &error) {
-            if (survey && !error) {
-                callOnMain(handler, self->surveyReceived(*survey));
-                return;
-            }
-            const bool disabled = error && isDisabledError(*error);
-            callOnMain(handler, disabled ? SurveyState::disabled : SurveyState::noSurvey);
-            self->handleError(error);
-        });
-}
-
-SurveyState KestrioCore::surveyReceived(const Survey &survey) {
-    logLine(u"Received %1 questions"_s.arg(survey.questions.size()), LogCategory::info);
-    if (survey.questions.isEmpty() || !survey.preflight())
-        return SurveyState::noSurvey;
-    speakLanguage(survey);
-    // A survey that was not shown yet comes first.
-    m_survey.mutate([&survey](std::optional<Survey> &held) {
-        if (!held)
-            held = survey;
-    });
-    return SurveyState::surveyReady;
-}
-
-// Surveys on screen
-
-void KestrioCore::presentSurvey(const QPointer<QObject> &from) {
-    whenReady({Kind::other, [from](KestrioCore &core) {
-                   if (const std::optional<Survey> held = core.survey())
-                       core.presentSpecifiedSurvey(*held, from);
-                   else
-                       logLine(u"No survey found."_s, LogCategory::info);
-               }});
-}
-
-void KestrioCore::presentSurvey(qint64 surveyId, const QPointer<QObject> &from,
-                                const FetchCompletion &fetchCompletion) {
-    const auto kept = keptForMain(fetchCompletion);
-    whenReady({Kind::other,
-               [surveyId, from, kept](KestrioCore &core) {
-                   core.fetch(surveyId, [&core, from, kept](const Survey &survey) {
-                       if (kept)
-                           (*kept)();
-                       core.presentSpecifiedSurvey(survey, from);
-                   });
-               },
-               [surveyId, from](KestrioCore &core) {
-                   core.presentSurvey(surveyId, from, {});
-               }});
-}
-
-void KestrioCore::fetch(qint64 surveyId, const std::function<void(const Survey &)> &use) {
-    m_api->fetchSurvey(
-        surveyId, [self = shared_from_this(), use](const auto &survey, const auto &, const auto &) {
-            if (survey)
-                DispatchQueue::main().async([self, use, survey = *survey] { use(survey); });
-        });
-}
-
-void KestrioCore::presentDebugSurvey(const QPointer<QObject> &from) {
-    if (m_startUp->readyState() != Action::skip)
-        presentSpecifiedSurvey(debugSurvey(), from);
-}
-
-PresentationContext KestrioCore::presentationContext() {
-    return {.clock = m_clock,
-            .api = m_api,
-            .themeColor = config().value_or(ResponseConfig()).themeColor(),
-            .gone = [self = shared_from_this()] {
-                self->setSurvey(std::nullopt);
-            }};
-}
-
-void KestrioCore::presentSpecifiedSurvey(const Survey &survey, const QPointer<QObject> &from) {
-    const auto present = [self = shared_from_this(), survey, from] {
-        const std::optional<QString> refusal =
-            KestrioKit::presentSpecifiedSurvey(survey, from, self->presentationContext());
-        if (refusal)
-            logRefusal(*refusal);
-    };
-    if (isOnMainThread())
-        present();
-    else
-        DispatchQueue::main().async(present);
-}
-
-// Surveys that the host draws itself
-
-std::unique_ptr<SurveySession> KestrioCore::startSurvey() {
-    if (const std::optional<Survey> held = survey())
-        return startSession(*held);
-    logLine(u"No survey found."_s, LogCategory::info);
-    return nullptr;
-}
-
-void KestrioCore::startSurvey(qint64 surveyId, const SessionReceiver &receiver) {
-    const auto kept = keptForMain(receiver);
-    whenReady({Kind::other, [surveyId, kept](KestrioCore &core) {
-                   core.fetch(surveyId, [&core, kept](const Survey &survey) {
-                       std::unique_ptr<SurveySession> session = core.startSession(survey);
-                       if (session && kept)
-                           (*kept)(std::move(session));
-                   });
-               }});
-}
-
-std::unique_ptr<SurveySession> KestrioCore::startDebugSurvey() {
-    if (m_startUp->readyState() == Action::skip)
-        return nullptr;
-    return startSession(debugSurvey());
-}
-
-std::unique_ptr<SurveySession> KestrioCore::startSession(const Survey &survey) {
-    auto started = KestrioKit::startSession(survey, presentationContext());
-    if (const auto *const refusal = std::get_if<QString>(&started)) {
-        logRefusal(*refusal);
-        return nullptr;
-    }
-    return std::get<std::unique_ptr<SurveySession>>(std::move(started));
-}
+// Errors
 
 void KestrioCore::handleError(const std::optional<Error> &error) {
     // The service has handed in that it could not read an answer.
@@ -333,6 +206,9 @@ void KestrioCore::handleError(const std::optional<Error> &error) {
 }
 
 void KestrioCore::reportError(const Error &error) {
+    // What was under way has been cancelled.
+    if (m_api->isWithdrawn())
+        return;
     logLine(u"More Info: "_s + error.localizedDescription, LogCategory::error);
     m_api->recordError(error, {});
 }

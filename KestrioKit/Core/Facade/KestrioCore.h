@@ -1,22 +1,22 @@
 #pragma once
 
+#include "KestrioKit/Core/Facade/EventTracking.h"
+#include "KestrioKit/Core/Facade/FacadeObserver.h"
 #include "KestrioKit/Core/Facade/StartUp.h"
 #include "KestrioKit/Core/Facade/SurveyPresentation.h"
 #include "KestrioKit/Core/Platform/LibraryContext.h"
-#include "KestrioKit/Core/Platform/Threads/Atomic.h"
 #include "KestrioKit/Core/Protocol/ResponseConfig.h"
 #include "KestrioKit/Core/Protocol/ResponseVisitors.h"
 #include "KestrioKit/Core/Service/KestrioService.h"
 #include "KestrioKit/Core/Survey/Survey.h"
-#include "KestrioKit/SurveyState.h"
 
 #include <QMap>
 #include <QPointer>
 #include <QStringList>
 
+#include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 
 namespace KestrioKit {
@@ -25,9 +25,8 @@ namespace KestrioKit {
 /// network service, and keeps the identity in step with what the service answers. Thread-safe.
 class KestrioCore final : public std::enable_shared_from_this<KestrioCore> {
 public:
-    using TrackHandler = std::function<void(SurveyState)>;
-    /// A handler on its way through the threads; null when there is none.
-    using SharedHandler = std::shared_ptr<const TrackHandler>;
+    using TrackHandler = EventTracking::Handler;
+    using SharedHandler = EventTracking::SharedHandler;
     using FetchCompletion = std::function<void()>;
     using SharedCompletion = std::shared_ptr<const FetchCompletion>;
     using SessionReceiver = std::function<void(std::unique_ptr<SurveySession>)>;
@@ -37,11 +36,14 @@ public:
 
     static std::shared_ptr<KestrioCore> make(const LibraryContext &context);
 
+    /// Has what hosts can observe told to `observer`, which must outlive this object.
+    void setObserver(FacadeObserver *observer) { m_observer = observer; }
+
     const std::shared_ptr<KestrioService> &api() const { return m_api; }
 
     /// The survey that an event was answered with, until it has been shown.
-    std::optional<Survey> survey() const { return m_survey.value(); }
-    void setSurvey(std::optional<Survey> survey) { m_survey.setValue(std::move(survey)); }
+    std::optional<Survey> survey() const { return m_tracking->survey(); }
+    void setSurvey(std::optional<Survey> survey) { m_tracking->setSurvey(std::move(survey)); }
 
     /// The configuration from the last fetch that succeeded.
     std::optional<ResponseConfig> config() const { return m_startUp->config(); }
@@ -50,6 +52,7 @@ public:
     bool disableNetworkAccess() const;
     void setDisableNetworkAccess(bool disable);
     void setQueueLimit(int limit);
+    void setServiceHost(const QString &host);
     bool retriesStartUp() const { return m_startUp->retries(); }
     void setRetriesStartUp(bool retries) { m_startUp->setRetries(retries); }
     bool savesPromptly() const { return m_api->savesPromptly(); }
@@ -70,9 +73,15 @@ public:
     void startSurvey(qint64 surveyId, const SessionReceiver &receiver);
     std::unique_ptr<SurveySession> startDebugSurvey();
     void logout();
+    void withdrawConsent();
 
 private:
+    using Announcement = std::function<void(FacadeObserver &observer)>;
+
     explicit KestrioCore(const LibraryContext &context);
+    void connectParts();
+    /// For the main thread.
+    void announce(const Announcement &announcement) const;
 
     /// A public call that needs a visitor.
     struct Call {
@@ -90,22 +99,22 @@ private:
     /// Carries out the call now, or holds it, or queues its record, or drops it.
     void whenReady(const Call &call);
     HeldCall held(const Call &call);
-    void trackEvent(const QString &eventName, const SharedHandler &handler);
-    void trackForSurvey(const QString &name, const SharedHandler &handler);
-    SurveyState surveyReceived(const Survey &survey);
     /// Fetches the survey, and hands it to `use` on the main thread.
     void fetch(qint64 surveyId, const std::function<void(const Survey &)> &use);
     void presentSpecifiedSurvey(const Survey &survey, const QPointer<QObject> &from);
     std::unique_ptr<SurveySession> startSession(const Survey &survey);
-    PresentationContext presentationContext();
-    SimpleCompletion handlingErrors();
+    PresentationContext presentationContext(const Survey &survey);
+    SessionObserver sessionObserver(qint64 surveyId);
+    std::function<void(const std::optional<Error> &error)> handlingErrors();
+    SimpleCompletion completion();
     void handleError(const std::optional<Error> &error);
     void reportError(const Error &error);
 
     const Clock &m_clock;
     std::shared_ptr<KestrioService> m_api;
     std::shared_ptr<StartUp> m_startUp;
-    Atomic<std::optional<Survey>> m_survey;
+    std::shared_ptr<EventTracking> m_tracking;
+    std::atomic<FacadeObserver *> m_observer = nullptr;
 };
 
 } // namespace KestrioKit

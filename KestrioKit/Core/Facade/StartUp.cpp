@@ -1,5 +1,6 @@
 #include "KestrioKit/Core/Facade/StartUp.h"
 
+#include "KestrioKit/Core/Facade/FacadeLog.h"
 #include "KestrioKit/Core/Platform/Storage.h"
 
 namespace KestrioKit {
@@ -8,6 +9,23 @@ using namespace Qt::StringLiterals;
 
 using Action = Bootstrap::Action;
 using Sequence = Bootstrap::Sequence;
+
+namespace {
+
+// On the library's thread: the host's must not wait for who reads the log.
+void logSoon(Executor &executor, const QString &line) {
+    executor.post([line] { logLine(line, LogCategory::error); });
+}
+
+// The folder is named after the application, which may not be there yet.
+void whenThereIsAFolder(const Block &block) {
+    if (ApplicationLifecycle::shared().applicationExists())
+        block();
+    else
+        DispatchQueue::main().async(block);
+}
+
+} // namespace
 
 std::shared_ptr<StartUp> StartUp::make(std::shared_ptr<KestrioService> api,
                                        const LibraryContext &context) {
@@ -28,7 +46,10 @@ StartUp::StartUp(std::shared_ptr<KestrioService> api, const LibraryContext &cont
       m_bootstrap(std::make_shared<Bootstrap>(context.executor)) {}
 
 Action StartUp::readyState() const {
-    return m_api->disabledError() ? Action::skip : m_bootstrap->readyState();
+    if (m_api->disabledError())
+        return Action::skip;
+    const Action action = m_bootstrap->readyState();
+    return action == Action::doit && m_awaitsVisitor ? Action::queue : action;
 }
 
 // Configuration
@@ -39,11 +60,24 @@ void StartUp::setQueueLimit(int limit) {
         m_api->setQueueLimit(limit);
 }
 
+void StartUp::setServiceHost(const QString &host) {
+    if (!m_api->setServiceHost(host))
+        logSoon(m_executor,
+                u"setServiceHost() is ignored: the service's host is in use already."_s);
+}
+
 void StartUp::configure(const QString &environment) {
+    Generation generation = 0;
     {
         const std::lock_guard guard(m_lock);
-        if (m_bootstrap->isConfigured())
+        if (m_bootstrap->isConfigured()) {
+            const QString current = m_api->networkRequests().environment();
+            if (environment != current)
+                logSoon(m_executor, u"configure() is ignored for the environment %1: the library "
+                                    "works in %2 already."_s.arg(printedForm(environment),
+                                                                 printedForm(current)));
             return;
+        }
         if (isRepeated())
             endRepeating();
         // A start that failed is forgotten; what the service has imposed is not.
@@ -53,16 +87,14 @@ void StartUp::configure(const QString &environment) {
         voidRequests();
         m_bootstrap->startOver();
         m_phase = Phase::starting;
+        generation = ++m_generation;
     }
-    if (ApplicationLifecycle::shared().applicationExists()) {
-        begin();
-    } else {
-        // The folder is named after the application, which is not there yet.
-        DispatchQueue::main().async([self = shared_from_this()] { self->begin(); });
-    }
+    whenThereIsAFolder([self = shared_from_this(), generation] { self->begin(generation); });
 }
 
-void StartUp::begin() {
+void StartUp::begin(Generation generation) {
+    if (generation != m_generation)
+        return;
     Storage::setUp();
     m_identity.loadAuthorizationInfo();
     const auto keepRecords = [weak = weak_from_this()] {
@@ -72,6 +104,12 @@ void StartUp::begin() {
     Block send;
     {
         const std::lock_guard guard(m_lock);
+        if (generation != m_generation) {
+            // Consent was withdrawn on another thread meanwhile.
+            if (!m_bootstrap->isConfigured())
+                m_identity.clearAuthorizationInfo();
+            return;
+        }
         // Behind the observer that saves the stored visitor's records, and thus called before it.
         m_willTerminateObserver = ApplicationLifecycle::shared().observe(
             ApplicationLifecycle::Event::willTerminate, keepRecords);
@@ -109,6 +147,35 @@ void StartUp::configReceived(RequestNumber request, const std::optional<Response
                               Purpose::visitor);
     }
     send();
+}
+
+// Withdrawn consent
+
+void StartUp::withdrawConsent() {
+    {
+        const std::lock_guard guard(m_lock);
+        ++m_generation;
+        forgetAll();
+    }
+    whenThereIsAFolder([self = shared_from_this()] {
+        self->m_identity.removeFile();
+        self->m_api->eraseStored();
+    });
+}
+
+void StartUp::forgetAll() {
+    if (isRepeated())
+        endRepeating();
+    voidRequests();
+    m_phase = Phase::idle;
+    m_isAnnounced = false;
+    m_awaitsVisitor = false;
+    m_launchedVisitor.reset();
+    m_willTerminateObserver.reset();
+    m_config.setValue({});
+    m_bootstrap->reset();
+    m_api->withdraw();
+    m_identity.forget();
 }
 
 } // namespace KestrioKit

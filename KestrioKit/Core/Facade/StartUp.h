@@ -40,6 +40,8 @@ public:
     Bootstrap::Action keep(HeldCall call);
     /// Whether start-up has failed and is being repeated, or will be.
     bool isRepeated() const { return m_phase >= Phase::waiting; }
+    /// Whether the host has logged out, and the next visitor is not known yet.
+    bool awaitsVisitor() const { return m_awaitsVisitor; }
 
     // The operations of `Kestrio`, documented there.
     void setQueueLimit(int limit);
@@ -49,6 +51,8 @@ public:
     void setUserIdentifier(const QString &userIdentifier);
     /// Not before there is a visitor, unless start-up is repeated.
     void logout();
+    void setServiceHost(const QString &host);
+    void withdrawConsent();
 
     /// To be called after the host has allowed network access.
     void networkAllowed();
@@ -86,7 +90,9 @@ private:
 
     StartUp(std::shared_ptr<KestrioService> api, const LibraryContext &context);
 
-    void begin();
+    /// Counts the calls of `configure()` and `withdrawConsent()`.
+    using Generation = int;
+    void begin(Generation generation);
     void configReceived(RequestNumber request, const std::optional<ResponseConfig> &config,
                         const Response &response, const std::optional<Error> &error);
     void visitorReceived(RequestNumber request, Purpose purpose,
@@ -112,6 +118,8 @@ private:
     bool settleAttachment(const Attachment &attachment,
                           const std::optional<ResponseVisitors> &visitor);
     void releaseIfThereIsAVisitor();
+    void noteAnswer(RequestNumber request);
+    void forgetAll();
     void voidRequests();
     bool mayPass(const Response &response, const std::optional<Error> &error) const;
     void awaitRepeat();
@@ -131,11 +139,15 @@ private:
     std::atomic<bool> m_retries = true;
     /// Changed with the lock held.
     std::atomic<Phase> m_phase = Phase::idle;
+    std::atomic<bool> m_awaitsVisitor = false;
+    std::atomic<Generation> m_generation = 0;
 
     /// Held while the sequence, the disabled state, the identity and the phase change, so that they
     /// do so together. Never while a request is sent, since its completion may be called within the
     /// call.
     std::mutex m_lock;
+    /// The last request that asks for the visitor who is awaited.
+    RequestNumber m_awaitedRequest = 0;
     /// The request that attaches the pending user: the held calls wait for its answer.
     std::optional<RequestNumber> m_pendingAttach;
     /// The visitor whose launch was tracked last.

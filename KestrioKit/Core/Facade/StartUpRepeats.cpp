@@ -38,7 +38,7 @@ Action StartUp::keep(HeldCall call) {
         return Action::queue;
     }
     // It may have succeeded since the caller asked.
-    const Action action = m_api->disabledError() ? Action::skip : m_bootstrap->action();
+    const Action action = readyState();
     if (action == Action::queue)
         m_bootstrap->enqueue(std::move(call));
     return action;
@@ -76,6 +76,7 @@ void StartUp::fail(RequestNumber request, Purpose purpose, const Response &respo
         isReported = !isRepeated();
         if (m_identity.settle(request)) {
             voidRequests();
+            const bool isAwaited = m_awaitsVisitor.exchange(false);
             if (purpose != Purpose::configuration) {
                 m_bootstrap->step(Bootstrap::Sequence::error);
                 m_api->setDisabledError(DisabledError::locally());
@@ -85,6 +86,9 @@ void StartUp::fail(RequestNumber request, Purpose purpose, const Response &respo
                 announce(true, u"Start-up has failed. It is repeated until it succeeds."_s);
             } else {
                 giveUp();
+                // They are not for whoever comes after another `configure()`.
+                if (isAwaited)
+                    m_bootstrap->dropHeld();
                 isReported = true;
             }
         }

@@ -27,8 +27,9 @@ void logReceived(const ResponseVisitors &visitor) {
 
 Block StartUp::visitorRequest(const std::optional<QString> &userIdentifier, bool anonymous,
                               Purpose purpose) {
-    return [self = shared_from_this(), userIdentifier, anonymous, purpose,
-            request = m_identity.beginRequest()] {
+    const RequestNumber request = m_identity.beginRequest();
+    m_awaitedRequest = request;
+    return [self = shared_from_this(), userIdentifier, anonymous, purpose, request] {
         self->m_api->fetchVisitorIdentifier(
             userIdentifier, anonymous,
             [self, request, purpose](const auto &visitor, const auto &response, const auto &error) {
@@ -53,6 +54,7 @@ void StartUp::visitorReceived(RequestNumber request, Purpose purpose,
         });
         if (!saved)
             return;
+        noteAnswer(request);
         const auto last = std::exchange(m_launchedVisitor, visitor->visitorIdentifier);
         isNew = !isRepeated() || last != m_launchedVisitor;
         send = arrive(saved->userIdentifier ? Sequence::userId : Sequence::visitorId);
@@ -108,6 +110,9 @@ void StartUp::setUserIdentifier(const QString &userIdentifier) {
             return m_bootstrap->replaceUserId(userIdentifier);
         if (m_bootstrap->setUserId(userIdentifier) || m_bootstrap->action() != Action::doit)
             return;
+        // A start-up that follows a failure asks for this user, too.
+        if (m_awaitsVisitor)
+            m_bootstrap->replaceUserId(userIdentifier);
         send = attachRequest(userIdentifier, Purpose::laterUser);
     }
     if (send)
@@ -146,6 +151,8 @@ void StartUp::attachmentAnswered(const Attachment &attachment,
         if (endsStartUp)
             m_pendingAttach.reset();
         launches = !error && settleAttachment(attachment, visitor);
+        if (!error)
+            noteAnswer(attachment.request);
         const bool moved = launches && m_bootstrap->step(Sequence::userId);
         if (endsStartUp)
             send = nextAttachRequest(attachment);
@@ -181,10 +188,16 @@ bool StartUp::settleAttachment(const Attachment &attachment,
     return saved && saved->visitorIdentifier != attachment.visitorBefore;
 }
 
+// The answer to an earlier request names a visitor whom the host has not asked for last.
+void StartUp::noteAnswer(RequestNumber request) {
+    if (request >= m_awaitedRequest)
+        m_awaitsVisitor = false;
+}
+
 // After a logout the held calls wait for the next visitor.
 void StartUp::releaseIfThereIsAVisitor() {
-    if (!isRepeated() && !m_pendingAttach && m_bootstrap->action() == Action::doit &&
-        m_api->visitorIdentifier())
+    if (!isRepeated() && !m_awaitsVisitor && !m_pendingAttach &&
+        m_bootstrap->action() == Action::doit && m_api->visitorIdentifier())
         m_bootstrap->flushHeld();
 }
 
@@ -192,13 +205,19 @@ void StartUp::logout() {
     Block send;
     {
         const std::lock_guard guard(m_lock);
+        const bool holdsForNobody = isRepeated() || m_awaitsVisitor;
+        // First: no call may be made as nobody.
+        if (!isRepeated() && m_bootstrap->action() == Action::doit) {
+            m_bootstrap->holdAgain();
+            m_awaitsVisitor = true;
+        }
         m_identity.clearAuthorizationInfo();
         // Its answer counts for nothing, or never comes.
         m_pendingAttach.reset();
         // Else a repeated start-up would sign the user in again.
         if (m_retries)
             m_bootstrap->replaceUserId(std::nullopt);
-        if (isRepeated())
+        if (holdsForNobody)
             m_bootstrap->dropHeld();
         if (m_phase == Phase::waiting)
             return;

@@ -10,7 +10,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::optional<QString> obstacle(const Survey &survey) {
+std::optional<QString> obstacle(const Survey &survey, const PresentationContext &context) {
+    if (context.api->isWithdrawn())
+        return u"The visitor's consent has been withdrawn."_s;
     if (SurveySessionPrivate::existing())
         return u"Another survey is being shown."_s;
     if (survey.questions.isEmpty())
@@ -24,7 +26,7 @@ std::unique_ptr<SurveySession> makeSession(const Survey &survey, PresentationCon
         {.clock = context.clock,
          .themeColor = context.themeColor,
          .responder = std::make_unique<KestrioSurveyResponder>(std::move(context.api), survey),
-         .gone = std::move(context.gone)});
+         .observer = std::move(context.observer)});
 }
 
 } // namespace
@@ -35,7 +37,7 @@ void speakLanguage(const Survey &survey) {
 
 std::variant<std::unique_ptr<SurveySession>, QString> startSession(const Survey &survey,
                                                                    PresentationContext context) {
-    if (const std::optional<QString> reason = obstacle(survey))
+    if (const std::optional<QString> reason = obstacle(survey, context))
         return *reason;
     return makeSession(survey, std::move(context));
 }
@@ -51,7 +53,7 @@ std::optional<QString> presentSpecifiedSurvey(const Survey &survey, QObject *fro
                    QString::fromLatin1(from->metaObject()->className()));
     if (std::optional<QString> reason = frontEnd->obstacle(*from))
         return reason;
-    if (std::optional<QString> reason = obstacle(survey))
+    if (std::optional<QString> reason = obstacle(survey, context))
         return reason;
     const Clock &clock = context.clock;
     frontEnd->show(makeSession(survey, std::move(context)), *from, clock);

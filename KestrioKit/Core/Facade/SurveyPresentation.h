@@ -2,8 +2,8 @@
 
 #include "KestrioKit/Core/Platform/Threads/Executor.h"
 #include "KestrioKit/Core/Service/KestrioService.h"
+#include "KestrioKit/Core/Session/SurveySessionPrivate.h"
 #include "KestrioKit/Core/Survey/Survey.h"
-#include "KestrioKit/SurveySession.h"
 
 #include <QColor>
 #include <QObject>
@@ -19,8 +19,7 @@ struct PresentationContext {
     const Clock &clock;
     std::shared_ptr<KestrioService> api;
     QColor themeColor;
-    /// Called when the survey has gone; may be empty.
-    Block gone = {};
+    SessionObserver observer = {};
 };
 
 /// Has the library's texts speak the survey's language, English when it names none.

@@ -1,5 +1,9 @@
 #include "KestrioKit/Core/Service/KestrioService.h"
 
+#include "KestrioKit/Core/Queue/StateFolder.h"
+
+#include <utility>
+
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
@@ -36,13 +40,38 @@ void KestrioService::authorize(const std::optional<QString> &token,
     // this.
     if (m_submissionQueue)
         m_submissionQueue->updateAuth(visitorIdentifier, token);
+    const bool isOther = visitorIdentifier != m_networkRequests->visitorIdentifier();
     m_sessions.setAuthorizationToken(token);
     m_networkRequests->setVisitorIdentifier(visitorIdentifier);
     if (!m_submissionQueue)
         makeSubmissionQueue();
+    if (isOther && m_observer.visitorChanged)
+        m_observer.visitorChanged();
+}
+
+void KestrioService::withdraw() {
+    const std::lock_guard guard(m_submissionQueueLock);
+    m_isWithdrawn = true;
+    const bool isKnown = this->visitorIdentifier().has_value();
+    m_sessions.forgetToken();
+    m_networkRequests->setVisitorIdentifier({});
+    m_networkRequests->setEnvironment({});
+    m_context.transport->cancelAll();
+    if (m_submissionQueue)
+        m_submissionQueue->erase();
+    if (isKnown && m_observer.visitorChanged)
+        m_observer.visitorChanged();
+}
+
+void KestrioService::eraseStored() {
+    const std::lock_guard guard(m_submissionQueueLock);
+    // A queue has removed it, and holds its lock.
+    if (!m_submissionQueue)
+        StateFolder::eraseStored();
 }
 
 void KestrioService::setEnvironmentId(const QString &environmentId) {
+    m_isWithdrawn = false;
     m_networkRequests->setEnvironment(environmentId);
 }
 
@@ -71,7 +100,10 @@ std::optional<DisabledError> KestrioService::disabledError() const {
 }
 
 void KestrioService::setDisabledError(const std::optional<DisabledError> &error) {
-    m_disabledError.setValue(error);
+    const auto before =
+        m_disabledError.mutate([&error](auto &known) { return std::exchange(known, error); });
+    if (before != error && m_observer.disabledChanged)
+        m_observer.disabledChanged(error);
     if (error)
         KSLog(LogLevel::debug, u"Kestrio SDK Disabled: "_s + printedForm(*error));
     else
@@ -100,14 +132,14 @@ void KestrioService::makeSubmissionQueue() {
 std::optional<Error> KestrioService::refusal() const {
     if (const std::optional<DisabledError> disabled = disabledError())
         return disabled->toError();
-    if (m_disableNetworkAccess)
+    if (m_disableNetworkAccess || m_isWithdrawn)
         return DisabledError{DisabledError::local, {}}.toError();
     return std::nullopt;
 }
 
 std::optional<Error> KestrioService::refusalOfAnswered() const {
     const std::optional<DisabledError> disabled = disabledError();
-    if (m_startsOver && !m_disableNetworkAccess && disabled &&
+    if (m_startsOver && !m_disableNetworkAccess && !m_isWithdrawn && disabled &&
         disabled->kind == DisabledError::local)
         return std::nullopt;
     return refusal();
@@ -153,6 +185,11 @@ void KestrioService::sendRequest(const URLRequest &request, bool anonymous,
             self->sendRequest<Value>(request, anonymous, completion, afterwards);
             return;
         }
+        // The answer may have been on its way when the requests were cancelled.
+        if (self->m_isWithdrawn) {
+            completion({}, {}, self->refusal());
+            return;
+        }
         if (!result.data || result.error) {
             completion({}, result.response, result.error);
             return;
@@ -195,8 +232,8 @@ Error KestrioService::reportDecodingError(const DecodingError &error) {
     if (m_startsOver)
         return general;
     const std::optional<DisabledError> disabled = disabledError();
-    printLine(u"[KestrioService] Unreadable answer (disabled: %1): %2"_s.arg(
-        printedForm(disabled), general.localizedDescription));
+    logLine(LogLevel::error, u"[KestrioService] Unreadable answer (disabled: %1): %2"_s.arg(
+                                 printedForm(disabled), general.localizedDescription));
     handleError(general);
     return general;
 }
@@ -233,7 +270,7 @@ void KestrioService::checkDisabled(const std::optional<ResponseConfig> &config,
         return;
     }
     setDisabledError(disabled);
-    printLine(u"Kestrio SDK disabled: "_s + disabled->localizedDescription());
+    logLine(LogLevel::error, u"Kestrio SDK disabled: "_s + disabled->localizedDescription());
     completion({}, response, disabled->toError());
 }
 
@@ -260,10 +297,10 @@ void KestrioService::trackEvent(const QString &event, bool batch,
     const Request::TrackEvent body = Request::makeTrackEvent(
         event, Request::makeMetadata(DeviceFacts::current()), m_context.clock);
     if (batch) {
-        submissionQueue()->appendRequest(makeQueueTask(
-            body, m_context.clock, [completion](const auto &response, const auto &error) {
-                completion({}, response, error);
-            }));
+        append(makeQueueTask(body, m_context.clock,
+                             [completion](const auto &response, const auto &error) {
+                                 completion({}, response, error);
+                             }));
         return;
     }
     const auto request = m_networkRequests->newTrackEvent(body);
@@ -280,20 +317,17 @@ void KestrioService::trackEvent(const QString &event, bool batch,
 
 void KestrioService::setVisitorAttribute(const QString &key, const QString &value,
                                          const SimpleCompletion &completion) {
-    submissionQueue()->appendRequest(
-        makeQueueTask(Request::UpdateAttribute{key, value}, m_context.clock, completion));
+    append(makeQueueTask(Request::UpdateAttribute{key, value}, m_context.clock, completion));
 }
 
 void KestrioService::setVisitorAttributes(const QMap<QString, QString> &attributes,
                                           const SimpleCompletion &completion) {
-    submissionQueue()->appendRequest(
-        makeQueueTask(Request::UpdateAttributes{attributes}, m_context.clock, completion));
+    append(makeQueueTask(Request::UpdateAttributes{attributes}, m_context.clock, completion));
 }
 
 void KestrioService::removeVisitorAttributes(const QStringList &keys,
                                              const SimpleCompletion &completion) {
-    submissionQueue()->appendRequest(
-        makeQueueTask(Request::RemoveAttributes{keys}, m_context.clock, completion));
+    append(makeQueueTask(Request::RemoveAttributes{keys}, m_context.clock, completion));
 }
 
 void KestrioService::recordSurveyEvent(qint64 surveyId, std::optional<qint64> questionId,
@@ -302,19 +336,18 @@ void KestrioService::recordSurveyEvent(qint64 surveyId, std::optional<qint64> qu
     const std::optional<qint64> visitor = visitorIdentifier();
     if (!visitor)
         return;
-    submissionQueue()->appendRequest(
-        Request::SurveyEvent{.environmentId = m_networkRequests->environment(),
-                             .surveyId = surveyId,
-                             .questionId = questionId,
-                             .visitorId = *visitor,
-                             .isNew = questionId && event == Request::SurveyEventType::seen,
-                             .action = event,
-                             .responseGroupUid = responseGroupUid});
+    append(Request::SurveyEvent{.environmentId = m_networkRequests->environment(),
+                                .surveyId = surveyId,
+                                .questionId = questionId,
+                                .visitorId = *visitor,
+                                .isNew = questionId && event == Request::SurveyEventType::seen,
+                                .action = event,
+                                .responseGroupUid = responseGroupUid});
 }
 
 void KestrioService::submitSurveyResponse(qint64 surveyId, const QString &responseGroupUid,
                                           const QList<Request::SurveyQuestionResponse> &responses) {
-    submissionQueue()->appendRequest(
+    append(
         Request::SurveyResponse{.surveyId = surveyId,
                                 .body = {.responses = responses,
                                          .metadata = Request::makeMetadata(DeviceFacts::current()),
@@ -328,12 +361,12 @@ void KestrioService::recordError(const Error &error, const Request::Metadata::Ex
 
 void KestrioService::recordError(const Error &error, const std::optional<QString> &stack,
                                  const Request::Metadata::Extra &extra) {
-    submissionQueue()->appendRequest(Request::RecordError{
-        .environmentId = m_networkRequests->environment(),
-        .visitorId = visitorIdentifier(),
-        .userAgent = m_sessions.userAgent().uaHeaderValue(),
-        .metadata = Request::makeMetadata(DeviceFacts::current(), {}, {}, extra),
-        .details = {error.localizedDescription, stack}});
+    append(Request::RecordError{.environmentId = m_networkRequests->environment(),
+                                .visitorId = visitorIdentifier(),
+                                .userAgent = m_sessions.userAgent().uaHeaderValue(),
+                                .metadata =
+                                    Request::makeMetadata(DeviceFacts::current(), {}, {}, extra),
+                                .details = {error.localizedDescription, stack}});
 }
 
 void KestrioService::reportIdle(std::function<void(bool idle)> report) {

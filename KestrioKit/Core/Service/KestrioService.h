@@ -36,6 +36,11 @@ public:
                                           const std::optional<HTTPURLResponse> &response,
                                           const std::optional<Error> &error)>;
     using ErrorHandler = std::function<void(const Error &error)>;
+    /// Told what changes. Called on any thread, while locks are held: it must not call back.
+    struct Observer {
+        Block visitorChanged;
+        std::function<void(const std::optional<DisabledError> &error)> disabledChanged;
+    };
 
     /// `builder` builds the requests of the current visitor. What `context` refers to must outlive
     /// this object.
@@ -44,6 +49,9 @@ public:
 
     /// Sets the handler for errors that no caller waits for. Set it before the first request.
     void setErrorHandler(ErrorHandler handler) { m_errorHandler = std::move(handler); }
+
+    /// To be set before the first request.
+    void setObserver(Observer observer) { m_observer = std::move(observer); }
 
     /// Returns the current visitor's bearer token; absent if there is none.
     std::optional<QString> authorizationToken() const override;
@@ -58,6 +66,15 @@ public:
 
     /// Sets the id of the host's environment, which is part of most URLs.
     void setEnvironmentId(const QString &environmentId);
+    /// Sets the service's host, see `KestrioServiceRequests::setHost()`.
+    bool setServiceHost(const QString &host) { return m_networkRequests->setHost(host); }
+
+    /// Forgets the visitor and the environment, drops what is queued, in memory and on disk, and
+    /// cancels the requests in flight. Nothing is sent or queued until an environment is set.
+    void withdraw();
+    bool isWithdrawn() const { return m_isWithdrawn; }
+    /// Removes what is stored when no queue has been made yet. Works on the calling thread.
+    void eraseStored();
     /// Sets the value of "Accept-Language"; absent for the user's preferred languages, the default.
     void setLocale(const std::optional<QString> &locale);
     /// Whether network access is disabled. If so, the library sends nothing and drops new records.
@@ -165,13 +182,21 @@ private:
 
     /// Returns the queue, which is created at the first call.
     std::shared_ptr<SubmissionQueue> submissionQueue();
+    /// Queues the record, unless the host has withdrawn the visitor's consent.
+    template <typename Record>
+    void append(Record record) {
+        if (!m_isWithdrawn)
+            submissionQueue()->appendRequest(std::move(record));
+    }
     /// Called with `m_submissionQueueLock` held.
     void makeSubmissionQueue();
 
     LibraryContext m_context;
     ErrorHandler m_errorHandler;
+    Observer m_observer;
     std::atomic<bool> m_disableNetworkAccess = false;
     std::atomic<int> m_queueLimit = int(QueueRunner::defaultQueueLimit);
+    std::atomic<bool> m_isWithdrawn = false;
     std::atomic<bool> m_startsOver = false;
     std::atomic<bool> m_savesPromptly = false;
     Atomic<std::optional<DisabledError>> m_disabledError;

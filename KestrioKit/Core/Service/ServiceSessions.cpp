@@ -13,6 +13,11 @@ void ServiceSessions::setLocale(std::optional<QString> locale) {
     m_session.setValue({});
 }
 
+void ServiceSessions::forgetToken() {
+    setAuthorizationToken({});
+    m_session.setValue({});
+}
+
 const UserAgent &ServiceSessions::userAgent() const {
     std::call_once(m_userAgentOnce,
                    [this] { m_userAgent = UserAgent::current(DeviceFacts::current()); });

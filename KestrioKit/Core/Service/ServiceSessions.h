@@ -22,6 +22,8 @@ public:
     void setAuthorizationToken(std::optional<QString> token) {
         m_authorizationToken.setValue(std::move(token));
     }
+    /// Forgets the token, also within the session that was used last.
+    void forgetToken();
     /// Sets the value of "Accept-Language"; absent for the user's preferred languages, the default.
     /// The change applies from the next call of `session()`. It does not change the anonymous
     /// session once that exists.

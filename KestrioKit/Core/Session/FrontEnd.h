@@ -30,7 +30,7 @@ public:
     virtual std::optional<QString> obstacle(const QObject &host) const = 0;
 
     /// Shows the survey over `host`, for which there is no obstacle. The session ends with the
-    /// survey. `clock` outlives both.
+    /// survey, and the screen goes when the session ends otherwise. `clock` outlives both.
     virtual void show(std::unique_ptr<SurveySession> session, QObject &host,
                       const Clock &clock) = 0;
 };

@@ -39,6 +39,14 @@ SurveySession *SurveySessionPrivate::existing() {
     return existingSession();
 }
 
+void SurveySessionPrivate::discardExisting() {
+    SurveySession *const session = existing();
+    if (!session)
+        return;
+    session->m_state->context.responder.reset();
+    session->close();
+}
+
 SurveySessionPrivate::SurveySessionPrivate(Survey shownSurvey, SessionContext sessionContext,
                                            const AnyLanguageBundle &bundle)
     : survey(std::move(shownSurvey)),
@@ -74,8 +82,8 @@ SurveySession::~SurveySession() {
     else
         close();
     existingSession() = nullptr;
-    if (m_state->context.gone)
-        m_state->context.gone();
+    if (m_state->context.observer.gone)
+        m_state->context.observer.gone();
 }
 
 QList<SurveyQuestion> SurveySession::questions() const {
@@ -133,10 +141,14 @@ bool SurveySession::answer(int index, const QVariant &value) {
                                  state.pageMadeAt.value_or(state.currentSince), clock));
     state.currentIndex = nextQuestionIndex(state.survey.questions, index, response);
     state.currentSince = clock.secondsSince1970();
+    // Whoever is told may destroy the session.
+    const auto tell = state.context.observer.questionAnswered;
     const QPointer<SurveySession> self(this);
     Q_EMIT questionAnswered(index);
     if (self)
         Q_EMIT currentQuestionChanged();
+    if (tell)
+        tell(index);
     return true;
 }
 
@@ -151,7 +163,10 @@ void SurveySession::markSeen() {
         m_state->context.responder->seen(m_state->currentQuestionId());
     if (std::exchange(m_state->wasSeen, true))
         return;
+    const Block tell = m_state->context.observer.shown;
     Q_EMIT shown();
+    if (tell)
+        tell();
 }
 
 void SurveySession::finish() {
@@ -159,7 +174,7 @@ void SurveySession::finish() {
         return;
     if (m_state->context.responder)
         m_state->context.responder->submit();
-    Q_EMIT ended(Outcome::Finished);
+    tellEnd(Outcome::Finished);
 }
 
 void SurveySession::close() {
@@ -169,5 +184,12 @@ void SurveySession::close() {
         m_state->context.responder->closed(m_state->currentQuestionId());
         m_state->context.responder->submit();
     }
-    Q_EMIT ended(Outcome::Closed);
+    tellEnd(Outcome::Closed);
+}
+
+void SurveySession::tellEnd(Outcome outcome) {
+    const auto tell = m_state->context.observer.ended;
+    Q_EMIT ended(outcome);
+    if (tell)
+        tell(outcome);
 }

@@ -6,9 +6,20 @@
 #include "KestrioKit/Core/Survey/Survey.h"
 #include "KestrioKit/SurveySession.h"
 
+#include <functional>
 #include <memory>
 
 namespace KestrioKit {
+
+/// Told on the main thread what becomes of a session, also while its signals are blocked. Each
+/// function may be empty.
+struct SessionObserver {
+    Block shown = {};
+    std::function<void(int index)> questionAnswered = {};
+    std::function<void(SurveySession::Outcome outcome)> ended = {};
+    /// The session has been destroyed.
+    Block gone = {};
+};
 
 /// What a session works with besides its survey.
 struct SessionContext {
@@ -17,8 +28,7 @@ struct SessionContext {
     QColor themeColor;
     /// Reports to the service. When null, nothing is reported.
     std::unique_ptr<KestrioSurveyResponder> responder = nullptr;
-    /// Called when the session has gone; may be empty.
-    Block gone = {};
+    SessionObserver observer = {};
 };
 
 /// The language that a survey is shown in: its locale, or English without one.
@@ -32,6 +42,10 @@ public:
 
     /// The session that exists; null when there is none. For the main thread.
     static SurveySession *existing();
+
+    /// Closes the session that exists, if any, and reports nothing of it any more. For the main
+    /// thread.
+    static void discardExisting();
 
     SurveySessionPrivate(Survey survey, SessionContext context, const AnyLanguageBundle &bundle);
 

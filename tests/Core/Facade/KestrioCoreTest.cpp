@@ -241,4 +241,93 @@ TEST_F(KestrioCoreTest, IgnoresAnswersThatLaterOnesHaveOvertaken) {
     }
 }
 
+TEST_F(KestrioCoreTest, MakesTheCallsAfterALogoutForTheUserWhoFollows) {
+    configure();
+    network->hold(true);
+    core->logout();
+    finish();
+    answer(visitorLine, {200, R"({"vid":3})"});
+    core->setUserIdentifier(u"bob"_s);
+    core->setEmailAddress(u"b@c"_s);
+    core->track(u"Held"_s, handler());
+    finish();
+    release(); // the anonymous visitor
+    EXPECT_TRUE(requests("PUT /attributes/!email").isEmpty());
+    network->hold(false);
+    release(); // the user
+    EXPECT_EQ(requests("PUT /1/visitors/3/attributes/!email").size(), 1);
+    EXPECT_EQ(requests("POST /1/visitors/3/events").size(), 1);
+    EXPECT_EQ(states, QList{SurveyState::noSurvey});
+}
+
+TEST_F(KestrioCoreTest, DropsTheCallsOfAUserWhoNeverComes) {
+    using Refusal = std::function<void()>;
+    for (const Refusal &refuse : {Refusal([this] { core->logout(); }), Refusal([this] {
+                                      answer(visitorLine, {404});
+                                      core->setUserIdentifier(u"bob"_s);
+                                  })}) {
+        startAfresh();
+        configure();
+        states.clear();
+        core->logout();
+        core->track(u"Held"_s, handler());
+        refuse();
+        finish();
+        EXPECT_EQ(states, QList{SurveyState::disabled});
+    }
+}
+
+TEST_F(KestrioCoreTest, LogsAnotherEnvironmentThatItIgnores) {
+    configure();
+    testing::internal::CaptureStdout();
+    configure();
+    core->configure(u"other"_s);
+    finish();
+    EXPECT_EQ(
+        testing::internal::GetCapturedStdout(),
+        "Kestrio - [Error]: configure() is ignored for the environment \"other\": the library "
+        "works in \"env\" already.\n");
+}
+
+TEST_F(KestrioCoreTest, ForgetsEverythingOnceConsentIsWithdrawn) {
+    startAfresh({u"old"_s, 5, u"a"_s});
+    core->setSavesPromptly(true);
+    configure();
+    network->hold(true);
+    core->track(u"Sent"_s, {});
+    finish();
+    core->track(u"Waiting"_s, {});
+    core->track(u"Asked"_s, handler());
+    later(1);
+    EXPECT_GE(storedFiles().size(), 2);
+    core->withdrawConsent();
+    core->track(u"Refused"_s, {});
+    const qsizetype before = server.requests().size();
+    network->hold(false);
+    while (network->held() > 0)
+        release();
+    later(1000);
+    EXPECT_EQ(server.requests().size(), before);
+    EXPECT_EQ(storedFiles(), QStringList());
+    EXPECT_EQ(states, QList{SurveyState::disabled});
+    EXPECT_FALSE(core->api()->visitorIdentifier() || core->api()->authorizationToken() ||
+                 core->config());
+    EXPECT_EQ(track(), SurveyState::disabled);
+    configure();
+    EXPECT_EQ(requests(configLine).last().header("Authorization"), std::nullopt);
+    EXPECT_EQ(bodies(visitorLine).last(), QJsonObject());
+    EXPECT_EQ(track(), SurveyState::noSurvey);
+}
+
+TEST_F(KestrioCoreTest, ErasesWhatEarlierProcessesHaveLeftWithoutBeingConfigured) {
+    startAfresh({u"old"_s, 5, u"a"_s});
+    for (const QString &name : {u"SubmissionQueue.json"_s, u"VisitorData.json.abCdef"_s,
+                                u"SubmissionQueue-0123456789abcdef0123456789abcdef.json"_s})
+        EXPECT_TRUE(QFile(folder().filePath(name)).open(QIODevice::WriteOnly));
+    EXPECT_EQ(storedFiles().size(), 4);
+    core->withdrawConsent();
+    finish();
+    EXPECT_EQ(storedFiles(), QStringList());
+}
+
 } // namespace KestrioKit

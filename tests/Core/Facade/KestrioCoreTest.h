@@ -26,7 +26,7 @@ protected:
     void startAfresh(const LocalData &identity = {}) {
         core.reset();
         finish();
-        QDir(QFileInfo(identityUrl()).path()).removeRecursively();
+        folder().removeRecursively();
         Storage::setUp();
         Storage::store(std::optional(identity), identityUrl());
         answer(visitorLine, {200, R"({"vid":1,"token":"t1"})"});
@@ -36,6 +36,11 @@ protected:
 
     void configure() {
         core->configure(u"env"_s);
+        finish();
+    }
+
+    void later(double seconds) {
+        advance(seconds);
         finish();
     }
 
@@ -55,6 +60,8 @@ protected:
     }
 
     static QString identityUrl() { return *Storage::localLibraryURL("VisitorData"_L1); }
+    static QDir folder() { return QFileInfo(identityUrl()).dir(); }
+    static QStringList storedFiles() { return folder().entryList({u"*.json*"_s}, QDir::Files); }
     static QByteArray identity() {
         QFile file(identityUrl());
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

@@ -13,10 +13,6 @@ protected:
         for (int event = 0; event < eventCount; ++event)
             core->track(prefix + QString::number(event), {});
     }
-    void later(double seconds) {
-        advance(seconds);
-        finish();
-    }
     /// How often the service was sent an event of that name.
     qsizetype arrivals(const QString &name) const {
         qsizetype count = 0;

@@ -1,0 +1,59 @@
+#include "KestrioKit/Core/Facade/EventTracking.h"
+
+#include "KestrioKit/Core/Facade/FacadeLog.h"
+#include "KestrioKit/Core/Facade/SurveyPresentation.h"
+#include "KestrioKit/Core/Platform/Threads/MainThread.h"
+
+#include <utility>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+EventTracking::EventTracking(std::shared_ptr<KestrioService> api, Observer observer)
+    : m_api(std::move(api)), m_observer(std::move(observer)) {}
+
+void EventTracking::setSurvey(std::optional<Survey> survey) {
+    const bool isHeld = survey.has_value();
+    const auto before =
+        m_survey.mutate([&survey](auto &held) { return std::exchange(held, std::move(survey)); });
+    if (before.has_value() != isHeld)
+        m_observer.surveyHeldChanged();
+}
+
+void EventTracking::track(const QString &name) {
+    m_api->trackEvent(name, true, [](auto &&...) {});
+}
+
+void EventTracking::trackForSurvey(const QString &name, const SharedHandler &handler) {
+    m_api->trackEvent(
+        name, false,
+        [self = shared_from_this(), handler](const auto &survey, const auto &, const auto &error) {
+            if (survey && !error) {
+                callOnMain(handler, self->surveyReceived(*survey));
+                return;
+            }
+            const bool disabled = error && isDisabledError(*error);
+            callOnMain(handler, disabled ? SurveyState::disabled : SurveyState::noSurvey);
+            self->m_observer.requestEnded(error);
+        });
+}
+
+SurveyState EventTracking::surveyReceived(const Survey &survey) {
+    logLine(u"Received %1 questions"_s.arg(survey.questions.size()), LogCategory::info);
+    if (survey.questions.isEmpty() || !survey.preflight())
+        return SurveyState::noSurvey;
+    speakLanguage(survey);
+    // A survey that was not shown yet comes first.
+    const bool isNew = m_survey.mutate([&survey](std::optional<Survey> &held) {
+        const bool isFirst = !held;
+        if (isFirst)
+            held = survey;
+        return isFirst;
+    });
+    if (isNew)
+        m_observer.surveyHeldChanged();
+    return SurveyState::surveyReady;
+}
+
+} // namespace KestrioKit
