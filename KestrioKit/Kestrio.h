@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KestrioKit/KestrioKitExport.h>
+#include <KestrioKit/SurveyAppearance.h>
 #include <KestrioKit/SurveySession.h>
 #include <KestrioKit/SurveyState.h>
 
@@ -177,6 +178,11 @@ public:
     /// for. To be called before the first `configure()` of the process; later calls are ignored,
     /// and logged. A text that cannot be a host is logged by `configure()`, and nothing is sent.
     void setServiceHost(const QString &host);
+
+    /// The colours of surveys; `SurveyAppearance::light` at first. Applies to surveys that begin
+    /// afterwards; one that is shown keeps its appearance. May be set before `configure()`.
+    SurveyAppearance appearance() const;
+    void setAppearance(SurveyAppearance appearance);
 
     /// Starts: reads the stored identity, fetches the environment's configuration and a visitor.
     /// Called before the application object exists, it starts once the event loop runs.

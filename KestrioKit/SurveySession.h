@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KestrioKit/KestrioKitExport.h>
+#include <KestrioKit/SurveyPalette.h>
 #include <KestrioKit/SurveyQuestion.h>
 #include <KestrioKit/SurveyTexts.h>
 
@@ -43,6 +44,7 @@ class KESTRIOKIT_EXPORT SurveySession final : public QObject {
     Q_PROPERTY(Qt::LayoutDirection layoutDirection READ layoutDirection CONSTANT)
     Q_PROPERTY(SurveyTexts texts READ texts CONSTANT)
     Q_PROPERTY(QColor themeColor READ themeColor CONSTANT)
+    Q_PROPERTY(SurveyPalette palette READ palette NOTIFY appearanceChanged)
     Q_DISABLE_COPY_MOVE(SurveySession)
 
 public:
@@ -85,6 +87,10 @@ public:
     /// The colour that the service's configuration sets for surveys; black by default.
     QColor themeColor() const;
 
+    /// The colours of the appearance that was set when the session began, see
+    /// `Kestrio::setAppearance()`. With `SurveyAppearance::system` they follow the application's.
+    SurveyPalette palette() const;
+
     /// Answers the current question and goes on to the next one. The answer is
     /// - a text for `Open`, which may be empty;
     /// - a whole number from `firstValue` to `lastValue` for `Likert` and `Nps`;
@@ -125,6 +131,10 @@ Q_SIGNALS:
 
     /// The first question has been seen.
     void shown();
+
+    /// The application's palette or font has changed, and `palette()` with it. Emitted only with
+    /// `SurveyAppearance::system`.
+    void appearanceChanged();
 
     /// The survey is over. The destructor does not emit this signal; `Kestrio::surveyEnded` comes
     /// then, too.

@@ -106,6 +106,15 @@ Outcome switchPromptSaves(const CommandCall &call) {
     return switchSetting(call, u"prompt saves"_s, &Kestrio::setSavesPromptly, true);
 }
 
+Outcome setAppearance(const CommandCall &call) {
+    const QStringList names{u"light"_s, u"dark"_s, u"system"_s, u"service"_s};
+    const qsizetype value = names.indexOf(call.arguments[0]);
+    if (value < 0)
+        return Outcome::failed(u"the appearance can be %1"_s.arg(names.join(u", "_s)));
+    Kestrio::shared().setAppearance(SurveyAppearance(value));
+    return Outcome::done();
+}
+
 Outcome reportVisitor(const CommandCall &) {
     Report().number("visitor", Kestrio::shared().visitorIdentifier()).print();
     return Outcome::done();
@@ -164,6 +173,7 @@ constexpr std::array commands{
     Command{"network"_L1, "on|off"_L1, Arity::exactly(1), switchNetwork},
     Command{"retries"_L1, "on|off"_L1, Arity::exactly(1), switchRetries},
     Command{"prompt-saves"_L1, "on|off"_L1, Arity::exactly(1), switchPromptSaves},
+    Command{"appearance"_L1, "light|dark|system|service"_L1, Arity::exactly(1), setAppearance},
     Command{"visitor"_L1, {}, Arity::exactly(0), reportVisitor},
     Command{"perform"_L1, "SELECTOR [ARG]..."_L1, Arity::atLeast(1), perform},
 };

@@ -56,7 +56,7 @@ protected:
     template <typename View>
     View *make() {
         auto *const view =
-            new View(question(kindOf<View>), textsToShow(AnyLanguageBundle(u"en"_s)), theme);
+            new View(question(kindOf<View>), textsToShow(AnyLanguageBundle(u"en"_s)), colors);
         QObject::connect(view, &View::answered, view,
                          [this](const QVariant &answer) { answers.append(answer); });
         show(view, width);

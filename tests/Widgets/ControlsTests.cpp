@@ -28,7 +28,7 @@ static QRect inked(const QPixmap &picture) {
 }
 
 TEST_F(Controls, CheckboxShowsWhetherItIsSelected) {
-    auto *const button = show(new CheckboxButton(u"R&D"_s, theme), 200);
+    auto *const button = show(new CheckboxButton(u"R&D"_s, colors), 200);
     const QPointF box(14, (button->height() - 16) / 2);
     const auto inBox = [&](double x, double y) {
         return colorAt(box.x() + x * 0.8, box.y() + y * 0.8);
@@ -56,10 +56,8 @@ TEST_F(Controls, CheckboxShowsWhetherItIsSelected) {
 
 TEST_F(Controls, ThemedButtonTakesTheStateThatWasSetLast) {
     auto *const button =
-        show(new ThemedButton(u"&Title"_s, {.cornerRadius = 3, .borderWidth = 1}), 100);
+        show(new ThemedButton(u"&Title"_s, colors, {.cornerRadius = 3, .borderWidth = 1}), 100);
     button->setSelected(true);
-    EXPECT_EQ(colorAt(6, 6), Qt::white);
-    button->setThemeColor(theme);
     EXPECT_TRUE(isNear(colorAt(6, 6), paleTheme));
     QTest::mousePress(button, Qt::LeftButton);
     button->setSelected(false);
@@ -70,7 +68,7 @@ TEST_F(Controls, ThemedButtonTakesTheStateThatWasSetLast) {
 }
 
 TEST_F(Controls, ButtonsArePressedByKeyAndShowTheFocusToWhoUsesKeys) {
-    auto *const button = show(new ActionButton(u"N&ext"_s, theme), 100);
+    auto *const button = show(new ActionButton(u"N&ext"_s, colors), 100);
     const QSignalSpy clicks(button, &QAbstractButton::clicked);
     const int ring = button->height() - 4;
     QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, button->geometry().center());
@@ -92,14 +90,15 @@ TEST_F(Controls, PageControlMarksTheCurrentPage) {
     } const cases[] = {{3, 1, 48, 1, 2, 3}, {3, 9, 48, 2, 3, 3}, {40, 12, 80, 2, 13, 1.5}};
     for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
         for (const auto &known : cases) {
-            auto *const pages = new PageControl(known.pages, {}, Qt::gray, theme);
+            auto *const pages = new PageControl(known.pages, {}, colors);
             pages->setLayoutDirection(direction);
             pages->setCurrentPage(known.current);
             show(pages, known.width);
             const int dots = known.width / 16;
             for (int dot = 0; dot < dots; ++dot) {
                 const int place = direction == Qt::LeftToRight ? dot : dots - 1 - dot;
-                EXPECT_EQ(colorAt(place * 16 + 8, 13), dot == known.dot ? theme : QColor(Qt::gray));
+                EXPECT_EQ(colorAt(place * 16 + 8, 13),
+                          QColor((dot == known.dot ? theme : colors->dot).rgb()));
                 EXPECT_TRUE(isNear(colorAt(place * 16 + 13, 13), Qt::white));
             }
             EXPECT_FALSE(isNear(colorAt(8 + known.edge - 0.5, 13), Qt::white, 40));
@@ -116,12 +115,11 @@ TEST_F(Controls, PageControlMarksTheCurrentPage) {
 
 TEST_F(Controls, LabelsShowTheirTextWhole) {
     const QFont font = preferredFont(TextStyle::body);
-    const QFont large = preferredFont(TextStyle::title2);
     EXPECT_EQ(font.families(), QGuiApplication::font().families());
     const int line = QFontMetrics(font).height();
     for (const QString &text : {u"word "_s.repeated(400), u"Donaudampfschifffahrt"_s.repeated(90),
                                 u"長い文章"_s.repeated(500), u"مرحبا بالعالم "_s.repeated(150)}) {
-        Label label(text, font, Qt::black);
+        Label label(text, TextStyle::body, colors);
         for (const int width : {60, 288, 468}) {
             const int lines = label.heightForWidth(width) / line;
             EXPECT_GE(lines * width, label.naturalWidth() * 0.9);
@@ -130,12 +128,12 @@ TEST_F(Controls, LabelsShowTheirTextWhole) {
             EXPECT_LT(inked(picture).bottom(), picture.height() - line / 2);
         }
     }
-    EXPECT_EQ(Label(QString(), font, Qt::black).sizeHint(), QSize(0, 0));
-    EXPECT_EQ(inked(Label(u"ẪẶǕ"_s, large, Qt::black).grab()).height(),
-              inked(Label(u"\nẪẶǕ\n"_s, large, Qt::black).grab()).height());
+    EXPECT_EQ(Label(QString(), TextStyle::body, colors).sizeHint(), QSize(0, 0));
+    EXPECT_EQ(inked(Label(u"ẪẶǕ"_s, TextStyle::title2, colors).grab()).height(),
+              inked(Label(u"\nẪẶǕ\n"_s, TextStyle::title2, colors).grab()).height());
     const QString arabic = u"مرحبا (بالعالم)!"_s;
-    EXPECT_EQ(Label(arabic, font, Qt::black).grab().toImage(),
-              Label(arabic + QChar(0x200F), font, Qt::black).grab().toImage());
+    EXPECT_EQ(Label(arabic, TextStyle::body, colors).grab().toImage(),
+              Label(arabic + QChar(0x200F), TextStyle::body, colors).grab().toImage());
 }
 
 } // namespace KestrioKit

@@ -3,26 +3,15 @@
 #include "KestrioKit/Core/Facade/KestrioCore.h"
 #include "KestrioKit/Widgets/Survey/SurveyViewController.h"
 #include "tests/support/OnlineFixture.h"
+#include "tests/Widgets/StillStyle.h"
 
 #include <QLineEdit>
 #include <QPointingDevice>
-#include <QProxyStyle>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 
 namespace KestrioKit {
-
-/// A host's style, without animations.
-class StillStyle : public QProxyStyle {
-public:
-    StillStyle() : QProxyStyle(QStringLiteral("fusion")) {}
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *data) const override {
-        const int usual = QProxyStyle::styleHint(hint, option, widget, data);
-        return hint == SH_Widget_Animation_Duration ? 0 : usual;
-    }
-};
 
 /// A host's window with a field and a button, and surveys over it that the service sends and is
 /// told about. Nothing moves: each state is there at once, but for `finishDelay`.

@@ -47,6 +47,24 @@ private:
     QStringList m_told;
 };
 
+TEST_F(SurveySessionTest, HasTheAppearanceThatWasSetWhenItBegan) {
+    answer("GET /1/environments/env/config", {200, R"({"theme":"dark","border":"#0000ff"})"});
+    core = KestrioCore::make(context());
+    core->configure(u"env"_s);
+    finish();
+    const auto cardOf = [this](SurveyAppearance appearance) {
+        core->setAppearance(appearance);
+        const auto session = start();
+        core->setAppearance(SurveyAppearance::light);
+        return session->palette().card;
+    };
+    EXPECT_EQ(cardOf(SurveyAppearance::light), Qt::white);
+    EXPECT_EQ(cardOf(SurveyAppearance::service), cardOf(SurveyAppearance::dark));
+    EXPECT_NE(cardOf(SurveyAppearance::dark), Qt::white);
+    EXPECT_EQ(cardOf(SurveyAppearance::system), window.palette().color(QPalette::Window));
+    EXPECT_EQ(start()->palette().accent, Qt::blue);
+}
+
 TEST_F(SurveySessionTest, ReportsWhatTheCardReports) {
     hold(fiveQuestions, "en");
     core->presentSurvey(&window);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "KestrioKit/Core/Session/SurveyPalettes.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 #include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +12,7 @@
 namespace KestrioKit {
 
 inline const QColor theme(0x5B, 0x3D, 0xF5);
+inline const SurveyColors colors(lightPalette(theme));
 
 /// A white window with one view in it, as the card shows them.
 class ViewTest : public testing::Test {

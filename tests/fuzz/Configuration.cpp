@@ -46,7 +46,8 @@ void tryInput(const QByteArray &input) {
     const QByteArray answer = lines.sliced(2).join('\n');
     if (const auto config = decodedRecord<ResponseConfig>(answer)) {
         requireSurvival(answer, *config);
-        const QColor color = config->themeColor();
-        require(color.isValid() && color.alpha() == 255, "the theme colour is opaque");
+        const auto color = config->themeColor();
+        require(!color || (color->isValid() && color->alpha() == 255),
+                "the theme colour is opaque");
     }
 }

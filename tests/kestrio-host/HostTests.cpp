@@ -99,6 +99,7 @@ TEST_F(Host, endsAtTheFirstLineThatFailsAndSaysWhich) {
         {"# first\n\nno-such-command", 3},
         {"track \"b\\t\"", 1},
         {"network maybe", 1},
+        {"appearance system\nappearance grey", 2},
         {"close", 1},
         {"wait-for sun 10", 1},
         {"wait 1\nwait-for visitor 20\nvisitor", 2},

@@ -180,6 +180,15 @@ void Kestrio::setServiceHost(const QString &host) {
         m_core->setServiceHost(host);
 }
 
+SurveyAppearance Kestrio::appearance() const {
+    return m_core->appearance();
+}
+
+void Kestrio::setAppearance(SurveyAppearance appearance) {
+    if (counts())
+        m_core->setAppearance(appearance);
+}
+
 void Kestrio::configure(const QString &environment) {
     if (!counts())
         return;

@@ -57,6 +57,8 @@ public:
     void setRetriesStartUp(bool retries) { m_startUp->setRetries(retries); }
     bool savesPromptly() const { return m_api->savesPromptly(); }
     void setSavesPromptly(bool saves) { m_api->setSavesPromptly(saves); }
+    SurveyAppearance appearance() const { return m_appearance; }
+    void setAppearance(SurveyAppearance appearance) { m_appearance = appearance; }
     void configure(const QString &environment);
     void setLocale(const QString &locale);
     void setUserIdentifier(const QString &userIdentifier);
@@ -115,6 +117,7 @@ private:
     std::shared_ptr<StartUp> m_startUp;
     std::shared_ptr<EventTracking> m_tracking;
     std::atomic<FacadeObserver *> m_observer = nullptr;
+    std::atomic<SurveyAppearance> m_appearance = SurveyAppearance::light;
 };
 
 } // namespace KestrioKit

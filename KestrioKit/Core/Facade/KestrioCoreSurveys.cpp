@@ -2,6 +2,7 @@
 #include "KestrioKit/Core/Facade/FacadeLog.h"
 #include "KestrioKit/Core/Facade/KestrioCore.h"
 #include "KestrioKit/Core/Platform/Threads/MainThread.h"
+#include "KestrioKit/Core/Session/SurveyPalettes.h"
 
 namespace KestrioKit {
 
@@ -60,9 +61,14 @@ void KestrioCore::presentDebugSurvey(const QPointer<QObject> &from) {
 }
 
 PresentationContext KestrioCore::presentationContext(const Survey &survey) {
+    const ResponseConfig current = config().value_or(ResponseConfig());
+    SurveyAppearance appearance = m_appearance;
+    if (appearance == SurveyAppearance::service)
+        appearance = current.isDark() ? SurveyAppearance::dark : SurveyAppearance::light;
     return {.clock = m_clock,
             .api = m_api,
-            .themeColor = config().value_or(ResponseConfig()).themeColor(),
+            .themeColor = current.themeColor().value_or(defaultAccent()),
+            .appearance = appearance,
             .observer = sessionObserver(survey.surveyId.value_or(0))};
 }
 

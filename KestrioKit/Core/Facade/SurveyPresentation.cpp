@@ -25,6 +25,7 @@ std::unique_ptr<SurveySession> makeSession(const Survey &survey, PresentationCon
         survey,
         {.clock = context.clock,
          .themeColor = context.themeColor,
+         .appearance = context.appearance,
          .responder = std::make_unique<KestrioSurveyResponder>(std::move(context.api), survey),
          .observer = std::move(context.observer)});
 }

@@ -4,6 +4,7 @@
 #include "KestrioKit/Core/Service/KestrioService.h"
 #include "KestrioKit/Core/Session/SurveySessionPrivate.h"
 #include "KestrioKit/Core/Survey/Survey.h"
+#include "KestrioKit/SurveyAppearance.h"
 
 #include <QColor>
 #include <QObject>
@@ -19,6 +20,8 @@ struct PresentationContext {
     const Clock &clock;
     std::shared_ptr<KestrioService> api;
     QColor themeColor;
+    /// Not `service`.
+    SurveyAppearance appearance = SurveyAppearance::light;
     SessionObserver observer = {};
 };
 

@@ -44,10 +44,12 @@ std::optional<DisabledError> ResponseConfig::checkDisabled() const {
     return DisabledError{DisabledError::other, *disabled};
 }
 
-QColor ResponseConfig::themeColor() const {
-    const std::optional<QColor> color =
-        borderColorHex ? colorFromHex(*borderColorHex) : std::nullopt;
-    return color.value_or(QColor(Qt::black));
+std::optional<QColor> ResponseConfig::themeColor() const {
+    return borderColorHex ? colorFromHex(*borderColorHex) : std::nullopt;
+}
+
+bool ResponseConfig::isDark() const {
+    return theme == "dark"_L1;
 }
 
 } // namespace KestrioKit

@@ -25,8 +25,12 @@ struct ResponseConfig {
     /// Returns `disabled` as an error; absent if the library may be used.
     std::optional<DisabledError> checkDisabled() const;
 
-    /// Returns the tint of the surveys: `borderColorHex`, or black if it is absent or not a colour.
-    QColor themeColor() const;
+    /// Returns the accent colour of surveys, `borderColorHex`. Absent if that is absent or not a
+    /// colour.
+    std::optional<QColor> themeColor() const;
+
+    /// Returns whether the service asks for dark surveys: `theme` is "dark".
+    bool isDark() const;
 
     friend bool operator==(const ResponseConfig &, const ResponseConfig &) = default;
 };

@@ -1,6 +1,7 @@
 #include "KestrioKit/SurveySession.h"
 
 #include "KestrioKit/Core/Session/SurveyForms.h"
+#include "KestrioKit/Core/Session/SurveyPalettes.h"
 #include "KestrioKit/Core/Session/SurveySessionPrivate.h"
 #include "KestrioKit/Core/Survey/Routing.h"
 
@@ -54,6 +55,7 @@ SurveySessionPrivate::SurveySessionPrivate(Survey shownSurvey, SessionContext se
       texts(textsToShow(bundle)),
       questions(questionsToShow(survey.questions, bundle)),
       context(std::move(sessionContext)),
+      palette(paletteFor(context.appearance, context.themeColor)),
       currentSince(context.clock.secondsSince1970()) {}
 
 bool SurveySessionPrivate::contains(qint64 index) const {
@@ -73,6 +75,12 @@ SurveySession::SurveySession(std::unique_ptr<SurveySessionPrivate> state)
     existingSession() = this;
     m_state->willTerminateObserver = ApplicationLifecycle::shared().observe(
         ApplicationLifecycle::Event::willTerminate, [this] { close(); });
+    if (m_state->context.appearance != SurveyAppearance::system)
+        return;
+    m_state->hostAppearance = std::make_unique<HostAppearance>([this] {
+        m_state->palette = paletteFor(m_state->context.appearance, m_state->context.themeColor);
+        Q_EMIT appearanceChanged();
+    });
 }
 
 SurveySession::~SurveySession() {
@@ -121,6 +129,10 @@ SurveyTexts SurveySession::texts() const {
 
 QColor SurveySession::themeColor() const {
     return m_state->context.themeColor;
+}
+
+SurveyPalette SurveySession::palette() const {
+    return m_state->palette;
 }
 
 bool SurveySession::answer(const QVariant &value) {

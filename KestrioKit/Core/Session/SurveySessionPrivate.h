@@ -3,7 +3,9 @@
 #include "KestrioKit/Core/Platform/LanguageBundle.h"
 #include "KestrioKit/Core/Platform/Threads/ApplicationLifecycle.h"
 #include "KestrioKit/Core/Service/KestrioSurveyResponder.h"
+#include "KestrioKit/Core/Session/HostAppearance.h"
 #include "KestrioKit/Core/Survey/Survey.h"
+#include "KestrioKit/SurveyAppearance.h"
 #include "KestrioKit/SurveySession.h"
 
 #include <functional>
@@ -26,6 +28,8 @@ struct SessionContext {
     /// Must outlive the session.
     const Clock &clock;
     QColor themeColor;
+    /// Not `service`.
+    SurveyAppearance appearance = SurveyAppearance::light;
     /// Reports to the service. When null, nothing is reported.
     std::unique_ptr<KestrioSurveyResponder> responder = nullptr;
     SessionObserver observer = {};
@@ -58,6 +62,9 @@ public:
     const QList<SurveyQuestion> questions;
     SessionContext context;
     ApplicationLifecycle::Observation willTerminateObserver;
+    SurveyPalette palette;
+    /// Null where the palette does not follow the host.
+    std::unique_ptr<HostAppearance> hostAppearance;
     qint64 currentIndex = 0;
     /// When the current question became that, and when the last page was made: seconds since 1970.
     double currentSince;

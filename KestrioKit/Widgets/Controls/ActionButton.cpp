@@ -14,17 +14,14 @@ namespace {
 namespace Constant {
 constexpr QMargins buttonInsets(KestrioUI::Padding::regular, KestrioUI::Padding::tiny,
                                 KestrioUI::Padding::regular, KestrioUI::Padding::tiny);
-constexpr QSize backgroundImageSize(1, 1);
-/// Darkens the button while it is pressed.
-constexpr float pressedShade = 0.2F;
 } // namespace Constant
 
 } // namespace
 
-ActionButton::ActionButton(const QString &title, const QColor &themeColor)
-    : Button(title),
-      m_title(title, preferredFont(TextStyle::body)),
-      m_backgroundImage(imageFromColor(themeColor, Constant::backgroundImageSize)) {}
+ActionButton::ActionButton(const QString &title, const SurveyColors &colors)
+    : Button(title), m_title(title, preferredFont(TextStyle::body)), m_colors(colors) {
+    followFont(this, colors, m_title, TextStyle::body);
+}
 
 int ActionButton::heightForWidth(int width) const {
     const QMargins &insets = Constant::buttonInsets;
@@ -43,13 +40,13 @@ void ActionButton::paintEvent(QPaintEvent *) {
     painter.setRenderHint(QPainter::Antialiasing);
     QPainterPath shape;
     shape.addRoundedRect(rect(), KestrioUI::CornerRadius::r3, KestrioUI::CornerRadius::r3);
-    painter.fillPath(shape, QBrush(m_backgroundImage));
+    painter.fillPath(shape, m_colors->accent);
     if (isHighlighted())
-        painter.fillPath(shape, QColor::fromRgbF(0, 0, 0, Constant::pressedShade));
-    m_title.draw(painter, rect().marginsRemoved(Constant::buttonInsets), Qt::white,
+        painter.fillPath(shape, m_colors->pressedShade);
+    m_title.draw(painter, rect().marginsRemoved(Constant::buttonInsets), m_colors->textOnAccent,
                  Qt::AlignHCenter);
     if (isFocusVisible())
-        drawFocusRing(painter, rect(), KestrioUI::CornerRadius::r3, Qt::white);
+        drawFocusRing(painter, rect(), KestrioUI::CornerRadius::r3, m_colors->textOnAccent);
 }
 
 } // namespace KestrioKit

@@ -1,18 +1,18 @@
 #pragma once
 
 #include "KestrioKit/Widgets/Controls/Button.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 #include "KestrioKit/Widgets/Drawing/WrappedText.h"
-
-#include <QPixmap>
 
 namespace KestrioKit {
 
-/// The button that sends an answer: filled with the theme's colour.
+/// The button that sends an answer: filled with the accent colour.
 class ActionButton final : public Button {
     Q_OBJECT
 
 public:
-    ActionButton(const QString &title, const QColor &themeColor);
+    /// `colors` outlives the button.
+    ActionButton(const QString &title, const SurveyColors &colors);
 
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;
@@ -23,7 +23,7 @@ protected:
 
 private:
     WrappedText m_title;
-    QPixmap m_backgroundImage;
+    const SurveyColors &m_colors;
 };
 
 } // namespace KestrioKit

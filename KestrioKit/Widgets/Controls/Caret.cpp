@@ -13,7 +13,7 @@ constexpr int width = 2;
 
 } // namespace
 
-Caret::Caret(QTextEdit &field, const QColor &color) : m_field(field), m_color(color) {
+Caret::Caret(QTextEdit &field, const SurveyColors &colors) : m_field(field), m_colors(colors) {
     field.setCursorWidth(0);
     connect(&field, &QTextEdit::cursorPositionChanged, this, &Caret::fieldChanged);
 }
@@ -47,7 +47,7 @@ void Caret::setVisible(bool isVisible) {
 void Caret::draw(QPainter &painter) const {
     const QRect place = m_field.cursorRect().translated(-width / 2, 0);
     if (m_isVisible)
-        painter.fillRect(place.x(), place.y(), width, place.height(), m_color);
+        painter.fillRect(place.x(), place.y(), width, place.height(), m_colors->accent);
 }
 
 } // namespace KestrioKit

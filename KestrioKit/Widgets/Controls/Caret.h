@@ -1,7 +1,8 @@
 #pragma once
 
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
+
 #include <QBasicTimer>
-#include <QColor>
 #include <QObject>
 
 class QPainter;
@@ -15,8 +16,8 @@ class Caret final : public QObject {
     Q_OBJECT
 
 public:
-    /// `field` outlives it.
-    Caret(QTextEdit &field, const QColor &color);
+    /// `field` and `colors` outlive it.
+    Caret(QTextEdit &field, const SurveyColors &colors);
 
     /// Shows it now, to blink from there on.
     void restart();
@@ -33,7 +34,7 @@ private:
     void setVisible(bool isVisible);
 
     QTextEdit &m_field;
-    QColor m_color;
+    const SurveyColors &m_colors;
     QBasicTimer m_timer;
     bool m_isVisible = false;
 };

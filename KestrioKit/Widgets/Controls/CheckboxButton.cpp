@@ -5,6 +5,7 @@
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QPainter>
+#include <QPainterPath>
 #include <QStyle>
 
 #include <algorithm>
@@ -22,6 +23,8 @@ constexpr QSize checkboxSize(20, 20);
 constexpr int checkboxInset = 1;
 constexpr qreal checkboxBorderWidth = 1;
 constexpr qreal checkmarkLineWidth = 1;
+/// Of both, so that they fill whole pixels of a screen at scale 1.
+constexpr qreal contrastLineWidth = 2;
 constexpr QMargins insets(14, 12, 14, 12);
 /// Between the image and the label.
 constexpr int spacing = KestrioUI::Padding::tiny;
@@ -31,28 +34,37 @@ constexpr auto identifierPrefix = "Multi-select option: "_L1;
 constexpr auto selectedSuffix = "-selected"_L1;
 } // namespace Constant
 
-DrawnImage::Draw drawingOf(const QColor &themeColor, bool isChecked) {
-    return [themeColor, isChecked](QPainter &painter) {
-        painter.setPen(QPen(themeColor, Constant::checkboxBorderWidth));
-        painter.setBrush(isChecked ? themeColor : QColor(Qt::white));
+DrawnImage::Draw drawingOf(const SurveyColors &colors, bool isChecked) {
+    return [&colors, isChecked](QPainter &painter) {
+        const QColor border = isChecked ? colors->accent : colors->controlBorder;
+        const bool isWide = colors->keepsContrast;
+        painter.setPen(
+            QPen(border, isWide ? Constant::contrastLineWidth : Constant::checkboxBorderWidth));
+        painter.setBrush(isChecked ? colors->accent : colors->card);
         constexpr int inset = Constant::checkboxInset;
         painter.drawRoundedRect(
             QRectF(QPoint(), Constant::checkboxSize).adjusted(inset, inset, -inset, -inset),
             KestrioUI::CornerRadius::r3, KestrioUI::CornerRadius::r3);
         if (isChecked)
-            drawStrokes(painter, {{5, 10}, {9, 14}, {15, 7}}, Constant::checkmarkLineWidth,
-                        Qt::white);
+            drawStrokes(painter, {{5, 10}, {9, 14}, {15, 7}},
+                        isWide ? Constant::contrastLineWidth : Constant::checkmarkLineWidth,
+                        colors->textOnAccent);
     };
 }
 
 } // namespace
 
-CheckboxButton::CheckboxButton(const QString &title, const QColor &themeColor)
+CheckboxButton::CheckboxButton(const QString &title, const SurveyColors &colors)
     : Button(title),
       m_label(title, preferredFont(TextStyle::body)),
-      m_themeColor(themeColor),
-      m_uncheckedImage(Constant::checkboxSize, drawingOf(themeColor, false)),
-      m_checkedImage(Constant::checkboxSize, drawingOf(themeColor, true)) {
+      m_colors(colors),
+      m_uncheckedImage(Constant::checkboxSize, drawingOf(colors, false)),
+      m_checkedImage(Constant::checkboxSize, drawingOf(colors, true)) {
+    followFont(this, colors, m_label, TextStyle::body);
+    connect(&colors, &SurveyColors::changed, this, [this] {
+        m_uncheckedImage.redraw();
+        m_checkedImage.redraw();
+    });
     setCheckable(true);
     checkStateSet();
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
@@ -79,6 +91,10 @@ qreal CheckboxButton::alpha() const {
     return isHighlighted() ? Constant::highlightedAlpha : 1;
 }
 
+qreal CheckboxButton::opacity() const {
+    return m_colors->keepsContrast ? 1 : alpha();
+}
+
 int CheckboxButton::heightForWidth(int width) const {
     const int labelWidth = width - Constant::insets.left() - Constant::imageSize.width() -
                            Constant::spacing - Constant::insets.right();
@@ -94,13 +110,22 @@ QSize CheckboxButton::sizeHint() const {
 
 void CheckboxButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
+    if (isHighlighted() && m_colors->keepsContrast)
+        drawPressed(painter);
     drawCheckbox(painter);
-    painter.setOpacity(alpha());
+    painter.setOpacity(opacity());
     drawLabel(painter);
     drawRoundedBorder(painter, rect(), KestrioUI::CornerRadius::r3, KestrioUI::BorderWidth::b1,
-                      m_themeColor);
+                      m_colors->controlBorder);
     if (isFocusVisible())
-        drawFocusRing(painter, rect(), KestrioUI::CornerRadius::r3, m_themeColor);
+        drawFocusRing(painter, rect(), KestrioUI::CornerRadius::r3, m_colors->focusRing);
+}
+
+void CheckboxButton::drawPressed(QPainter &painter) const {
+    QPainterPath shape;
+    shape.addRoundedRect(rect(), KestrioUI::CornerRadius::r3, KestrioUI::CornerRadius::r3);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(shape, m_colors->pressedAnswer);
 }
 
 void CheckboxButton::drawCheckbox(QPainter &painter) const {
@@ -109,10 +134,10 @@ void CheckboxButton::drawCheckbox(QPainter &painter) const {
     const QRect box =
         QStyle::visualRect(layoutDirection(), rect(), QRect(middle, Constant::imageSize));
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.setOpacity(alpha());
+    painter.setOpacity(opacity());
     if (m_checkedAlpha < 1)
         painter.drawPixmap(box, m_uncheckedImage.at(devicePixelRatio()));
-    painter.setOpacity(alpha() * m_checkedAlpha);
+    painter.setOpacity(opacity() * m_checkedAlpha);
     painter.drawPixmap(box, m_checkedImage.at(devicePixelRatio()));
 }
 
@@ -121,8 +146,7 @@ void CheckboxButton::drawLabel(QPainter &painter) const {
     QRect label = area.adjusted(Constant::imageSize.width() + Constant::spacing, 0, 0, 0);
     const int height = m_label.heightForWidth(label.width());
     label.adjust(0, (label.height() - height) / 2, 0, 0);
-    m_label.draw(painter, QStyle::visualRect(layoutDirection(), rect(), label),
-                 KestrioUI::Color::text(),
+    m_label.draw(painter, QStyle::visualRect(layoutDirection(), rect(), label), m_colors->text,
                  QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft));
 }
 

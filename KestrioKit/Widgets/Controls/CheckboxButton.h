@@ -3,9 +3,8 @@
 #include "KestrioKit/Widgets/Controls/Button.h"
 #include "KestrioKit/Widgets/Drawing/Animation.h"
 #include "KestrioKit/Widgets/Drawing/DrawnImage.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 #include "KestrioKit/Widgets/Drawing/WrappedText.h"
-
-#include <QColor>
 
 namespace KestrioKit {
 
@@ -15,7 +14,8 @@ class CheckboxButton final : public Button {
     Q_OBJECT
 
 public:
-    CheckboxButton(const QString &title, const QColor &themeColor);
+    /// `colors` outlives the button.
+    CheckboxButton(const QString &title, const SurveyColors &colors);
 
     /// `setChecked(!isChecked())`, dissolving from one look into the other.
     void toggleAnimated();
@@ -31,11 +31,14 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    /// The opacity to paint it with, which not every palette expresses a press by.
+    qreal opacity() const;
+    void drawPressed(QPainter &painter) const;
     void drawCheckbox(QPainter &painter) const;
     void drawLabel(QPainter &painter) const;
 
     WrappedText m_label;
-    QColor m_themeColor;
+    const SurveyColors &m_colors;
     DrawnImage m_uncheckedImage;
     DrawnImage m_checkedImage;
     /// How much of the checked image shows, from 0 to 1.

@@ -19,15 +19,18 @@ constexpr qreal lineWidth = 2;
 constexpr qreal highlightedAlpha = 0.3;
 } // namespace Constant
 
-void drawCross(QPainter &painter) {
-    const QColor color = KestrioUI::Color::inactive();
+void drawCross(QPainter &painter, const QColor &color) {
     drawStrokes(painter, {{8, 8}, {18, 18}}, Constant::lineWidth, color);
     drawStrokes(painter, {{18, 8}, {8, 18}}, Constant::lineWidth, color);
 }
 
 } // namespace
 
-CloseButton::CloseButton(const QString &title) : Button(title), m_image(Constant::size, drawCross) {
+CloseButton::CloseButton(const QString &title, const SurveyColors &colors)
+    : Button(title), m_colors(colors), m_image(Constant::size, [&colors](QPainter &painter) {
+          drawCross(painter, colors->symbol);
+      }) {
+    connect(&colors, &SurveyColors::changed, this, [this] { m_image.redraw(); });
     setObjectName(Constant::accessibilityIdentifier);
 }
 
@@ -42,15 +45,16 @@ qreal CloseButton::alpha() const {
 void CloseButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(alpha());
+    const bool isMarked = isHighlighted() && m_colors->keepsContrast;
+    painter.setOpacity(isMarked ? 1 : alpha());
     painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::white);
+    painter.setBrush(isMarked ? m_colors->pressedAnswer : m_colors->card);
     painter.drawEllipse(rect());
     drawRoundedBorder(painter, rect(), Constant::cornerRadius, KestrioUI::BorderWidth::b1,
-                      KestrioUI::Color::inactive());
+                      m_colors->symbol);
     painter.drawPixmap(QPoint(), m_image.at(devicePixelRatio()));
     if (isFocusVisible())
-        drawFocusRing(painter, rect(), Constant::cornerRadius, KestrioUI::Color::text());
+        drawFocusRing(painter, rect(), Constant::cornerRadius, m_colors->text);
 }
 
 } // namespace KestrioKit

@@ -2,6 +2,7 @@
 
 #include "KestrioKit/Widgets/Controls/Button.h"
 #include "KestrioKit/Widgets/Drawing/DrawnImage.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 
 namespace KestrioKit {
 
@@ -10,7 +11,8 @@ class CloseButton final : public Button {
     Q_OBJECT
 
 public:
-    explicit CloseButton(const QString &title);
+    /// `colors` outlives the button.
+    CloseButton(const QString &title, const SurveyColors &colors);
 
     qreal alpha() const override;
     QSize sizeHint() const override;
@@ -19,6 +21,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    const SurveyColors &m_colors;
     DrawnImage m_image;
 };
 

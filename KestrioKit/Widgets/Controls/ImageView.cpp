@@ -4,7 +4,8 @@
 
 namespace KestrioKit {
 
-ImageView::ImageView(DrawnImage image) : m_image(std::move(image)) {
+ImageView::ImageView(DrawnImage image, const SurveyColors &colors) : m_image(std::move(image)) {
+    connect(&colors, &SurveyColors::changed, this, [this] { m_image.redraw(); });
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

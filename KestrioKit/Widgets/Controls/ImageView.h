@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KestrioKit/Widgets/Drawing/DrawnImage.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 
 #include <QWidget>
 
@@ -11,7 +12,8 @@ class ImageView final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit ImageView(DrawnImage image);
+    /// The image is drawn again when `colors` change; they outlive it.
+    ImageView(DrawnImage image, const SurveyColors &colors);
 
     QSize sizeHint() const override { return m_image.size(); }
 

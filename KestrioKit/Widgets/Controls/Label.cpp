@@ -5,8 +5,15 @@
 
 namespace KestrioKit {
 
-Label::Label(const QString &text, const QFont &font, const QColor &color, Qt::Alignment alignment)
-    : m_text(text, font), m_overhang(m_text.overhang()), m_color(color), m_alignment(alignment) {
+Label::Label(const QString &text, TextStyle style, const SurveyColors &colors,
+             QColor SurveyPalette::*role, Qt::Alignment alignment)
+    : m_text(text, preferredFont(style)),
+      m_overhang(m_text.overhang()),
+      m_colors(colors),
+      m_role(role),
+      m_alignment(alignment) {
+    followFont(this, colors, m_text, style);
+    connect(&colors, &SurveyColors::changed, this, [this] { m_overhang = m_text.overhang(); });
     // The base is what tells assistive technology of the text.
     setTextFormat(Qt::PlainText);
     setText(text);
@@ -30,7 +37,7 @@ QSize Label::minimumSizeHint() const {
 
 void Label::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    m_text.draw(painter, rect().marginsRemoved(m_overhang), m_color,
+    m_text.draw(painter, rect().marginsRemoved(m_overhang), m_colors.palette().*m_role,
                 QStyle::visualAlignment(layoutDirection(), m_alignment));
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "KestrioKit/Widgets/Drawing/Fonts.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 #include "KestrioKit/Widgets/Drawing/WrappedText.h"
 
 #include <QLabel>
@@ -13,7 +15,9 @@ class Label final : public QLabel {
 public:
     /// `alignment` is leading, trailing (`AlignRight`), or in the middle; mirrored for languages
     /// that are written from the right.
-    Label(const QString &text, const QFont &font, const QColor &color,
+    /// `colors` outlives the label.
+    Label(const QString &text, TextStyle style, const SurveyColors &colors,
+          QColor SurveyPalette::*role = &SurveyPalette::text,
           Qt::Alignment alignment = Qt::AlignLeft);
 
     /// The width that it takes on one line.
@@ -31,7 +35,8 @@ protected:
 private:
     WrappedText m_text;
     QMargins m_overhang;
-    QColor m_color;
+    const SurveyColors &m_colors;
+    QColor SurveyPalette::*m_role;
     Qt::Alignment m_alignment;
 };
 

@@ -21,12 +21,8 @@ constexpr int pitch = 16;
 
 } // namespace
 
-PageControl::PageControl(int numberOfPages, SurveyTexts texts, const QColor &pageIndicatorTintColor,
-                         const QColor &currentPageIndicatorTintColor)
-    : m_numberOfPages(numberOfPages),
-      m_texts(std::move(texts)),
-      m_pageIndicatorTintColor(pageIndicatorTintColor),
-      m_currentPageIndicatorTintColor(currentPageIndicatorTintColor) {
+PageControl::PageControl(int numberOfPages, SurveyTexts texts, const SurveyColors &colors)
+    : m_numberOfPages(numberOfPages), m_texts(std::move(texts)), m_colors(colors) {
     // Without a value, of which a screen reader would make a percentage.
     setAccessibleRole(this, QAccessible::ProgressBar);
     describe();
@@ -56,8 +52,7 @@ void PageControl::paintEvent(QPaintEvent *) {
     const bool isMirrored = layoutDirection() == Qt::RightToLeft;
     for (int place = 0; place < shown; ++place) {
         const int page = first + (isMirrored ? shown - 1 - place : place);
-        painter.setBrush(page == m_currentPage ? m_currentPageIndicatorTintColor
-                                               : m_pageIndicatorTintColor);
+        painter.setBrush(page == m_currentPage ? m_colors->accent : m_colors->dot);
         const QPointF middle(margin + (place + 0.5) * Constant::pitch, height() / 2.0);
         const bool isEdge = (page == first && first > 0) ||
                             (page == first + shown - 1 && page < m_numberOfPages - 1);

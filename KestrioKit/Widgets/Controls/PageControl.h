@@ -1,8 +1,8 @@
 #pragma once
 
 #include "KestrioKit/SurveyTexts.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 
-#include <QColor>
 #include <QWidget>
 
 namespace KestrioKit {
@@ -13,8 +13,8 @@ class PageControl final : public QWidget {
     Q_OBJECT
 
 public:
-    PageControl(int numberOfPages, SurveyTexts texts, const QColor &pageIndicatorTintColor,
-                const QColor &currentPageIndicatorTintColor);
+    /// `colors` outlives it.
+    PageControl(int numberOfPages, SurveyTexts texts, const SurveyColors &colors);
 
     int numberOfPages() const { return m_numberOfPages; }
     int currentPage() const { return m_currentPage; }
@@ -32,8 +32,7 @@ private:
     int m_numberOfPages;
     SurveyTexts m_texts;
     int m_currentPage = 0;
-    QColor m_pageIndicatorTintColor;
-    QColor m_currentPageIndicatorTintColor;
+    const SurveyColors &m_colors;
 };
 
 } // namespace KestrioKit

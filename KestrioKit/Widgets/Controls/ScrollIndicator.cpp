@@ -1,7 +1,7 @@
 #include "KestrioKit/Widgets/Controls/ScrollIndicator.h"
 
 #include "KestrioKit/Widgets/Controls/ScrollView.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -19,7 +19,8 @@ constexpr qreal leastThumbLength = 24;
 
 } // namespace
 
-ScrollIndicator::ScrollIndicator(ScrollView &view) : m_view(view) {
+ScrollIndicator::ScrollIndicator(ScrollView &view, const SurveyColors &colors)
+    : m_view(view), m_colors(colors) {
     connect(&view, &ScrollView::scrolled, this, &ScrollIndicator::follow);
     follow();
 }
@@ -56,7 +57,7 @@ void ScrollIndicator::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(KestrioUI::Color::inactive());
+    painter.setBrush(m_colors->symbol);
     painter.drawRoundedRect(thumb(), Constant::thumbBreadth / 2, Constant::thumbBreadth / 2);
 }
 

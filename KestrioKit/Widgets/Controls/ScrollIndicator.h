@@ -5,6 +5,7 @@
 namespace KestrioKit {
 
 class ScrollView;
+class SurveyColors;
 
 /// Shows, beside a scroll view, which part of its content is in sight, and can be dragged. Hidden
 /// while all of it is.
@@ -14,8 +15,8 @@ class ScrollIndicator final : public QWidget {
 public:
     static constexpr int breadth = 12;
 
-    /// `view` must outlive it.
-    explicit ScrollIndicator(ScrollView &view);
+    /// `view` and `colors` must outlive it.
+    ScrollIndicator(ScrollView &view, const SurveyColors &colors);
 
 protected:
     void mouseMoveEvent(QMouseEvent *event) override;
@@ -27,6 +28,7 @@ private:
     QRectF thumb() const;
 
     ScrollView &m_view;
+    const SurveyColors &m_colors;
     /// Where on the thumb it is held.
     qreal m_grip = 0;
 };

@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Controls/ScrollView.h"
 
 #include "KestrioKit/Widgets/Controls/FingerScrolling.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -28,7 +29,7 @@ qreal distance(const QWheelEvent &event) {
 
 } // namespace
 
-ScrollView::ScrollView() {
+ScrollView::ScrollView(const SurveyColors &colors) : m_colors(colors) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     new FingerScrolling(this);
 }
@@ -123,7 +124,7 @@ bool ScrollView::scrollWithFinger(QEvent *event) {
 }
 
 void ScrollView::paintEvent(QPaintEvent *event) {
-    QPainter(this).fillRect(event->rect(), Qt::white);
+    QPainter(this).fillRect(event->rect(), m_colors->card);
 }
 
 void ScrollView::resizeEvent(QResizeEvent *) {

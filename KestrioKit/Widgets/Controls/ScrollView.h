@@ -4,19 +4,25 @@
 
 namespace KestrioKit {
 
+class SurveyColors;
+
 /// Shows a content of its own width, and scrolls it where it is higher: with a finger, the wheel,
-/// or by moving the focus. White, so that what is under it need not be painted.
+/// or by moving the focus. Filled, so that what is under it need not be painted.
 class ScrollView final : public QWidget {
     Q_OBJECT
 
 public:
-    ScrollView();
+    /// `colors` outlives it.
+    explicit ScrollView(const SurveyColors &colors);
 
     /// Owns `content` from now on. The content before, if any, is no longer shown here.
     void setContent(QWidget *content);
 
     /// The height at which the content need not scroll, for that width.
     int contentHeight(int width) const;
+
+    /// Takes the content's height over when it has changed.
+    void layOut();
 
     /// How far the content can be scrolled, and is, in pixels.
     int maximumOffset() const;
@@ -40,9 +46,9 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
-    void layOut();
     bool scrollWithFinger(QEvent *event);
 
+    const SurveyColors &m_colors;
     QWidget *m_content = nullptr;
     int m_offset = 0;
     /// What a fine wheel has turned that does not make a pixel yet.

@@ -20,40 +20,40 @@ namespace {
 
 constexpr int focusedBorderWidth = 2;
 
-QString ownStyleSheet(const QColor &themeColor, int height) {
+QString ownStyleSheet(const SurveyPalette &palette, int height) {
     return u"QWidget { %1 }"
            "QTextEdit { min-height: %2px; max-height: %2px; color: %3;"
-           " selection-background-color: %4; selection-color: white; }"
+           " selection-background-color: %4; selection-color: %6; }"
            "QScrollBar:vertical { margin: 3px; width: 10px; }"
            "QScrollBar::handle:vertical { %1 background: %5; border-radius: 2px;"
            " min-height: 16px; }"
            "QScrollBar::add-line, QScrollBar::sub-line, QScrollBar::add-page, QScrollBar::sub-page"
            " { background: none; border: none; height: 0; }"_s.arg(undoingDeclarations())
                .arg(height)
-               .arg(KestrioUI::Color::text().name(), themeColor.name(),
-                    KestrioUI::Color::inactive().name());
+               .arg(palette.text.name(), palette.accent.name(), palette.symbol.name(),
+                    palette.textOnAccent.name());
 }
 
-QString menuStyleSheet(const QColor &themeColor, const QFont &font) {
+QString menuStyleSheet(const SurveyPalette &palette, const QFont &font) {
     return u"QMenu, QMenu::item, QMenu::separator { %1 }"
-           "QMenu { background: white; border: 1px solid %2; color: %3; font: %4px \"%5\"; }"
+           "QMenu { background: %7; border: 1px solid %2; color: %3; font: %4px \"%5\"; }"
            "QMenu::item { color: %3; padding: 6px 24px; }"
-           "QMenu::item:selected { background: %6; color: white; }"
-           "QMenu::item:disabled { background: none; color: %2; }"
+           "QMenu::item:selected { background: %6; color: %8; }"
+           "QMenu::item:disabled { background: none; color: %9; }"
            "QMenu::separator { background: %2; height: 1px; margin: 4px 0; }"_s
-               .arg(undoingDeclarations(), KestrioUI::Color::inactive().name(),
-                    KestrioUI::Color::text().name())
+               .arg(undoingDeclarations(), palette.symbol.name(), palette.text.name())
                .arg(font.pixelSize())
-               .arg(font.family(), themeColor.name());
+               .arg(font.family(), palette.accent.name(), palette.card.name(),
+                    palette.textOnAccent.name(), palette.secondaryText.name());
 }
 
 } // namespace
 
-TextView::TextView(const QColor &themeColor, int inset, int height)
-    : m_themeColor(themeColor), m_font(preferredFont(TextStyle::body)), m_caret(*this, themeColor) {
+TextView::TextView(const SurveyColors &colors, int inset, int height)
+    : m_colors(colors), m_height(height), m_caret(*this, colors) {
     setStyle(ownStyle());
-    setStyleSheet(ownStyleSheet(themeColor, height));
-    setFont(m_font);
+    adoptColors();
+    connect(&colors, &SurveyColors::changed, this, &TextView::adoptColors);
     setFixedHeight(height);
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -67,6 +67,12 @@ TextView::TextView(const QColor &themeColor, int inset, int height)
     viewport()->setAutoFillBackground(false);
     // The margin counts as an edit.
     document()->clearUndoRedoStacks();
+}
+
+void TextView::adoptColors() {
+    m_font = preferredFont(TextStyle::body);
+    setStyleSheet(ownStyleSheet(m_colors.palette(), m_height));
+    setFont(m_font);
 }
 
 // Unlike the base's plain text it keeps spaces that do not break.
@@ -94,10 +100,11 @@ void TextView::drawFrame() {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::white);
+    painter.setBrush(m_colors->card);
     painter.drawRoundedRect(sharpRect(painter, rect()), radius, radius);
     drawRoundedBorder(painter, rect(), radius,
-                      hasFocus() ? focusedBorderWidth : KestrioUI::BorderWidth::b1, m_themeColor);
+                      hasFocus() ? focusedBorderWidth : KestrioUI::BorderWidth::b1,
+                      m_colors->controlBorder);
 }
 
 // What is written decides where it begins, but nothing is written at first.
@@ -118,7 +125,7 @@ void TextView::changeEvent(QEvent *event) {
 void TextView::contextMenuEvent(QContextMenuEvent *event) {
     QMenu *const menu = createStandardContextMenu(event->pos());
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->setStyleSheet(menuStyleSheet(m_themeColor, m_font));
+    menu->setStyleSheet(menuStyleSheet(m_colors.palette(), m_font));
     menu->popup(event->globalPos());
 }
 

@@ -2,7 +2,6 @@
 
 #include "KestrioKit/Widgets/Controls/Caret.h"
 
-#include <QColor>
 #include <QTextEdit>
 
 namespace KestrioKit {
@@ -12,8 +11,8 @@ class TextView final : public QTextEdit {
     Q_OBJECT
 
 public:
-    /// `inset` lies between its edge and the text.
-    TextView(const QColor &themeColor, int inset, int height);
+    /// `inset` lies between its edge and the text. `colors` outlives the field.
+    TextView(const SurveyColors &colors, int inset, int height);
 
     /// Character for character, with a line feed between paragraphs.
     QString typedText() const;
@@ -30,9 +29,11 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
+    void adoptColors();
     void drawFrame();
 
-    QColor m_themeColor;
+    const SurveyColors &m_colors;
+    int m_height;
     QFont m_font;
     Caret m_caret;
 };

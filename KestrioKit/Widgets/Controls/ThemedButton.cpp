@@ -9,22 +9,13 @@
 
 namespace KestrioKit {
 
-namespace {
-
-namespace Constant {
-constexpr float tintAlpha = 0.3F;
-} // namespace Constant
-
-} // namespace
-
-ThemedButton::ThemedButton(const QString &title, const Look &look)
-    : Button(title), m_title(title, preferredFont(TextStyle::body)), m_look(look) {
+ThemedButton::ThemedButton(const QString &title, const SurveyColors &colors, const Look &look)
+    : Button(title),
+      m_title(title, preferredFont(TextStyle::body)),
+      m_colors(colors),
+      m_look(look) {
+    followFont(this, colors, m_title, TextStyle::body);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
-}
-
-void ThemedButton::setThemeColor(const std::optional<QColor> &color) {
-    m_themeColor = color;
-    update();
 }
 
 void ThemedButton::setSelected(bool isSelected) {
@@ -64,14 +55,14 @@ QSize ThemedButton::sizeHint() const {
 void ThemedButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (m_isTinted && m_themeColor)
+    if (m_isTinted)
         drawBackground(painter);
     drawTitle(painter);
-    if (m_look.borderWidth > 0 && m_themeColor)
-        drawRoundedBorder(painter, rect(), m_look.cornerRadius, m_look.borderWidth, *m_themeColor);
+    if (m_look.borderWidth > 0)
+        drawRoundedBorder(painter, rect(), m_look.cornerRadius, m_look.borderWidth,
+                          m_colors->controlBorder);
     if (isFocusVisible())
-        drawFocusRing(painter, rect(), m_look.cornerRadius,
-                      m_themeColor.value_or(KestrioUI::Color::defaultTheme()));
+        drawFocusRing(painter, rect(), m_look.cornerRadius, m_colors->focusRing);
 }
 
 void ThemedButton::drawBackground(QPainter &painter) const {
@@ -79,16 +70,14 @@ void ThemedButton::drawBackground(QPainter &painter) const {
     shape.addRoundedRect(rect(), m_look.cornerRadius, m_look.cornerRadius);
     if (m_backgroundShape)
         shape = shape.intersected(m_backgroundShape->translated(-pos()));
-    QColor tint = *m_themeColor;
-    tint.setAlphaF(Constant::tintAlpha);
-    painter.fillPath(shape, tint);
+    painter.fillPath(shape, m_colors->pressedAnswer);
 }
 
 void ThemedButton::drawTitle(QPainter &painter) const {
     const QRect area = rect().marginsRemoved(m_look.insets);
     const int height = m_title.heightForWidth(area.width());
     const QRect middle(area.x(), area.y() + (area.height() - height) / 2, area.width(), height);
-    m_title.draw(painter, middle, KestrioUI::Color::text(),
+    m_title.draw(painter, middle, m_colors->text,
                  QStyle::visualAlignment(layoutDirection(), m_look.alignment));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KestrioKit/Widgets/Controls/Button.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 #include "KestrioKit/Widgets/Drawing/WrappedText.h"
 
 #include <QPainterPath>
@@ -22,10 +23,8 @@ public:
         qreal borderWidth = 0;
     };
 
-    ThemedButton(const QString &title, const Look &look);
-
-    /// Tints the button, where there is one.
-    void setThemeColor(const std::optional<QColor> &color);
+    /// `colors` outlives the button.
+    ThemedButton(const QString &title, const SurveyColors &colors, const Look &look);
 
     void setSelected(bool isSelected);
 
@@ -51,8 +50,8 @@ private:
     void drawTitle(QPainter &painter) const;
 
     WrappedText m_title;
+    const SurveyColors &m_colors;
     Look m_look;
-    std::optional<QColor> m_themeColor;
     std::optional<QPainterPath> m_backgroundShape;
     /// Of being selected and being highlighted, what was set last.
     bool m_isTinted = false;

@@ -51,10 +51,4 @@ void drawFocusRing(QPainter &painter, const QRectF &rect, qreal radius, const QC
                       color);
 }
 
-QPixmap imageFromColor(const QColor &color, const QSize &size) {
-    QPixmap image(size);
-    image.fill(color);
-    return image;
-}
-
 } // namespace KestrioKit

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QColor>
-#include <QPixmap>
 
 #include <initializer_list>
 
@@ -26,8 +25,5 @@ void drawStrokes(QPainter &painter, std::initializer_list<QPointF> points, qreal
 
 /// Tells where the focus is, within `rect`.
 void drawFocusRing(QPainter &painter, const QRectF &rect, qreal radius, const QColor &color);
-
-/// A picture of one colour alone.
-QPixmap imageFromColor(const QColor &color, const QSize &size);
 
 } // namespace KestrioKit

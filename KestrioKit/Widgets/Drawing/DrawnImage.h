@@ -20,6 +20,9 @@ public:
 
     const QPixmap &at(qreal devicePixelRatio) const;
 
+    /// Has it drawn again when it is next needed.
+    void redraw() { m_pixmap = {}; }
+
 private:
     QSize m_size;
     Draw m_draw;

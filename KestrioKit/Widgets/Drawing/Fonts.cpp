@@ -1,7 +1,11 @@
 #include "KestrioKit/Widgets/Drawing/Fonts.h"
 
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
+#include "KestrioKit/Widgets/Drawing/WrappedText.h"
+
 #include <QFontInfo>
 #include <QGuiApplication>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -27,13 +31,13 @@ QFont preferredFont(TextStyle style) {
     // The family alone: whatever else the host's font is, bold say, is not for a survey.
     QFont font(applicationFont.families());
     font.setPixelSize(qRound(pixelSize(style) * growth));
+    font.setBold(style == TextStyle::title2);
     return font;
 }
 
-QFont preferredBoldFont(TextStyle style) {
-    QFont font = preferredFont(style);
-    font.setBold(true);
-    return font;
+void followFont(QWidget *view, const SurveyColors &colors, WrappedText &text, TextStyle style) {
+    QObject::connect(&colors, &SurveyColors::changed, view,
+                     [&text, style] { text.setFont(preferredFont(style)); });
 }
 
 } // namespace KestrioKit

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QColor>
-
 /// What the survey screens share. Sizes are in device-independent pixels.
 namespace KestrioKit::KestrioUI {
 
@@ -19,22 +17,5 @@ inline constexpr int r5 = 5;
 namespace BorderWidth {
 inline constexpr int b1 = 1;
 } // namespace BorderWidth
-
-namespace Color {
-
-inline QColor text() {
-    return QColor::fromRgbF(0.15F, 0.13F, 0.21F);
-}
-
-inline QColor inactive() {
-    return QColor::fromRgbF(0.69F, 0.69F, 0.69F);
-}
-
-/// The theme colour when the service's configuration gives none.
-inline QColor defaultTheme() {
-    return QColor::fromRgbF(0, 0, 0);
-}
-
-} // namespace Color
 
 } // namespace KestrioKit::KestrioUI

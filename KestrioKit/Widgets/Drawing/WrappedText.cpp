@@ -81,6 +81,13 @@ int WrappedText::fontSizeWithin(const QSize &room) const {
     return pixels;
 }
 
+void WrappedText::setFont(const QFont &font) {
+    m_font = font;
+    m_fullSize = font.pixelSize();
+    m_layout.reset();
+    m_naturalWidth.reset();
+}
+
 void WrappedText::setFontSize(int pixels) {
     if (pixels == m_font.pixelSize())
         return;

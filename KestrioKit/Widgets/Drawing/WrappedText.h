@@ -22,6 +22,8 @@ public:
 
     const QString &text() const { return m_text; }
 
+    void setFont(const QFont &font);
+
     /// The width at which only its own line feeds break it.
     int naturalWidth() const;
     int heightForWidth(int width) const;
@@ -29,7 +31,7 @@ public:
     /// How far marks reach beyond the first line and the last.
     QMargins overhang() const;
 
-    /// The given font's size in pixels, or the largest below it at which the text fits into `room`
+    /// The font's own size in pixels, or the largest below it at which the text fits into `room`
     /// without being broken.
     int fontSizeWithin(const QSize &room) const;
     void setFontSize(int pixels);

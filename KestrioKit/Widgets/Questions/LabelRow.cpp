@@ -1,7 +1,6 @@
 #include "KestrioKit/Widgets/Questions/LabelRow.h"
 
 #include "KestrioKit/Widgets/Controls/Label.h"
-#include "KestrioKit/Widgets/Drawing/Fonts.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QStyle>
@@ -16,19 +15,20 @@ namespace Constant {
 constexpr int spacing = KestrioUI::Padding::tiny;
 } // namespace Constant
 
-Label *makeLabel(const QString &text, Qt::Alignment alignment, QWidget *parent) {
-    auto *const label =
-        new Label(text, preferredFont(TextStyle::body), KestrioUI::Color::text(), alignment);
+Label *makeLabel(const QString &text, const SurveyColors &colors, Qt::Alignment alignment,
+                 QWidget *parent) {
+    auto *const label = new Label(text, TextStyle::body, colors, &SurveyPalette::text, alignment);
     label->setParent(parent);
     return label;
 }
 
 } // namespace
 
-LabelRow::LabelRow(const QString &left, const QString &right)
-    : m_left(makeLabel(left, Qt::AlignLeft, this)),
-      m_right(makeLabel(right, Qt::AlignRight, this)) {
+LabelRow::LabelRow(const QString &left, const QString &right, const SurveyColors &colors)
+    : m_left(makeLabel(left, colors, Qt::AlignLeft, this)),
+      m_right(makeLabel(right, colors, Qt::AlignRight, this)) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+    connect(&colors, &SurveyColors::changed, this, &LabelRow::layOut);
 }
 
 // The one that is shorter than half leaves its rest to the other.

@@ -5,13 +5,15 @@
 namespace KestrioKit {
 
 class Label;
+class SurveyColors;
 
 /// Two texts at the ends of a row: on one line each where both fit, else side by side on several.
 class LabelRow final : public QWidget {
     Q_OBJECT
 
 public:
-    LabelRow(const QString &left, const QString &right);
+    /// `colors` outlives the row.
+    LabelRow(const QString &left, const QString &right, const SurveyColors &colors);
 
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;

@@ -22,7 +22,7 @@ QStringList all() {
 
 LikertQuestionContentView::LikertQuestionContentView(const SurveyQuestion &question,
                                                      const SurveyTexts &texts,
-                                                     const QColor &themeColor)
-    : ScaleQuestionContentView(question, texts, themeColor, LikertAccessibility::all()) {}
+                                                     const SurveyColors &colors)
+    : ScaleQuestionContentView(question, texts, colors, LikertAccessibility::all()) {}
 
 } // namespace KestrioKit

@@ -10,7 +10,7 @@ class LikertQuestionContentView final : public ScaleQuestionContentView {
 
 public:
     LikertQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
-                              const QColor &themeColor);
+                              const SurveyColors &colors);
 };
 
 } // namespace KestrioKit

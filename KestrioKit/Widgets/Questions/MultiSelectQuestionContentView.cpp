@@ -22,10 +22,10 @@ constexpr auto actionButtonIdentifier = "Multi-select submit button"_L1;
 
 MultiSelectQuestionContentView::MultiSelectQuestionContentView(const SurveyQuestion &question,
                                                                const SurveyTexts &texts,
-                                                               const QColor &themeColor)
-    : QuestionContentContainer(question, texts, themeColor) {
+                                                               const SurveyColors &colors)
+    : QuestionContentContainer(question, texts, colors) {
     QLayout *const buttonsStackView = makeColumn();
-    m_actionButton = new ActionButton(question.actionText, themeColor);
+    m_actionButton = new ActionButton(question.actionText, colors);
     m_actionButton->setObjectName(Constant::actionButtonIdentifier);
     connect(m_actionButton, &QAbstractButton::clicked, this,
             &MultiSelectQuestionContentView::actionButtonTapped);
@@ -41,7 +41,7 @@ QLayout *MultiSelectQuestionContentView::makeColumn() {
     column->setContentsMargins({});
     column->setSpacing(KestrioUI::Padding::tiny);
     for (const SurveyOption &option : question().options) {
-        auto *const button = new CheckboxButton(option.label, themeColor());
+        auto *const button = new CheckboxButton(option.label, colors());
         connect(button, &QAbstractButton::clicked, button, &CheckboxButton::toggleAnimated);
         column->addWidget(button);
         m_checkboxButtons.append(button);

@@ -14,7 +14,7 @@ class MultiSelectQuestionContentView final : public QuestionContentContainer {
 
 public:
     MultiSelectQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
-                                   const QColor &themeColor);
+                                   const SurveyColors &colors);
 
     QWidget *firstControl() const override;
 

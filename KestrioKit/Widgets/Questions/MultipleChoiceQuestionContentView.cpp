@@ -22,8 +22,8 @@ constexpr auto identifierPrefix = "Multi-choice option: "_L1;
 
 MultipleChoiceQuestionContentView::MultipleChoiceQuestionContentView(const SurveyQuestion &question,
                                                                      const SurveyTexts &texts,
-                                                                     const QColor &themeColor)
-    : QuestionContentContainer(question, texts, themeColor) {
+                                                                     const SurveyColors &colors)
+    : QuestionContentContainer(question, texts, colors) {
     auto *const stackView = new QVBoxLayout(this);
     stackView->setContentsMargins({});
     stackView->setSpacing(KestrioUI::Padding::tiny);
@@ -34,12 +34,11 @@ MultipleChoiceQuestionContentView::MultipleChoiceQuestionContentView(const Surve
 }
 
 void MultipleChoiceQuestionContentView::addButton(const SurveyOption &option) {
-    auto *const button =
-        new ThemedButton(option.label, {.insets = Constant::buttonInsets,
-                                        .alignment = Qt::AlignLeft,
-                                        .cornerRadius = KestrioUI::CornerRadius::r3,
-                                        .borderWidth = KestrioUI::BorderWidth::b1});
-    button->setThemeColor(themeColor());
+    auto *const button = new ThemedButton(option.label, colors(),
+                                          {.insets = Constant::buttonInsets,
+                                           .alignment = Qt::AlignLeft,
+                                           .cornerRadius = KestrioUI::CornerRadius::r3,
+                                           .borderWidth = KestrioUI::BorderWidth::b1});
     button->setObjectName(Constant::identifierPrefix + option.label);
     connect(button, &QAbstractButton::clicked, this, [this, option] { buttonTapped(option); });
     layout()->addWidget(button);

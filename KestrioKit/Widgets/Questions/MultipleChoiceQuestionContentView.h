@@ -11,7 +11,7 @@ class MultipleChoiceQuestionContentView final : public QuestionContentContainer 
 
 public:
     MultipleChoiceQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
-                                      const QColor &themeColor);
+                                      const SurveyColors &colors);
 
     QWidget *firstControl() const override;
 

@@ -28,7 +28,7 @@ QStringList all() {
 } // namespace
 
 NpsQuestionContentView::NpsQuestionContentView(const SurveyQuestion &question,
-                                               const SurveyTexts &texts, const QColor &themeColor)
-    : ScaleQuestionContentView(question, texts, themeColor, NpsAccessibility::all()) {}
+                                               const SurveyTexts &texts, const SurveyColors &colors)
+    : ScaleQuestionContentView(question, texts, colors, NpsAccessibility::all()) {}
 
 } // namespace KestrioKit

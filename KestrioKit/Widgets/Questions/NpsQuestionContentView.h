@@ -10,7 +10,7 @@ class NpsQuestionContentView final : public ScaleQuestionContentView {
 
 public:
     NpsQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
-                           const QColor &themeColor);
+                           const SurveyColors &colors);
 };
 
 } // namespace KestrioKit

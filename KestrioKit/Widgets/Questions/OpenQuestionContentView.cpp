@@ -3,7 +3,6 @@
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
 #include "KestrioKit/Widgets/Controls/TextView.h"
-#include "KestrioKit/Widgets/Drawing/Fonts.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 #include "KestrioKit/Widgets/Overlay/KeyboardObserver.h"
 
@@ -25,12 +24,13 @@ constexpr auto buttonIdentifier = "Open question button"_L1;
 } // namespace
 
 OpenQuestionContentView::OpenQuestionContentView(const SurveyQuestion &question,
-                                                 const SurveyTexts &texts, const QColor &themeColor)
-    : QuestionContentContainer(question, texts, themeColor),
-      m_textView(new TextView(themeColor, Constant::inset, Constant::textViewHeight)),
-      m_placeholderLabel(new Label(texts.placeholder, preferredFont(TextStyle::body),
-                                   KestrioUI::Color::inactive())),
-      m_button(new ActionButton(question.actionText, themeColor)) {
+                                                 const SurveyTexts &texts,
+                                                 const SurveyColors &colors)
+    : QuestionContentContainer(question, texts, colors),
+      m_textView(new TextView(colors, Constant::inset, Constant::textViewHeight)),
+      m_placeholderLabel(
+          new Label(texts.placeholder, TextStyle::body, colors, &SurveyPalette::secondaryText)),
+      m_button(new ActionButton(question.actionText, colors)) {
     makeTextView();
     m_button->setObjectName(Constant::buttonIdentifier);
     connect(m_button, &QAbstractButton::clicked, this, &OpenQuestionContentView::buttonTapped);
@@ -49,6 +49,7 @@ void OpenQuestionContentView::makeTextView() {
     connect(m_textView, &QTextEdit::textChanged, this, &OpenQuestionContentView::textViewDidChange);
     m_placeholderLabel->setParent(m_textView);
     m_placeholderLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
+    connect(&colors(), &SurveyColors::changed, this, &OpenQuestionContentView::layOutPlaceholder);
 }
 
 QWidget *OpenQuestionContentView::firstControl() const {

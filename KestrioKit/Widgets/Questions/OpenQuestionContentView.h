@@ -14,7 +14,7 @@ class OpenQuestionContentView final : public QuestionContentContainer {
 
 public:
     OpenQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
-                            const QColor &themeColor);
+                            const SurveyColors &colors);
 
     QWidget *firstControl() const override;
 

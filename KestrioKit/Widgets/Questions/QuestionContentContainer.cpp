@@ -3,7 +3,7 @@
 namespace KestrioKit {
 
 QuestionContentContainer::QuestionContentContainer(SurveyQuestion question, SurveyTexts texts,
-                                                   const QColor &themeColor)
-    : m_question(std::move(question)), m_texts(std::move(texts)), m_themeColor(themeColor) {}
+                                                   const SurveyColors &colors)
+    : m_question(std::move(question)), m_texts(std::move(texts)), m_colors(colors) {}
 
 } // namespace KestrioKit

@@ -2,8 +2,8 @@
 
 #include "KestrioKit/SurveyQuestion.h"
 #include "KestrioKit/SurveyTexts.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 
-#include <QColor>
 #include <QWidget>
 
 namespace KestrioKit {
@@ -22,16 +22,18 @@ Q_SIGNALS:
     void answered(const QVariant &answer);
 
 protected:
-    QuestionContentContainer(SurveyQuestion question, SurveyTexts texts, const QColor &themeColor);
+    /// `colors` outlives the view.
+    QuestionContentContainer(SurveyQuestion question, SurveyTexts texts,
+                             const SurveyColors &colors);
 
     const SurveyQuestion &question() const { return m_question; }
     const SurveyTexts &texts() const { return m_texts; }
-    const QColor &themeColor() const { return m_themeColor; }
+    const SurveyColors &colors() const { return m_colors; }
 
 private:
     SurveyQuestion m_question;
     SurveyTexts m_texts;
-    QColor m_themeColor;
+    const SurveyColors &m_colors;
 };
 
 } // namespace KestrioKit

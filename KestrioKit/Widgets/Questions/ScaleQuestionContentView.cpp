@@ -21,19 +21,20 @@ constexpr int height = 50;
 
 ScaleQuestionContentView::ScaleQuestionContentView(const SurveyQuestion &question,
                                                    const SurveyTexts &texts,
-                                                   const QColor &themeColor,
+                                                   const SurveyColors &colors,
                                                    const QStringList &identifiers)
-    : QuestionContentContainer(question, texts, themeColor) {
-    auto *const buttonsContainerView = new ScaleRow(themeColor, Constant::height);
+    : QuestionContentContainer(question, texts, colors) {
+    auto *const buttonsContainerView = new ScaleRow(colors, Constant::height);
     for (int value = question.firstValue; const QString &identifier : identifiers) {
-        auto *const button = new ThemedButton(QString::number(value), {});
-        button->setThemeColor(themeColor);
+        auto *const button = new ThemedButton(QString::number(value), colors, {});
         button->setObjectName(identifier);
         connect(button, &QAbstractButton::clicked, this, [this, value] { Q_EMIT answered(value); });
         buttonsContainerView->addButton(button);
         m_buttons.append(button);
         ++value;
     }
+    // After the buttons, which have their new font by then.
+    connect(&colors, &SurveyColors::changed, buttonsContainerView, &ScaleRow::layOut);
     setRadioGroup(m_buttons, texts, question.firstLabel, question.lastLabel);
     new ArrowKeys(m_buttons, ArrowKeys::TabStops::one, this);
 
@@ -41,7 +42,7 @@ ScaleQuestionContentView::ScaleQuestionContentView(const SurveyQuestion &questio
     stackView->setContentsMargins({});
     stackView->setSpacing(KestrioUI::Padding::tiny);
     stackView->addWidget(buttonsContainerView);
-    stackView->addWidget(new LabelRow(question.firstLabel, question.lastLabel));
+    stackView->addWidget(new LabelRow(question.firstLabel, question.lastLabel, colors));
 }
 
 QWidget *ScaleQuestionContentView::firstControl() const {

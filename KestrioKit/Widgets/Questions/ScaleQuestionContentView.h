@@ -16,7 +16,7 @@ public:
 protected:
     /// A button for each of `identifiers`, the first standing for the question's `firstValue`.
     ScaleQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
-                             const QColor &themeColor, const QStringList &identifiers);
+                             const SurveyColors &colors, const QStringList &identifiers);
 
 private:
     QList<QWidget *> m_buttons;

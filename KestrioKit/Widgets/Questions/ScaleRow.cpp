@@ -25,8 +25,7 @@ constexpr QMargins titleInsets(2, 2, 2, 2);
 } // namespace
 
 // Not by fixing the height, which a host's style sheet could undo.
-ScaleRow::ScaleRow(const QColor &themeColor, int height)
-    : m_themeColor(themeColor), m_height(height) {
+ScaleRow::ScaleRow(const SurveyColors &colors, int height) : m_colors(colors), m_height(height) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
@@ -78,10 +77,10 @@ void ScaleRow::paintEvent(QPaintEvent *) {
         const QRectF place(edge - Constant::dividerWidth, 0, Constant::dividerWidth, height());
         QRectF divider = sharpRect(painter, place);
         divider.setWidth(sharpWidth(painter, Constant::dividerWidth));
-        painter.fillRect(divider, m_themeColor);
+        painter.fillRect(divider, m_colors->controlBorder);
     }
     drawRoundedBorder(painter, rect(), Constant::cornerRadius, KestrioUI::BorderWidth::b1,
-                      m_themeColor);
+                      m_colors->controlBorder);
 }
 
 } // namespace KestrioKit

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QColor>
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
+
 #include <QWidget>
 
 namespace KestrioKit {
@@ -12,10 +13,14 @@ class ScaleRow final : public QWidget {
     Q_OBJECT
 
 public:
-    ScaleRow(const QColor &themeColor, int height);
+    /// `colors` outlives the row.
+    ScaleRow(const SurveyColors &colors, int height);
 
     /// Owns the button from now on.
     void addButton(ThemedButton *button);
+
+    /// Places the buttons, with titles as large as all of them have room for.
+    void layOut();
 
     QSize sizeHint() const override { return {0, m_height}; }
 
@@ -25,10 +30,9 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    void layOut();
     void sizeTitles();
 
-    QColor m_themeColor;
+    const SurveyColors &m_colors;
     int m_height;
     QList<ThemedButton *> m_buttons;
 };

@@ -5,7 +5,6 @@
 #include "KestrioKit/Widgets/Controls/Label.h"
 #include "KestrioKit/Widgets/Drawing/Animation.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
-#include "KestrioKit/Widgets/Drawing/Fonts.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 
@@ -36,14 +35,14 @@ constexpr auto imageDuration = 400ms;
 constexpr auto imageDelay = 400ms;
 } // namespace Constant
 
-DrawnImage checkmarkInCircle(const QColor &themeColor) {
-    return {Constant::circleSize, [themeColor](QPainter &painter) {
-                painter.setPen(QPen(themeColor, Constant::circleBorderWidth));
+DrawnImage checkmarkInCircle(const SurveyColors &colors) {
+    return {Constant::circleSize, [&colors](QPainter &painter) {
+                painter.setPen(QPen(colors->accent, Constant::circleBorderWidth));
                 constexpr int inset = Constant::circleBorderWidth;
                 painter.drawEllipse(
                     QRect(QPoint(), Constant::circleSize).adjusted(inset, inset, -inset, -inset));
                 drawStrokes(painter, {{25, 50}, {45, 70}, {75, 35}}, Constant::checkmarkLineWidth,
-                            themeColor);
+                            colors->accent);
             }};
 }
 
@@ -60,10 +59,9 @@ void springIn(QWidget *view, qreal scale, std::chrono::milliseconds duration,
 
 } // namespace
 
-FinishSurveyView::FinishSurveyView(const QString &text, const QColor &themeColor)
-    : m_imageView(new ImageView(checkmarkInCircle(themeColor))),
-      m_label(new Label(text, preferredBoldFont(TextStyle::title2), KestrioUI::Color::text(),
-                        Qt::AlignHCenter)) {
+FinishSurveyView::FinishSurveyView(const QString &text, const SurveyColors &colors)
+    : m_imageView(new ImageView(checkmarkInCircle(colors), colors)),
+      m_label(new Label(text, TextStyle::title2, colors, &SurveyPalette::text, Qt::AlignHCenter)) {
     setAccessibleRole(this, QAccessible::Grouping);
     setAccessibleName(m_label->text());
     constexpr int inset = KestrioUI::Padding::tiny;

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QColor>
 #include <QWidget>
 
 namespace KestrioKit {
 
 class ImageView;
 class Label;
+class SurveyColors;
 
 /// The page that thanks: a check mark in a circle, and a line. It moves itself in when it is first
 /// shown. For the main thread.
@@ -14,7 +14,8 @@ class FinishSurveyView final : public QWidget {
     Q_OBJECT
 
 public:
-    FinishSurveyView(const QString &text, const QColor &themeColor);
+    /// `colors` outlives the page.
+    FinishSurveyView(const QString &text, const SurveyColors &colors);
 
 protected:
     void showEvent(QShowEvent *event) override;

@@ -3,7 +3,6 @@
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/DoublePressFilter.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
-#include "KestrioKit/Widgets/Drawing/Fonts.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 #include "KestrioKit/Widgets/Questions/LikertQuestionContentView.h"
 #include "KestrioKit/Widgets/Questions/MultipleChoiceQuestionContentView.h"
@@ -18,19 +17,19 @@ namespace KestrioKit {
 namespace {
 
 QuestionContentContainer *makeContentView(const SurveyQuestion &question, const SurveyTexts &texts,
-                                          const QColor &themeColor) {
+                                          const SurveyColors &colors) {
     using Type = SurveyQuestion::Type;
     switch (question.type) {
     case Type::Open:
-        return new OpenQuestionContentView(question, texts, themeColor);
+        return new OpenQuestionContentView(question, texts, colors);
     case Type::Likert:
-        return new LikertQuestionContentView(question, texts, themeColor);
+        return new LikertQuestionContentView(question, texts, colors);
     case Type::MultipleChoice:
-        return new MultipleChoiceQuestionContentView(question, texts, themeColor);
+        return new MultipleChoiceQuestionContentView(question, texts, colors);
     case Type::MultiSelect:
-        return new MultiSelectQuestionContentView(question, texts, themeColor);
+        return new MultiSelectQuestionContentView(question, texts, colors);
     case Type::Nps:
-        return new NpsQuestionContentView(question, texts, themeColor);
+        return new NpsQuestionContentView(question, texts, colors);
     case Type::Other:
         return nullptr;
     }
@@ -47,16 +46,14 @@ QList<QAbstractButton *> answeringButtons(const QWidget &contentView) {
 } // namespace
 
 QuestionView::QuestionView(const SurveyQuestion &question, const SurveyTexts &texts,
-                           const QColor &themeColor, const Clock &clock)
-    : m_contentView(makeContentView(question, texts, themeColor)) {
+                           const SurveyColors &colors, const Clock &clock)
+    : m_contentView(makeContentView(question, texts, colors)) {
     setAccessibleRole(this, QAccessible::Grouping);
     setAccessibleName(question.text);
 
     auto *const questionStackView = new QHBoxLayout;
     questionStackView->setSpacing(0);
-    questionStackView->addWidget(
-        new Label(question.text, preferredBoldFont(TextStyle::title2), KestrioUI::Color::text()),
-        1);
+    questionStackView->addWidget(new Label(question.text, TextStyle::title2, colors), 1);
     // Keeps the title clear of the close button.
     questionStackView->addSpacing(KestrioUI::Padding::medium);
 

@@ -11,8 +11,9 @@ class QuestionView final : public QWidget {
     Q_OBJECT
 
 public:
-    QuestionView(const SurveyQuestion &question, const SurveyTexts &texts, const QColor &themeColor,
-                 const Clock &clock);
+    /// `colors` and `clock` outlive the page.
+    QuestionView(const SurveyQuestion &question, const SurveyTexts &texts,
+                 const SurveyColors &colors, const Clock &clock);
 
     /// The control that gets the focus when the page comes; null when there is none.
     QWidget *firstControl() const;

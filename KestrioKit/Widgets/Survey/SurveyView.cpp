@@ -7,6 +7,7 @@
 #include "KestrioKit/Widgets/Controls/ScrollIndicator.h"
 #include "KestrioKit/Widgets/Controls/ScrollView.h"
 #include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Widgets/Drawing/Drawing.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 #include "KestrioKit/Widgets/Overlay/WindowMetrics.h"
@@ -14,6 +15,7 @@
 #include "KestrioKit/Widgets/Survey/QuestionView.h"
 
 #include <QGuiApplication>
+#include <QLayout>
 #include <QPainter>
 
 #include <algorithm>
@@ -35,10 +37,6 @@ constexpr int closeButtonInset = KestrioUI::Padding::regular;
 /// Of each of the three steps in which one page follows another.
 constexpr auto transitionDuration = 200ms;
 constexpr auto accessibilityIdentifier = "Kestrio Survey"_L1;
-
-QColor grayTintColor() {
-    return QColor::fromRgbF(0.8F, 0.8F, 0.8F);
-}
 } // namespace Constant
 
 } // namespace
@@ -46,11 +44,11 @@ QColor grayTintColor() {
 SurveyView::SurveyView(SurveySession &session, const Clock &clock)
     : m_session(&session),
       m_clock(clock),
-      m_questionContainerView(new ScrollView),
-      m_scrollIndicator(new ScrollIndicator(*m_questionContainerView)),
-      m_pageControl(new PageControl(int(session.questions().size()), session.texts(),
-                                    Constant::grayTintColor(), session.themeColor())),
-      m_closeButton(new CloseButton(session.texts().close)) {
+      m_colors(session.palette()),
+      m_questionContainerView(new ScrollView(m_colors)),
+      m_scrollIndicator(new ScrollIndicator(*m_questionContainerView, m_colors)),
+      m_pageControl(new PageControl(int(session.questions().size()), session.texts(), m_colors)),
+      m_closeButton(new CloseButton(session.texts().close, m_colors)) {
     setObjectName(Constant::accessibilityIdentifier);
     setAccessibleRole(this, QAccessible::Dialog);
     setAccessibleName(QGuiApplication::applicationDisplayName());
@@ -61,17 +59,17 @@ SurveyView::SurveyView(SurveySession &session, const Clock &clock)
     connect(m_closeButton, &QAbstractButton::clicked, this, &SurveyView::closeTapped);
     connect(m_session, &SurveySession::currentQuestionChanged, this,
             &SurveyView::transitionToQuestion);
+    connect(m_session, &SurveySession::appearanceChanged, this, &SurveyView::appearanceChanged);
     setupNewQuestionView();
 }
 
 // Pages
 
 QWidget *SurveyView::makeQuestionView() {
-    const QColor themeColor = m_session->themeColor();
     if (m_isFinished)
-        return new FinishSurveyView(m_session->texts().thanks, themeColor);
+        return new FinishSurveyView(m_session->texts().thanks, m_colors);
     auto *const page =
-        new QuestionView(m_session->currentQuestion(), m_session->texts(), themeColor, m_clock);
+        new QuestionView(m_session->currentQuestion(), m_session->texts(), m_colors, m_clock);
     m_session->beginQuestion();
     connect(page, &QuestionView::answered, this, &SurveyView::answer);
     setAccessibleLabel(page, m_pageControl);
@@ -155,6 +153,22 @@ void SurveyView::showQuestionView() {
         [view = m_questionContainerView](qreal way) { ViewEffect::setAlpha(view, way); });
 }
 
+// The font may be another, too: every view takes another size then. Those inside come first, since
+// each changes what its parent asks for.
+void SurveyView::appearanceChanged() {
+    m_colors.change(m_session->palette());
+    const QList<QWidget *> views = findChildren<QWidget *>();
+    for (auto view = views.rbegin(); view != views.rend(); ++view) {
+        if (QLayout *const layout = (*view)->layout())
+            layout->activate();
+        (*view)->updateGeometry();
+        (*view)->update();
+    }
+    update();
+    Q_EMIT heightChanged();
+    m_questionContainerView->layOut();
+}
+
 // Focus
 
 void SurveyView::beginPage(Qt::FocusReason reason) {
@@ -222,8 +236,11 @@ void SurveyView::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::white);
+    painter.setBrush(m_colors->card);
     painter.drawRoundedRect(rect(), Constant::cornerRadius, Constant::cornerRadius);
+    if (m_colors->cardBorder.alpha() > 0)
+        drawRoundedBorder(painter, rect(), Constant::cornerRadius, KestrioUI::BorderWidth::b1,
+                          m_colors->cardBorder);
 }
 
 } // namespace KestrioKit

@@ -2,6 +2,7 @@
 
 #include "KestrioKit/Core/Platform/Threads/Clock.h"
 #include "KestrioKit/SurveySession.h"
+#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -63,10 +64,12 @@ private:
     void replaceQuestionView();
     void growToQuestionView(int previousHeight);
     void showQuestionView();
+    void appearanceChanged();
     void layOut();
 
     QPointer<SurveySession> m_session;
     const Clock &m_clock;
+    SurveyColors m_colors;
     ScrollView *m_questionContainerView;
     ScrollIndicator *m_scrollIndicator;
     PageControl *m_pageControl;

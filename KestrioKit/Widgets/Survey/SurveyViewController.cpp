@@ -30,10 +30,6 @@ constexpr auto finishDelay = 1s;
 constexpr auto dissolveDuration = 200ms;
 /// Qt does not tell how long its keyboards take to come; this is what most do.
 constexpr auto keyboardDuration = 250ms;
-
-QColor backgroundColor() {
-    return QColor::fromRgbF(0, 0, 0, 0.6F);
-}
 } // namespace Constant
 
 QPointer<SurveyViewController> &current() {
@@ -46,7 +42,7 @@ QPointer<SurveyViewController> &current() {
 SurveyViewController::SurveyViewController(std::unique_ptr<SurveySession> session,
                                            const Clock &clock)
     : m_session(std::move(session)),
-      m_backgroundView(new BackgroundView(Constant::backgroundColor())),
+      m_backgroundView(new BackgroundView(m_session->palette().dimming)),
       m_surveyView(new SurveyView(*m_session, clock)) {}
 
 SurveyViewController::~SurveyViewController() {

@@ -56,17 +56,19 @@ TEST(ResponseConfig, needsNoKeys) {
 }
 
 TEST(ResponseConfig, takesTheThemeColorFromSixHexDigitsOfTheBorder) {
-    const std::pair<QString, QColor> cases[] = {
-        {u" #0a-0B G0c "_s, 0x0a0b0c},
-        {u"red"_s, Qt::black},
-        {u"FF88000"_s, Qt::black},
-        {u"0xff880"_s, 0x0ff880},
-        {u"١٢٣٤٥٦"_s, Qt::black},
+    const std::pair<QString, std::optional<QColor>> cases[] = {
+        {u" #0a-0B G0c "_s, QColor(0x0a0b0c)},
+        {u"red"_s, std::nullopt},
+        {u"FF88000"_s, std::nullopt},
+        {u"0xff880"_s, QColor(0x0ff880)},
+        {u"١٢٣٤٥٦"_s, std::nullopt},
         // Punctuation between "9" and "A" is kept, and stops the number.
-        {u":12345"_s, Qt::black},
-        {u"12:345"_s, 0x12},
+        {u":12345"_s, std::nullopt},
+        {u"12:345"_s, QColor(0x12)},
     };
     for (const auto &[border, color] : cases)
         EXPECT_EQ((ResponseConfig{border, u"#00ff00"_s, {}, {}}).themeColor(), color)
             << qPrintable(border);
+    for (const QString &theme : {u"dark"_s, u"Dark"_s, u"light"_s})
+        EXPECT_EQ((ResponseConfig{{}, theme, {}, {}}).isDark(), theme == u"dark"_s);
 }

@@ -1,0 +1,122 @@
+#include "KestrioKit/Core/Session/SurveyPalettes.h"
+
+#include "KestrioKit/Core/Session/Contrast.h"
+
+#include <QGuiApplication>
+
+namespace KestrioKit {
+
+namespace {
+
+constexpr float tintAlpha = 0.3F;
+constexpr float pressedShadeAlpha = 0.2F;
+constexpr float dimmingAlpha = 0.6F;
+/// What thin lines need on a tinted card to keep the least contrast where they are antialiased.
+constexpr double lineContrast = 3.5;
+/// From the text's colour to the card's, where the host's palette has no colour for the role.
+constexpr double paleness = 0.4;
+
+QColor withAlpha(QColor color, float alpha) {
+    color.setAlphaF(alpha);
+    return color;
+}
+
+QColor dimming() {
+    return QColor::fromRgbF(0, 0, 0, dimmingAlpha);
+}
+
+/// The accent laid over the card, as strongly as what is written and drawn on it allows.
+QColor tintedCard(const SurveyPalette &palette) {
+    constexpr float step = 0.01F;
+    for (float part = tintAlpha; part > 0; part -= step) {
+        const QColor tinted = mixed(palette.card, palette.accent, part);
+        if (contrastRatio(palette.text, tinted) >= leastTextContrast &&
+            contrastRatio(palette.symbol, tinted) >= lineContrast &&
+            contrastRatio(palette.controlBorder, tinted) >= lineContrast)
+            return tinted;
+    }
+    return palette.card;
+}
+
+/// Sets what depends on the accent. On a tinted card controls must still be seen, so the accent
+/// has the contrast of text.
+void setAccent(SurveyPalette &palette, const QColor &accent) {
+    palette.accent = shaded(accent, palette.card, leastTextContrast);
+    palette.textOnAccent = strongestOn(palette.accent);
+    palette.pressedShade = withAlpha(strongestOn(palette.textOnAccent), pressedShadeAlpha);
+}
+
+} // namespace
+
+QColor defaultAccent() {
+    return QColor::fromRgbF(0, 0, 0);
+}
+
+SurveyPalette lightPalette(const QColor &accent) {
+    SurveyPalette palette;
+    palette.card = Qt::white;
+    palette.cardBorder = Qt::transparent;
+    palette.text = QColor::fromRgbF(0.15F, 0.13F, 0.21F);
+    palette.secondaryText = QColor::fromRgbF(0.69F, 0.69F, 0.69F);
+    palette.symbol = palette.secondaryText;
+    palette.controlBorder = accent;
+    palette.focusRing = accent;
+    palette.accent = accent;
+    palette.textOnAccent = Qt::white;
+    palette.pressedShade = QColor::fromRgbF(0, 0, 0, pressedShadeAlpha);
+    palette.pressedAnswer = withAlpha(accent, tintAlpha);
+    palette.dot = QColor::fromRgbF(0.8F, 0.8F, 0.8F);
+    palette.dimming = dimming();
+    palette.keepsContrast = false;
+    return palette;
+}
+
+SurveyPalette darkPalette(const QColor &accent) {
+    SurveyPalette palette;
+    palette.card = QColor(0x24, 0x22, 0x2C);
+    palette.cardBorder = QColor(0x76, 0x72, 0x7F);
+    palette.text = QColor(0xF3, 0xF1, 0xF8);
+    palette.secondaryText = QColor(0xB8, 0xB4, 0xC4);
+    palette.symbol = QColor(0x9D, 0x99, 0xAB);
+    palette.focusRing = palette.text;
+    palette.dot = QColor(0x76, 0x72, 0x7F);
+    palette.dimming = dimming();
+    setAccent(palette, accent);
+    palette.controlBorder = palette.accent;
+    palette.pressedAnswer = tintedCard(palette);
+    return palette;
+}
+
+SurveyPalette systemPalette(const QPalette &host, const QColor &accent) {
+    const auto color = [&host](QPalette::ColorRole role) {
+        return host.color(QPalette::Active, role);
+    };
+    SurveyPalette palette;
+    palette.card = QColor(color(QPalette::Window).rgb());
+    const auto onCard = [&palette](const QColor &ink, double leastRatio) {
+        return shaded(mixed(palette.card, ink, ink.alphaF()), palette.card, leastRatio);
+    };
+    palette.text = onCard(color(QPalette::WindowText), leastTextContrast);
+    palette.secondaryText = onCard(color(QPalette::PlaceholderText), leastTextContrast);
+    const QColor pale = mixed(palette.text, palette.card, paleness);
+    palette.symbol = onCard(pale, leastTextContrast);
+    palette.controlBorder = palette.symbol;
+    palette.cardBorder = palette.symbol;
+    palette.focusRing = palette.text;
+    palette.dot = onCard(mixed(palette.card, pale, paleness), leastSymbolContrast);
+    palette.dimming = dimming();
+    setAccent(palette, accent);
+    palette.pressedAnswer = tintedCard(palette);
+    return palette;
+}
+
+SurveyPalette paletteFor(SurveyAppearance appearance, const QColor &accent) {
+    if (appearance == SurveyAppearance::dark)
+        return darkPalette(accent);
+    const bool hasHost = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    if (appearance == SurveyAppearance::system && hasHost)
+        return systemPalette(QGuiApplication::palette(), accent);
+    return lightPalette(accent);
+}
+
+} // namespace KestrioKit
