@@ -35,8 +35,8 @@ class KestrioCore;
 /// dropped, and requests that the service refuses, are neither.
 ///
 /// Calls made before `configure()` are dropped, except `setLocale`, `setDisableNetworkAccess`,
-/// `setQueueLimit`, `setRetriesStartUp`, `setSavesPromptly`, `setServiceHost` and
-/// `withdrawConsent`. Calls made while it is under way, or between `logout()` and the arrival of
+/// `setQueueLimit`, `setRetriesStartUp`, `setSavesPromptly`, `setAppearance`,
+/// `setServiceHost` and `withdrawConsent`. Calls made while it is under way, or between `logout()` and the arrival of
 /// the next visitor, are held. They run on the main thread, in their order, once there is a
 /// visitor. Of events without a handler and changes of attributes, the last 1,000 are held. Held
 /// calls are lost with the process.
@@ -260,9 +260,10 @@ public:
     /// In all but the first, "closed" is reported, too, with the question that it was at; on
     /// the last page, without one.
     ///
-    /// The survey looks the same in every host: neither style sheets nor a style, palette or widget
-    /// font reach it. Its text has the family of the application's font, and grows with it above
-    /// 10 points. It keeps its own language, whatever arrives meanwhile.
+    /// The survey looks the same in every host: neither style sheets nor a style or widget font
+    /// reach it, and the palette does only with `SurveyAppearance::system`. Its text has the family
+    /// of the application's font, and grows with it above 10 points. It keeps its own language,
+    /// whatever arrives meanwhile.
     ///
     /// Nothing is shown, and the survey stays held, when `from` is null or has been destroyed, no
     /// linked component can show a survey over it, its window is not shown, another survey is up or
