@@ -19,8 +19,8 @@ namespace KestrioKit {
 class KestrioCore;
 }
 
-/// In-app surveys for a Qt application: tells the survey service who the visitor is and what
-/// happens, and shows the surveys that the service answers with.
+/// In-app surveys for a Qt application. Tells the survey service who the visitor is and which
+/// events happen, and shows the surveys that the service returns.
 ///
 ///     auto &kestrio = Kestrio::shared();
 ///     kestrio.configure("environment-id");
@@ -30,38 +30,41 @@ class KestrioCore;
 ///             Kestrio::shared().presentSurvey(window);
 ///     });
 ///
-/// Every operation may be called from any thread, returns at once and never throws. Errors are
-/// logged (see `setLogHandler()`) and reported to the service; none comes back. Calls that are
-/// dropped, and requests that the service refuses, are neither.
+/// Every operation returns without waiting for the network and never throws. Every operation is
+/// thread-safe unless its comment names the main thread, which is the thread of the application
+/// object. The library logs errors (see `setLogHandler()`) and reports them to the service. It does
+/// not return them. It neither logs nor reports dropped calls and requests that the service
+/// refuses.
 ///
 /// Calls made before `configure()` are dropped, except `setLocale`, `setDisableNetworkAccess`,
-/// `setQueueLimit`, `setRetriesStartUp`, `setSavesPromptly`, `setAppearance`,
-/// `setServiceHost` and `withdrawConsent`. Calls made while it is under way, or between `logout()` and the arrival of
-/// the next visitor, are held. They run on the main thread, in their order, once there is a
-/// visitor. Of events without a handler and changes of attributes, the last 1,000 are held. Held
-/// calls are lost with the process.
+/// `setQueueLimit`, `setRetriesStartUp`, `setSavesPromptly`, `setAppearance`, `setServiceHost` and
+/// `withdrawConsent`. Calls made during start-up, or between `logout()` and the arrival of the next
+/// visitor, are held. They run on the main thread, in the order of the calls, once there is a
+/// visitor. The library holds at most 1,000 events without a handler and attribute changes, and
+/// drops the oldest beyond that. Held calls are lost when the process ends.
 ///
-/// All signals are emitted on the main thread, and while the library holds no lock: a slot may call
-/// any operation.
+/// All signals are emitted on the main thread. The library holds no lock meanwhile, so a slot may
+/// call any operation.
 ///
 /// Applications and processes:
-/// - One application object may follow another, also on another thread. Records wait for the next
-///   one, start-up goes on where it was, and other requests that the end of the first one cut off
-///   fail when the next one starts: the handler of an event is then told `noSurvey`.
-/// - `exit()` may be called on any thread; what was recorded by then is stored. Calls made while
-///   the process ends, by destructors of static objects for example, are ignored.
-/// - A child that is forked after `configure()` has nothing of the library's: calls in it are
-///   ignored, and nothing is waited for. Qt itself waits there without end for threads that have
-///   looked up names lately, so that a child should end by `_exit()` or start another program. A
-///   child that is forked before `configure()` may call it itself.
-/// - The library may be loaded with `dlopen()`, on any thread. It then stays until the process
-///   ends: `dlclose()` does not remove it.
+/// - One application object may follow another, also on another thread. Queued records wait for the
+///   next one, and start-up continues where it was. Other requests that were in flight when the
+///   first one ended fail when the next one starts. The handler of such an event receives
+///   `noSurvey`.
+/// - `exit()` may be called on any thread. Everything recorded by then is stored. Calls made while
+///   the process ends, for example by destructors of static objects, are ignored.
+/// - In a child process that is forked after `configure()`, calls are ignored and the library waits
+///   for nothing. Qt itself may wait there forever for threads that have recently looked up host
+///   names. Such a child should therefore end with `_exit()` or start another program. A child that
+///   is forked before `configure()` may call it itself.
+/// - The library may be loaded with `dlopen()`, on any thread. It then stays loaded until the
+///   process ends: `dlclose()` does not unload it.
 ///
-/// Name the application (`QCoreApplication::setApplicationName`) before `configure()`: the name
-/// says where the library keeps its files. Several processes of one application may run at a time:
-/// what one of them leaves unsent when it ends, or is killed, a running one sends within seconds,
-/// or else the next start does, as long as the visitor is the same. Who saves the visitor last
-/// decides who that is at the next start.
+/// Set the application's name (`QCoreApplication::setApplicationName`) before `configure()`,
+/// because the library's folder is named after it. Several processes of one application may run at
+/// a time. If a process ends or is killed, a running process with the same visitor sends its unsent
+/// records within seconds. If none is running, the next start with the same visitor sends them. The
+/// process that saves its visitor last decides who the visitor is at the next start.
 class KESTRIOKIT_EXPORT Kestrio final : public QObject {
     Q_OBJECT
     Q_PROPERTY(
@@ -78,8 +81,8 @@ class KESTRIOKIT_EXPORT Kestrio final : public QObject {
 public:
     /// Why the library is disabled.
     enum class DisabledReason {
-        /// A start-up or a request for another visitor has failed. It is repeated where
-        /// `setRetriesStartUp()` says so.
+        /// Start-up or a request for another visitor has failed. `setRetriesStartUp()` says when
+        /// the library retries.
         StartUpFailed,
         /// The service refuses this version of the library.
         Version,
@@ -90,290 +93,314 @@ public:
     };
     Q_ENUM(DisabledReason)
 
-    /// Called once, on the main thread, with what became of an event: `disabled` for one that was
-    /// dropped. It is not called if start-up never completes, when the application quits, unless
-    /// another application object follows, while the process ends, and in a forked child. It is
-    /// destroyed on the main thread, too.
+    /// Called once, on the main thread, with the outcome of an event. A dropped event has the
+    /// outcome `disabled`. The handler is not called if start-up never completes, if the
+    /// application quits and no other application object follows, while the process ends, or in a
+    /// forked child process. It is destroyed on the main thread. It must not throw.
     using TrackHandler = std::function<void(SurveyState)>;
 
-    /// Called, and destroyed, on the main thread.
+    /// Called when a survey has been fetched. Called and destroyed on the main thread. Must not
+    /// throw.
     using FetchCompletion = std::function<void()>;
 
-    /// Takes one log line, without its end. Levels are `QtDebugMsg`, `QtInfoMsg` and, for what the
-    /// host's developer should look at, `QtWarningMsg`.
+    /// Receives one log line, without a line terminator. The levels are `QtDebugMsg`, `QtInfoMsg`
+    /// and `QtWarningMsg`. Warnings are lines that the host's developer should look at. Must not
+    /// throw.
     using LogHandler = std::function<void(QtMsgType level, const QString &line)>;
 
-    /// Has the library's log lines handed to `handler` instead of printed to standard output. Null,
-    /// the default, prints them. "KESTRIO_LOG_LEVEL" decides which lines there are, as before. May
-    /// be called at any time, also before there is an application object.
+    /// Passes the library's log lines to `handler` instead of printing them to standard output. An
+    /// empty handler, the default, prints them. The environment variable "KESTRIO_LOG_LEVEL" still
+    /// decides which diagnostic lines are logged. May be called at any time, also before there is
+    /// an application object. Thread-safe.
     ///
-    /// The handler is called on the thread that logs, which may be any, and on several threads at a
-    /// time. It must not throw, call the library, or wait for a thread that does, since the library
-    /// may hold locks meanwhile. If it nevertheless causes a log line on its own thread, that line
-    /// is printed. A handler that is replaced may still be running on another thread when this
-    /// returns, and is destroyed after that.
+    /// The handler is called on the thread that logs. This may be any thread, and several at a
+    /// time. The handler must not throw, call the library, or wait for a thread that calls it,
+    /// because the library may hold locks meanwhile. If the handler causes a log line on its own
+    /// thread, that line is printed. A replaced handler may still be running on another thread when
+    /// this function returns. It is destroyed after that.
     static void setLogHandler(const LogHandler &handler);
 
-    /// The one object there is, made on first use. It lives for the whole process.
+    /// Returns the only instance, which is created on first use and lives as long as the process.
     static Kestrio &shared();
 
-    /// The service's number for the visitor; absent while there is none.
+    /// Returns the number by which the service knows the visitor, or nothing while there is no
+    /// visitor.
     std::optional<qint64> visitorIdentifier() const;
 
-    /// Whether a survey is held: an event was answered with it, and it has not been shown yet, or
-    /// is being shown.
+    /// Returns whether a survey is held. A survey is held from the response that contains it until
+    /// it has been shown and has ended.
     bool isSurveyHeld() const;
 
-    /// Whether the library keeps off the network; false at first. While set, nothing is sent, new
-    /// events, attributes and answers are dropped, and requests fail at once: starting, too, and
-    /// that for good. What was queued before is kept, and sent together with the first record
-    /// after it is cleared.
+    /// Whether the library stays off the network; false by default. While set, nothing is sent. New
+    /// events, attributes and answers are dropped. Requests fail immediately. Start-up fails, too,
+    /// and is not retried; a start-up that is already being retried waits instead. Records that
+    /// were queued before are kept. They are sent with the first record that is queued after
+    /// network access is allowed again.
     bool disableNetworkAccess() const;
     void setDisableNetworkAccess(bool disable);
 
-    /// How many records of each kind (events without a handler, attributes, answers, records of
-    /// what was shown, error reports) may wait to be sent, in memory and on disk: 25 by default,
-    /// from 1 to 10,000; a value outside becomes the nearest of these. Beyond it the oldest records
-    /// are dropped. One log line, at most once a minute, says how many that were.
+    /// Sets how many records of each kind may wait to be sent, in memory and on disk. The kinds are
+    /// events without a handler, attributes, answers, records of what was shown, and error reports.
+    /// The default is 25, the range is 1 to 10,000, and other values are clamped to it. When the
+    /// limit is exceeded, the oldest records are dropped. A log line, at most one per minute, says
+    /// how many.
     ///
-    /// To be called before `configure()`, at every start of the application with the same value:
-    /// under a lower one, records that were stored before are dropped as well. Later calls are
-    /// ignored. Each record takes about a kilobyte of memory while it waits.
+    /// Call this function before `configure()`, with the same value at every start of the
+    /// application. A lower value than before also drops stored records. Calls after `configure()`
+    /// are ignored. Each waiting record takes about a kilobyte of memory.
     void setQueueLimit(int limit);
 
-    /// Whether a start that fails for a reason that may pass is repeated until one succeeds; true
-    /// by default. Such reasons are a service that cannot be reached, one that answers with a
-    /// status of 3xx, 408, 429 or 5xx, and an answer that cannot be read. It is repeated after 5,
-    /// 10, 30 and 60 seconds, then every minute, and as soon as the network returns; while network
-    /// access is disabled it waits. What `logout()` asks for is repeated likewise.
+    /// Whether a start-up that fails for a temporary reason is retried until it succeeds; true by
+    /// default. Temporary reasons are: the service cannot be reached, it responds with status 3xx,
+    /// 408, 429 or 5xx, or its response cannot be read. The library retries after 5, 10, 30 and 60
+    /// seconds, then every minute, and as soon as the network returns. It does not retry while
+    /// network access is disabled. The request that `logout()` makes is retried in the same way.
     ///
-    /// Meanwhile handlers are told `disabled`, and surveys are not shown. Events without a handler
-    /// and changes of attributes are kept: where a visitor is stored they are queued as they are at
-    /// other times, so that the next process delivers them; otherwise they are held until there is
-    /// one. The last user identifier is held, too. `logout()` forgets what is kept, and the start
-    /// that succeeds asks for an anonymous visitor.
+    /// While start-up is being retried, handlers receive `disabled` and surveys are not shown.
+    /// Events without a handler and attribute changes are kept. If a visitor is stored, they are
+    /// queued as usual, and the next process delivers them. Otherwise they are held until there is
+    /// a visitor. The last user identifier is held, too. `logout()` discards everything that is
+    /// kept, and the start-up that succeeds then requests an anonymous visitor.
     ///
-    /// One line is logged when a start has failed, and one when it has succeeded or is given up.
-    /// When false, the library stays disabled after such a failure, or holds its calls.
+    /// The library logs one line when start-up has failed, and one when it has succeeded or is
+    /// given up. When false, the library stays disabled after such a failure, or keeps holding
+    /// calls.
     bool retriesStartUp() const;
     void setRetriesStartUp(bool retries);
 
-    /// Whether what is queued is on disk soon after the call that queued it; false at first. By
-    /// default the library saves after each request that has ended, when the application stops
-    /// being active, and when it ends: a process that is killed loses what it has queued since.
-    /// While set, events without a handler, single attributes, answers and error reports are saved
-    /// too, 200 milliseconds after the call at the latest if the disk is fast, and at most once in
-    /// 200 milliseconds. The disk is written on a thread of the library's. Records that were queued
-    /// before it is set are saved with the next one. May be set before `configure()`.
+    /// Whether queued records are saved soon after the call that queues them; false by default. By
+    /// default the library saves after each completed request, when the application becomes
+    /// inactive, and when it ends. A process that is killed loses the records queued since then.
+    ///
+    /// While set, events without a handler, single attributes, answers and error reports are also
+    /// saved within 200 milliseconds of the call if the disk is fast, and at most once in 200
+    /// milliseconds. One of the library's threads writes to the disk. Records queued before it is
+    /// set are saved with the next one. May be set before `configure()`.
     bool savesPromptly() const;
     void setSavesPromptly(bool saves);
 
-    /// Names the service's host, with or without a port: "surveys.example.com", "localhost:3000" or
-    /// "[::1]:3000". A host with "localhost" in its name is reached over HTTP, by default at port
-    /// 8080, every other one over HTTPS. Empty, the default, means the host that the library was
-    /// built for.
+    /// Sets the service's host, with or without a port: "surveys.example.com", "localhost:3000" or
+    /// "[::1]:3000". A host whose name contains "localhost" is reached over HTTP, by default at
+    /// port 8080. Every other host is reached over HTTPS. Empty, the default, means the host that
+    /// the library was built for.
     ///
-    /// The first of these that is there decides: the environment variable "KESTRIO_ENVIRONMENT",
-    /// the environment variable "KESTRIO_HOSTNAME", this call, the host that the library was built
-    /// for. To be called before the first `configure()` of the process; later calls are ignored,
-    /// and logged. A text that cannot be a host is logged by `configure()`, and nothing is sent.
+    /// The first of these that is set applies: the environment variable "KESTRIO_ENVIRONMENT", the
+    /// environment variable "KESTRIO_HOSTNAME", this call, the host that the library was built for.
+    /// Call this function before the first `configure()` of the process. Later calls are ignored
+    /// and logged. If the text is not a valid host, `configure()` logs that, and nothing is sent.
     void setServiceHost(const QString &host);
 
-    /// The colours of surveys; `SurveyAppearance::light` at first. Applies to surveys that begin
-    /// afterwards; one that is shown keeps its appearance. May be set before `configure()`.
+    /// The colours of surveys; `SurveyAppearance::light` by default. A change applies to surveys
+    /// that begin afterwards. A survey on screen keeps its appearance. May be set before
+    /// `configure()`.
     SurveyAppearance appearance() const;
     void setAppearance(SurveyAppearance appearance);
 
-    /// Starts: reads the stored identity, fetches the environment's configuration and a visitor.
-    /// Called before the application object exists, it starts once the event loop runs.
+    /// Starts the library: reads the stored identity, then fetches the environment's configuration
+    /// and a visitor. If there is no application object yet, start-up begins when the event loop
+    /// runs.
     ///
-    /// A second call is ignored, unless a visitor could not be had, or an answer about one could
-    /// not be read: then it starts over. Where not even the configuration could be had, the start
-    /// is repeated (see `setRetriesStartUp`). Where the service refuses it, or starts are not
-    /// repeated, the library stays disabled, or holds its calls, as long as the process lives.
+    /// A second call is ignored, unless a request for a visitor has failed or its response could
+    /// not be read. Start-up then begins again. If the request for the configuration fails,
+    /// start-up is retried (see `setRetriesStartUp`). If the service refuses the request, or
+    /// retries are off, the library stays disabled, or keeps holding calls, until the process ends.
     /// A second call that is ignored although it names another environment is logged.
     ///
-    /// An environment named "." or "..", which no path can hold, is never asked for.
+    /// The environments "." and "..", which cannot be part of a URL path, are never requested.
     Q_INVOKABLE void configure(const QString &environment);
 
-    /// The language wanted from the service, as an "Accept-Language" value (RFC 9110, 12.5.4); by
-    /// default the system's languages.
+    /// Sets the language to request from the service, as an "Accept-Language" value (RFC 9110,
+    /// 12.5.4). The default is the system's languages.
     Q_INVOKABLE void setLocale(const QString &locale);
 
-    /// Says who the visitor is. Visits before are attached to that user where the service allows.
-    /// While starting, the last call counts, and is done before those that are held. When no answer
-    /// can be had, the library is disabled until `configure()` is called again.
+    /// Identifies the visitor as a user of the host. The service attaches earlier visits to that
+    /// user where it allows this. During start-up the last call counts, and it takes effect before
+    /// the held calls run. If the request fails, the library is disabled until `configure()` is
+    /// called again. A request that is part of start-up is retried (see `setRetriesStartUp`).
     ///
-    /// Calls that follow immediately belong to the user where the library does not know a visitor
-    /// yet: while starting, and right after `logout()`. Where it knows one, who stays until the
-    /// service has answered, they still belong to that one. To change from one user to another,
-    /// call `logout()` first.
+    /// If the library does not know a visitor yet (during start-up and right after `logout()`), the
+    /// calls that follow belong to the new user. If it knows a visitor, that visitor stays until
+    /// the service has responded, and calls made until then still belong to that visitor. To change
+    /// from one user to another, call `logout()` first.
     Q_INVOKABLE void setUserIdentifier(const QString &userIdentifier);
 
     /// Sets the visitor's attribute "!email".
     Q_INVOKABLE void setEmailAddress(const QString &email);
 
-    /// Sets one attribute of the visitor. Queued, on disk too, and sent up to five times. Keys "."
-    /// and "..", which no path can hold, are dropped.
+    /// Sets one attribute of the visitor. It is queued in memory and on disk, and sent up to five
+    /// times. The keys "." and "..", which cannot be part of a URL path, are dropped.
     Q_INVOKABLE void setVisitorAttribute(const QString &key, const QString &value);
-    /// Sets several attributes in one request. Queued in memory only; nothing when empty.
+    /// Sets several attributes in one request, which is queued in memory only. Does nothing if
+    /// `attributes` is empty.
     Q_INVOKABLE void setVisitorAttributes(const QMap<QString, QString> &attributes);
-    /// Removes attributes in one request. Queued in memory only; nothing when empty.
+    /// Removes attributes in one request, which is queued in memory only. Does nothing if `keys` is
+    /// empty.
     Q_INVOKABLE void removeVisitorAttributes(const QStringList &keys);
 
-    /// Reports that something happened. Blanks around the name are cut off; an empty name is no
-    /// event, and its handler is not called.
+    /// Reports that an event has happened. Whitespace around the name is removed. An empty name is
+    /// ignored, and its handler is not called.
     ///
-    /// Without a handler the event is queued, on disk too, and sent in a batch with others. A burst
-    /// of more events than `setQueueLimit()` allows loses the oldest. With a
-    /// handler it is sent at once and once only, and the service may answer it with a survey.
+    /// Without a handler, the event is queued in memory and on disk, and sent in a batch with
+    /// others. If more events than `setQueueLimit()` allows are waiting, the oldest are dropped.
+    /// With a handler, the event is sent immediately and only once, and the service may return a
+    /// survey.
     Q_INVOKABLE void track(const QString &eventName, const TrackHandler &handler = {});
 
-    /// The same, but `handler` is not called once `context` has been destroyed. The event is
-    /// tracked in any case. The handler runs on the main thread, whatever thread `context` belongs
-    /// to; destroying a context on another thread does not wait for a handler that is running. A
-    /// null `context` counts as destroyed. What the handler captures is kept until the event has
-    /// been answered.
+    /// Tracks an event like the overload above, but does not call `handler` after `context` has
+    /// been destroyed. The event is tracked in any case. The handler runs on the main thread,
+    /// whichever thread `context` belongs to. Destroying `context` on another thread does not wait
+    /// for a running handler. A null `context` counts as destroyed. The captures of the handler
+    /// live until the service has responded to the event.
     void track(const QString &eventName, const QObject *context, const TrackHandler &handler);
 
-    /// Shows the survey that an event was answered with over the window of `from`, until the
-    /// visitor has finished or closed it; then it is held no more. Logs "No survey found." when
-    /// none is held.
+    /// Shows the held survey over the window of `from`, until the visitor has finished or closed
+    /// it. The survey is then no longer held. Logs "No survey found." if no survey is held.
     ///
-    /// `from` is an object that a linked component can show surveys over: a `QWidget` with
-    /// `KestrioKit::Widgets`.
+    /// `from` is an object that a linked component can show surveys over. `KestrioKit::Widgets`
+    /// shows them over a `QWidget`. Intended for the main thread: on another thread the survey is
+    /// shown a little later, and `from` must still exist when this function returns. Needs a
+    /// `QApplication`.
     ///
-    /// While a survey is up, the window under it gets no input and no actions of assistive
-    /// technology, and the focus goes back where it was when it ends. The visitor's keys and taps
-    /// count once the survey has come up, which takes 0.6 seconds, or no time where the style does
-    /// without animations. A question is reported seen once the window shows it; a minimized
+    /// While a survey is on screen, the window under it receives no input and no actions of
+    /// assistive technology. The focus returns to its previous place when the survey ends. Keys and
+    /// taps count once the survey has appeared. This takes 0.6 seconds, or no time if the style has
+    /// animations turned off. A question is reported as seen once the window shows it; a minimized
     /// window does not.
     ///
-    /// A survey ends in one of these ways. Whichever it is, what was answered is reported once,
-    /// when it ends:
-    /// - The visitor has come to its last page, which is shown for a second. Nothing else is
+    /// A survey ends in one of the following ways. In each case the answers are reported once, when
+    /// the survey ends:
+    /// - The visitor has reached the last page, which is shown for a second. Nothing else is
     ///   reported.
-    /// - The visitor closes it: with its close button, with Escape, or with a tap beside it.
-    /// - The window is closed or hidden, and not shown again within two seconds. Shown again by
-    ///   then, with other flags or inside of another window (a dock, a tab), it continues.
+    /// - The visitor closes it with its close button, with Escape, or with a tap beside it.
+    /// - The window is closed or hidden, and not shown again within two seconds. If it is shown
+    ///   again by then, also with other flags or inside another window (a dock, a tab), the survey
+    ///   continues.
     /// - The window is destroyed, or the application quits.
-    /// In all but the first, "closed" is reported, too, with the question that it was at; on
-    /// the last page, without one.
     ///
-    /// The survey looks the same in every host: neither style sheets nor a style or widget font
-    /// reach it, and the palette does only with `SurveyAppearance::system`. Its text has the family
-    /// of the application's font, and grows with it above 10 points. It keeps its own language,
-    /// whatever arrives meanwhile.
+    /// In all cases but the first, "closed" is reported as well, with the current question, or
+    /// without one on the last page.
     ///
-    /// Nothing is shown, and the survey stays held, when `from` is null or has been destroyed, no
-    /// linked component can show a survey over it, its window is not shown, another survey is up or
-    /// waits for its hidden window, or the survey has no questions; that is logged, and not
-    /// reported. Meant for the main thread; from another one the survey is shown a little later,
-    /// and `from` must still exist when this returns. Needs a `QApplication`.
+    /// The survey looks the same in every host. Style sheets, styles and widget fonts do not affect
+    /// it, and the palette does only with `SurveyAppearance::system`. Its text uses the family of
+    /// the application's font, and grows with that font above 10 points. The language of a survey
+    /// on screen never changes.
+    ///
+    /// Nothing is shown, and the survey stays held, if `from` is null or destroyed, if no linked
+    /// component can show a survey over it, if its window is not shown, if another survey is on
+    /// screen or waits for its hidden window, or if the survey has no questions. The reason is
+    /// logged and not reported to the service.
     ///
     /// Over a window with native child windows, such as those of `QWidget::createWindowContainer`,
-    /// the survey is a native window itself, and what is behind it stands still meanwhile.
+    /// the survey is itself a native window, and the content behind it does not update meanwhile.
     Q_INVOKABLE void presentSurvey(QObject *from);
 
-    /// Fetches that survey and shows it like `presentSurvey(QObject *)`. `fetchCompletion` is
-    /// called when it has come, just before it is shown: never where it cannot be had, nor for
-    /// calls that are held. When it ends, the survey held from an event,
-    /// if any, is held no more either.
+    /// Fetches the survey with the number `surveyId` and shows it like `presentSurvey(QObject *)`.
+    /// `fetchCompletion` is called when the survey has arrived, just before it is shown. It is not
+    /// called if the request fails, nor for a held call. When this survey ends, a survey that was
+    /// held before is no longer held either.
     Q_INVOKABLE void presentSurvey(qint64 surveyId, QObject *from,
                                    const FetchCompletion &fetchCompletion = {});
 
-    /// The same, but `fetchCompletion` is not called once `context` has been destroyed; see
-    /// `track()` with a context. The survey is shown in any case.
+    /// Shows a survey like the overload above, but does not call `fetchCompletion` after `context`
+    /// has been destroyed; see `track()` with a context. The survey is shown in any case.
     void presentSurvey(qint64 surveyId, QObject *from, const QObject *context,
                        const FetchCompletion &fetchCompletion);
 
-    /// Shows a built-in survey of four questions, to see how surveys look in the host. Its answers
-    /// go to the service as those of survey 123. Not held while the library starts.
+    /// Shows a built-in survey of four questions, for checking how surveys look in the host. Its
+    /// answers are submitted to the service as answers to survey 123. The call is not held during
+    /// start-up.
     Q_INVOKABLE void presentDebugSurvey(QObject *from);
 
-    /// Receives the session of a survey that was fetched, on the main thread; destroyed there, too.
+    /// Receives the session of a fetched survey, and with it the ownership. Called and destroyed on
+    /// the main thread. Must not throw.
     using SessionReceiver = std::function<void(std::unique_ptr<SurveySession>)>;
 
-    /// Begins to answer the survey that an event was answered with, for a host that draws surveys
-    /// itself. The caller owns the session; when it is destroyed, the survey is held no more.
-    /// Returns null when no survey is held, when another session exists, or when the survey has no
-    /// questions; the reason is logged. For the main thread.
+    /// Begins the held survey, for a host that draws surveys itself. The caller owns the session.
+    /// When the session is destroyed, the survey is no longer held. Returns null if no survey is
+    /// held, if another session exists, or if the survey has no questions; the reason is logged.
+    /// Must be called on the main thread.
     std::unique_ptr<SurveySession> startSurvey();
 
-    /// Fetches that survey, and begins to answer it. `receiver` is not called when the survey
-    /// cannot be had, or when another session exists by then.
+    /// Fetches the survey with the number `surveyId` and begins it. `receiver` is not called if the
+    /// request fails, or if the survey cannot begin: see `startSurvey()`.
     void startSurvey(qint64 surveyId, const SessionReceiver &receiver);
 
-    /// Begins to answer the built-in survey, see `presentDebugSurvey()`. Returns null when the
-    /// library is disabled or not configured, or when another session exists. For the main thread.
+    /// Begins the built-in survey, see `presentDebugSurvey()`. Returns null if the library is
+    /// disabled or not configured, or if another session exists. Must be called on the main thread.
     std::unique_ptr<SurveySession> startDebugSurvey();
 
-    /// Forgets the visitor, and with it what is still queued, and starts afresh as an anonymous
-    /// one. When that fails, the library is disabled until `configure()` is called again,
-    /// or a repeated start succeeds (see `setRetriesStartUp`).
+    /// Forgets the visitor, discards the queued records, and requests a new anonymous visitor. If
+    /// that request fails, the library is disabled until `configure()` is called again or a retry
+    /// succeeds (see `setRetriesStartUp`).
     ///
-    /// Calls that follow are held until the next visitor is known, and then made for that one.
-    /// After `setUserIdentifier()` they wait for that user. They are dropped, and their handlers
-    /// told `disabled`, when the host logs out again before, or when the user cannot be had.
+    /// Calls made after `logout()` are held until the next visitor is known, and then run for that
+    /// visitor. If `setUserIdentifier()` is called, they wait for that user. They are dropped, and
+    /// their handlers receive `disabled`, if the host logs out again before that, or if the request
+    /// for the user fails.
     Q_INVOKABLE void logout();
 
-    /// Erases what the library knows, for a visitor who withdraws consent: the identity and the
+    /// Erases all data about the visitor, for a visitor who withdraws consent: the identity and the
     /// queued records, in memory and on this machine, the held survey and the held calls. Requests
-    /// that are out are cancelled. A survey on screen goes, and a session ends, without a report.
-    /// Handlers of events that had no answer yet are told `disabled`.
+    /// in flight are cancelled. A survey on screen disappears, and a session ends, without a
+    /// report. Handlers of events without a response yet receive `disabled`.
     ///
-    /// Nothing is sent, and calls are dropped, until `configure()` is called again, which begins as
-    /// on a machine that the library was never used on. Settings such as `setLocale()` remain. May
-    /// be called before `configure()`: then it erases what earlier processes have left.
+    /// Nothing is sent and calls are dropped until `configure()` is called again. The library then
+    /// starts as on a machine where it was never used. Settings such as `setLocale()` remain. May
+    /// be called before `configure()`, to erase the data of earlier processes.
     ///
-    /// A request that the service has received already cannot be called back. Records of other
-    /// processes that run at the same time are theirs to erase. Files are removed by the time the
-    /// application ends.
+    /// A request that the service has already received cannot be recalled. Other processes that run
+    /// at the same time keep their records. Files are removed by the time the application ends.
     Q_INVOKABLE void withdrawConsent();
 
-    /// Calls an operation by its selector, for callers that know it only at run time: "shared",
-    /// "visitorIdentifier", "disableNetworkAccess", "setDisableNetworkAccess:",
+    /// Calls an operation by its selector, for callers that know it only at run time. The selectors
+    /// are "shared", "visitorIdentifier", "disableNetworkAccess", "setDisableNetworkAccess:",
     /// "configureWithEnvironment:", "setLocale:", "setUserIdentifier:", "setEmailAddress:",
     /// "setVisitorAttributeWithKey:value:", "setVisitorAttributes:", "removeVisitorAttributes:",
-    /// "trackWithEventName:handler:" (the handler a `TrackHandler`, or a null variant for none),
-    /// "presentSurveyFrom:", "presentSurveyWithId:from:fetchCompletion:" (a `FetchCompletion`, or a
-    /// null variant), "presentDebugSurveyFrom:", "logout". Returns the operation's result (null
-    /// where it has none), or nothing for an unknown selector or arguments that do not fit, such as
-    /// "abc" for a number, in which case nothing was called.
+    /// "trackWithEventName:handler:", "presentSurveyFrom:",
+    /// "presentSurveyWithId:from:fetchCompletion:", "presentDebugSurveyFrom:" and "logout". A
+    /// handler argument is a `TrackHandler` or a `FetchCompletion`; a null variant means none.
+    ///
+    /// Returns the result of the operation, or a null variant if it has none. Returns nothing, and
+    /// calls nothing, for an unknown selector or for arguments that do not fit, such as "abc" for a
+    /// number.
     Q_INVOKABLE std::optional<QVariant> perform(const QString &selector,
                                                 const QVariantList &arguments = {});
 
 Q_SIGNALS:
-    /// The visitor is known, is another one, or is forgotten.
+    /// Emitted when the visitor becomes known, changes, or is forgotten.
     void visitorIdentifierChanged();
 
-    /// A survey is held, or is held no more.
+    /// Emitted when a survey begins or ceases to be held.
     void surveyHeldChanged();
 
-    /// The visitor has seen the first question of a survey. `surveyId` is the service's number for
-    /// the survey, 0 if it has none; so it is below.
+    /// Emitted when the visitor has seen the first question of a survey. Here and below, `surveyId`
+    /// is the service's number for the survey, or 0 if it has none.
     void surveyShown(qint64 surveyId);
 
-    /// The visitor has answered the question at `index` of the survey's list.
+    /// Emitted when the visitor has answered the question at `index` in the survey's list of
+    /// questions.
     void questionAnswered(qint64 surveyId, int index);
 
-    /// A survey is over, whichever way it ended. Comes once for each survey that was begun, also
-    /// when its session is destroyed, when the application quits and after `withdrawConsent()`. Its
-    /// screen may still be fading out, and its session still exists: to present another survey,
-    /// wait until control returns to the event loop and `surveyHeldChanged` was emitted.
+    /// Emitted once for each survey that has begun, however it ends: also when its session is
+    /// destroyed, when the application quits, and after `withdrawConsent()`. Its screen may still
+    /// be fading out, and its session still exists. To present another survey, wait until control
+    /// has returned to the event loop and `surveyHeldChanged` was emitted.
     void surveyEnded(qint64 surveyId, SurveySession::Outcome outcome);
 
-    /// The library has been disabled: handlers of events are told `SurveyState::disabled`.
-    /// `description` says why, for the host's developer. Not emitted for
-    /// `setDisableNetworkAccess()` and `withdrawConsent()`.
+    /// Emitted when the library is disabled. Handlers of events then receive
+    /// `SurveyState::disabled`. `description` gives the reason, for the host's developer. Not
+    /// emitted for `setDisableNetworkAccess()` and `withdrawConsent()`.
     void disabled(Kestrio::DisabledReason reason, const QString &description);
 
-    /// The library is not disabled any more: start-up has succeeded after a failure, or
+    /// Emitted when the library is no longer disabled: start-up has succeeded after a failure, or
     /// `configure()` has begun again after one.
     void enabled();
 
+    /// Emitted when `disableNetworkAccess` changes.
     void disableNetworkAccessChanged();
+    /// Emitted when `retriesStartUp` changes.
     void retriesStartUpChanged();
+    /// Emitted when `savesPromptly` changes.
     void savesPromptlyChanged();
 
 private:
