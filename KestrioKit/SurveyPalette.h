@@ -5,8 +5,8 @@
 #include <QColor>
 #include <QMetaType>
 
-/// The colours of a survey's screens, each named after what it is for. A value; in QML a gadget.
-/// All are opaque unless noted otherwise.
+/// The colours of a survey's screens, named after their purpose. A value type, and a gadget in QML.
+/// All colours are opaque unless their comment says otherwise.
 struct KESTRIOKIT_EXPORT SurveyPalette {
     Q_GADGET
     Q_PROPERTY(QColor card MEMBER card CONSTANT)
@@ -27,34 +27,35 @@ struct KESTRIOKIT_EXPORT SurveyPalette {
 public:
     /// The card, and the background of the text field, the check boxes and the close button.
     QColor card;
-    /// The edge of the card; transparent where it has none.
+    /// The border of the card; transparent if the card has no border.
     QColor cardBorder;
-    /// Questions, answers and what the visitor writes.
+    /// The text of questions and answers, and the text that the visitor types.
     QColor text;
-    /// The placeholder of the text field, and menu entries that cannot be chosen.
+    /// The placeholder of the text field, and disabled menu entries.
     QColor secondaryText;
-    /// The close button's cross and edge, the scroll bars, and the edge of the menu.
+    /// The cross and border of the close button, the scroll bars, and the border of the menu.
     QColor symbol;
     /// The borders of answers, check boxes and the text field, and the lines between answers.
     QColor controlBorder;
-    /// The ring on an answer that has the focus. On `accent` the ring is `textOnAccent`.
+    /// The ring around an answer that has the focus. On `accent` the ring is `textOnAccent`.
     QColor focusRing;
     /// The fill of action buttons and checked boxes, the dot of the current page, the caret, the
     /// selection in the text field, and the last page's check mark.
     QColor accent;
-    /// What is written and drawn on `accent`.
+    /// Text and symbols on `accent`.
     QColor textOnAccent;
-    /// Laid over an action button while it is pressed; translucent.
+    /// The overlay on an action button while it is pressed; translucent.
     QColor pressedShade;
     /// The background of an answer while it is pressed; may be translucent.
     QColor pressedAnswer;
-    /// The dots of the pages that are not current.
+    /// The dots of all pages but the current one.
     QColor dot;
-    /// Laid over the host's window; translucent.
+    /// The overlay on the host's window; translucent.
     QColor dimming;
-    /// Whether the colours have the contrasts that `SurveyAppearance` promises: in all appearances
-    /// but the light one. Thin lines are drawn wider then, and a pressed check box or close button
-    /// lies on `pressedAnswer` instead of being translucent.
+    /// Whether the colours have the contrasts that `SurveyAppearance` promises. This is so in all
+    /// appearances but the light one. If true, thin lines are drawn wider, and a pressed check box
+    /// or close button is drawn on `pressedAnswer` instead of becoming translucent. True by
+    /// default.
     bool keepsContrast = true;
 };
 

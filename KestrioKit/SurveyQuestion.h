@@ -9,7 +9,7 @@
 
 #include <optional>
 
-/// One of the answers that a question offers. A value; in QML a gadget.
+/// One of the answers that a question offers. A value type, and a gadget in QML.
 struct KESTRIOKIT_EXPORT SurveyOption {
     Q_GADGET
     Q_PROPERTY(QVariant id READ idOrNull CONSTANT)
@@ -17,19 +17,19 @@ struct KESTRIOKIT_EXPORT SurveyOption {
     Q_PROPERTY(QString value MEMBER value CONSTANT)
 
 public:
-    /// Identifies the option in an answer. An option without an id, which only a faulty survey has,
+    /// Identifies the option in an answer. Only faulty surveys have options without an id; they
     /// cannot be chosen.
     std::optional<qint64> id;
     /// The text to show.
     QString label;
-    /// What is submitted when the option is chosen.
+    /// The value that is submitted if the option is chosen.
     QString value;
 
-    /// The id, or a null variant.
+    /// Returns the id, or a null variant if there is none. For QML.
     QVariant idOrNull() const { return id ? QVariant(*id) : QVariant(); }
 };
 
-/// One question of a survey, with the texts to show. A value; in QML a gadget.
+/// One question of a survey, with the texts to show. A value type, and a gadget in QML.
 struct KESTRIOKIT_EXPORT SurveyQuestion {
     Q_GADGET
     Q_PROPERTY(Type type MEMBER type CONSTANT)
@@ -42,10 +42,10 @@ struct KESTRIOKIT_EXPORT SurveyQuestion {
     Q_PROPERTY(QString actionText MEMBER actionText CONSTANT)
 
 public:
-    /// What kind of answer the question asks for. `SurveySession::answer()` says how each is
-    /// answered.
+    /// The kind of answer that the question asks for. `SurveySession::answer()` describes the value
+    /// for each type.
     enum class Type {
-        /// A kind that this version does not know: show the text alone. It cannot be answered.
+        /// A type that this version does not know. Show the text only; it cannot be answered.
         Other,
         /// A text.
         Open,
@@ -60,18 +60,20 @@ public:
     };
     Q_ENUM(Type)
 
+    /// The type of the question; `Other` by default.
     Type type = Type::Other;
-    /// The question itself.
+    /// The text of the question.
     QString text;
     /// The options of `MultipleChoice` and `MultiSelect`; empty for other types.
     QList<SurveyOption> options;
-    /// The ends of a scale: 1 and 5 for `Likert`, 0 and 10 for `Nps`; 0 for other types.
+    /// The first and last number of a scale: 1 and 5 for `Likert`, 0 and 10 for `Nps`, 0 for other
+    /// types.
     int firstValue = 0;
     int lastValue = 0;
-    /// The captions at the ends of a scale; may be empty.
+    /// The labels at the ends of a scale; may be empty.
     QString firstLabel;
     QString lastLabel;
-    /// The text of the button that sends an `Open` or `MultiSelect` answer, in the survey's
+    /// The text of the button that submits an `Open` or `MultiSelect` answer, in the survey's
     /// language: "Next", or "Finish" for the last question.
     QString actionText;
 };

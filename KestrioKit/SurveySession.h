@@ -14,25 +14,26 @@ namespace KestrioKit {
 class SurveySessionPrivate;
 }
 
-/// One survey while it is being answered: its questions, the answers so far, and what is reported
-/// to the service. A host that draws surveys itself gets a session from `Kestrio::startSurvey()`;
-/// the library's own screens use the same class.
+/// One survey while it is being answered. The session knows the questions and the answers so far,
+/// and reports to the service. A host that draws surveys itself gets a session from
+/// `Kestrio::startSurvey()`. The library's own screens use the same class.
 ///
 ///     if (std::unique_ptr<SurveySession> session = Kestrio::shared().startSurvey()) {
 ///         show(session->currentQuestion());
 ///         session->markSeen();
 ///     }
 ///
-/// The session begins at the first question. Each accepted answer leads to another question, or
-/// completes the survey; `currentQuestionChanged` is emitted either way. The survey ends when
-/// `finish()` or `close()` is called, when the session is destroyed, and when the application
-/// quits. Whichever comes first, the answers are submitted once, with the library's guarantees for
-/// queued records. A session that is destroyed is finished if the survey is complete, and closed
-/// otherwise. One that is still there when the application quits is closed.
+/// The session begins at the first question. Each accepted answer leads to another question or
+/// completes the survey. `currentQuestionChanged` is emitted in both cases.
 ///
-/// There is one session at a time: while it exists, no other survey starts or is shown.
+/// The survey ends when `finish()` or `close()` is called, when the session is destroyed, or when
+/// the application quits. The answers are submitted once, as a queued record. A destroyed session
+/// is finished if the survey is complete, and closed otherwise. A session that still exists when
+/// the application quits is closed.
 ///
-/// For the main thread. Whoever gets a session owns it.
+/// Only one session exists at a time. While it exists, no other survey begins or is shown.
+///
+/// Use it on the main thread only. The receiver of a session owns it.
 class KESTRIOKIT_EXPORT SurveySession final : public QObject {
     Q_OBJECT
     Q_PROPERTY(QList<SurveyQuestion> questions READ questions CONSTANT)
@@ -48,96 +49,102 @@ class KESTRIOKIT_EXPORT SurveySession final : public QObject {
     Q_DISABLE_COPY_MOVE(SurveySession)
 
 public:
-    /// How a survey ended.
+    /// The way in which a survey has ended.
     enum class Outcome {
-        /// Its answers were submitted, and nothing else was reported.
+        /// The answers were submitted, and nothing else was reported.
         Finished,
-        /// It was reported closed, and what had been answered was submitted.
+        /// The survey was reported as closed, and the answers so far were submitted.
         Closed,
     };
     Q_ENUM(Outcome)
 
+    /// Ends the survey if it has not ended yet: finishes it if it is complete, and closes it
+    /// otherwise.
     ~SurveySession() override;
 
-    /// All questions, in the order of the survey. Routing may skip some of them.
+    /// Returns all questions, in the order of the survey. Routing may skip some of them.
     QList<SurveyQuestion> questions() const;
 
-    /// The index of the question to show. Any number outside of the list says that the survey is
-    /// complete.
+    /// Returns the index of the question to show. Any number outside the list means that the survey
+    /// is complete.
     int currentIndex() const;
 
-    /// The question to show; a question without a text when the survey is complete.
+    /// Returns the question to show, or a question without a text if the survey is complete.
     SurveyQuestion currentQuestion() const;
 
-    /// Whether there is nothing left to answer. Show a page of thanks, then call `finish()`.
+    /// Returns whether no question is left to answer. If so, show a page that thanks the visitor,
+    /// then call `finish()`.
     bool isComplete() const;
 
-    /// Whether the survey has ended. Answers are refused from then on.
+    /// Returns whether the survey has ended. Answers are refused from then on.
     bool isOver() const;
 
-    /// The language of the questions, as a locale's name: "en" when the service names none.
+    /// Returns the language of the questions as a locale name; "en" if the service does not give
+    /// one.
     QString language() const;
 
-    /// The direction in which that language is written.
+    /// Returns the writing direction of that language.
     Qt::LayoutDirection layoutDirection() const;
 
-    /// The fixed texts in that language; English where the library has none for it.
+    /// Returns the fixed texts in that language, or in English if the library has no translation.
     SurveyTexts texts() const;
 
-    /// The colour that the service's configuration sets for surveys; black by default.
+    /// Returns the accent colour from the service's configuration; black by default.
     QColor themeColor() const;
 
-    /// The colours of the appearance that was set when the session began, see
-    /// `Kestrio::setAppearance()`. With `SurveyAppearance::system` they follow the application's.
+    /// Returns the colours of the appearance that was set when the session began, see
+    /// `Kestrio::setAppearance()`. With `SurveyAppearance::system` they follow the application's
+    /// palette.
     SurveyPalette palette() const;
 
-    /// Answers the current question and goes on to the next one. The answer is
+    /// Answers the current question and moves to the next one. The answer is
     /// - a text for `Open`, which may be empty;
     /// - a whole number from `firstValue` to `lastValue` for `Likert` and `Nps`;
     /// - a map with one entry for `MultipleChoice`: the option's id, as text, and its value;
     /// - a map for `MultiSelect`, with an entry for each chosen option: its id, as text, and true.
     ///
     /// Returns whether the answer was accepted. Other values are refused, and so is any answer once
-    /// the survey is complete or over; a refused answer changes nothing.
+    /// the survey is complete or has ended. A refused answer changes nothing.
     Q_INVOKABLE bool answer(const QVariant &value);
 
-    /// Answers the question at `index`, which need not be the current one, and goes on to the
-    /// question that follows it. For screens that still show a page while it fades out.
+    /// Answers the question at `index`, which may be another one than the current one, and moves to
+    /// the question that follows it. For screens that still show a page while it fades out. Returns
+    /// whether the answer was accepted.
     Q_INVOKABLE bool answer(int index, const QVariant &value);
 
-    /// Notes that the page of the current question has been made: the service gets this time as the
-    /// one at which the question was shown. Without this call it gets the time at which the
-    /// question became the current one.
+    /// Records the current time as the time at which the current question was shown, which is
+    /// reported with the answer. Call it for every question or for none. If it is never called, the
+    /// reported time is the one at which the question became current.
     Q_INVOKABLE void beginQuestion();
 
-    /// Reports that the visitor sees the current question. Call it when a question is on screen,
-    /// once each time. Nothing is reported when the survey is complete.
+    /// Reports that the visitor sees the current question. Call it once each time a question
+    /// appears on screen. Does nothing if the survey is complete.
     Q_INVOKABLE void markSeen();
 
-    /// Ends a survey that is complete: submits its answers. Nothing when the survey is over.
+    /// Ends a complete survey and submits its answers. Does nothing if the survey has ended.
     Q_INVOKABLE void finish();
 
-    /// Ends a survey that the visitor closes: reports it closed at the current question, and
-    /// submits what was answered. Nothing when the survey is over.
+    /// Ends a survey that the visitor closes. Reports it as closed at the current question, and
+    /// submits the answers so far. Does nothing if the survey has ended.
     Q_INVOKABLE void close();
 
 Q_SIGNALS:
-    /// An answer was accepted. The current question is another one, the same one again where the
-    /// survey routes back to it, or none, which completes the survey.
+    /// Emitted when an answer was accepted. The current question is then another one, the same one
+    /// if the survey routes back to it, or none if the survey is complete.
     void currentQuestionChanged();
 
-    /// The question at `index` was answered. Comes before `currentQuestionChanged`.
+    /// Emitted when the question at `index` was answered, before `currentQuestionChanged`.
     void questionAnswered(int index);
 
-    /// The first question has been seen.
+    /// Emitted at the first call of `markSeen()`.
     void shown();
 
-    /// The application's palette or font has changed, and `palette()` with it. Emitted only with
-    /// `SurveyAppearance::system`.
+    /// Emitted when the application's palette or font has changed, and with it `palette()`. Only
+    /// with `SurveyAppearance::system`.
     void appearanceChanged();
 
-    /// The survey is over. The destructor does not emit this signal; `Kestrio::surveyEnded` comes
-    /// then, too.
+    /// Emitted when the survey has ended. The destructor does not emit this signal, but
+    /// `Kestrio::surveyEnded` is emitted then, too.
     void ended(SurveySession::Outcome outcome);
 
 private:

@@ -2,17 +2,17 @@
 
 #include <optional>
 
-/// What became of an event that was tracked with a handler.
+/// The outcome of an event that was tracked with a handler.
 enum class SurveyState : int {
-    /// The event was recorded and there is nothing to show, or the request failed.
+    /// The service has returned no survey that can be shown, or the request failed.
     noSurvey = 0,
     /// A survey is held and can be shown.
     surveyReady = 1,
-    /// KestrioKit is not configured, has failed to start, or was disabled by the service.
+    /// The event was dropped: KestrioKit is not configured, has failed to start, or is disabled.
     disabled = 2,
 };
 
-/// The state with that raw value, if there is one.
+/// Returns the state with the given raw value, or nothing if there is none.
 constexpr std::optional<SurveyState> surveyState(int rawValue) {
     if (rawValue < int(SurveyState::noSurvey) || rawValue > int(SurveyState::disabled))
         return std::nullopt;

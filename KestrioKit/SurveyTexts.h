@@ -5,7 +5,8 @@
 #include <QMetaType>
 #include <QString>
 
-/// The fixed texts of a survey's screens, in the survey's language. A value; in QML a gadget.
+/// The fixed texts of a survey's screens, in the survey's language. A value type, and a gadget in
+/// QML.
 struct KESTRIOKIT_EXPORT SurveyTexts {
     Q_GADGET
     Q_PROPERTY(QString close MEMBER close CONSTANT)
@@ -13,16 +14,17 @@ struct KESTRIOKIT_EXPORT SurveyTexts {
     Q_PROPERTY(QString thanks MEMBER thanks CONSTANT)
 
 public:
-    /// What assistive technology calls the button that closes the survey: "Close".
+    /// The accessible name of the button that closes the survey: "Close".
     QString close;
     /// The placeholder of an empty text field: "I think that...".
     QString placeholder;
     /// The text of the last page: "Thanks!".
     QString thanks;
-    /// The text for a position, with "%1" and "%2" for its numbers: "%1 of %2".
+    /// The pattern for `position()`: "%1 of %2". "%1" stands for the position, "%2" for the count.
     QString positionPattern = QStringLiteral("%1 of %2");
 
-    /// The text for one of several, "2 of 5", for assistive technology. Both count from 1.
+    /// Returns the text for one item of several, such as "2 of 5", for assistive technology.
+    /// Positions count from 1.
     Q_INVOKABLE QString position(qsizetype position, qsizetype count) const {
         return positionPattern.arg(QString::number(position), QString::number(count));
     }
