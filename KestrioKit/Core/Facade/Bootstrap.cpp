@@ -112,7 +112,7 @@ void Bootstrap::enqueue(HeldCall call) {
     m_dQueue.async([self = shared_from_this(), call = std::move(call)] {
         self->m_callQueue.append(call);
         self->dropSurplus();
-        // The caller may have asked just before the others were released.
+        // The caller may have checked the state just before the held calls were released.
         if (self->m_isReleased && !isUnderWay(self->sequence()))
             self->release();
     });

@@ -11,17 +11,17 @@
 
 namespace KestrioKit {
 
-/// How far start-up has come, and the calls that were made too early. Thread-safe.
+/// Keeps the progress of start-up and the calls that were made too early. Thread-safe.
 class Bootstrap : public std::enable_shared_from_this<Bootstrap> {
 public:
-    /// The order is the raw values'; any step forward leaves `error`.
+    /// The steps of start-up, ordered by their raw values. Any step forward leaves `error`.
     enum class Sequence : int {
-        /// A configuration has been refused, or a visitor could not be had.
+        /// The service has refused the configuration, or a request for a visitor has failed.
         error = -1,
         start = 0,
-        /// The configuration has been asked for.
+        /// The configuration has been requested.
         configured = 1,
-        /// The configuration has come.
+        /// The configuration has been received.
         getConfig = 2,
         /// There is an anonymous visitor.
         visitorId = 3,
@@ -29,56 +29,59 @@ public:
         userId = 4,
     };
 
-    /// What is to be done with a call that the host makes now.
+    /// What to do with a call that the host makes now: run it, hold it or drop it.
     enum class Action { doit, queue, skip };
 
     explicit Bootstrap(Executor &executor);
 
     Sequence sequence() const { return m_state.value().sequence; }
 
+    /// Returns what to do with a call at the current step.
     Action action() const;
-    /// The same. Before `configure`, each call logs that it is missing.
+    /// Like `action()`. Before `configure()`, each call also logs that it is missing.
     Action readyState() const;
+    /// Returns whether start-up has begun and has not ended in `error`.
     bool isConfigured() const;
 
-    /// The user given while start-up was under way; the last one counts.
+    /// Returns the last user that the host has set during start-up, if any.
     std::optional<QString> userId() const { return m_state.value().userId; }
-    /// False, and nothing is kept, when start-up is not under way (any more).
+    /// Keeps the user if start-up is under way. Otherwise returns false and keeps nothing.
     bool setUserId(const QString &userId);
-    /// The same wherever start-up is; absent for none.
+    /// Replaces the kept user at any step; absent removes it.
     void replaceUserId(const std::optional<QString> &userId);
 
-    /// Moves forward to `next`, or to `error` from anywhere. Steps back are ignored. Returns
-    /// whether it has moved.
+    /// Moves forward to `next`, or from any step to `error`. Ignores other steps back. Returns
+    /// whether the step has changed.
     bool step(Sequence next);
-    /// Begins again at `configured`, wherever it was.
+    /// Goes to `configured` from any step.
     void startOver();
     /// Goes back to `start`, without a user, and drops all held calls.
     void reset();
 
-    /// Holds a call. One that comes when they have just been released follows them.
+    /// Holds a call. If the held calls have just been released, the call runs after them.
     void enqueue(HeldCall call);
-    /// Hands all held calls to the main queue, in the order in which they came.
+    /// Runs all held calls on the main queue, in the order in which they were made.
     void flush();
-    /// The same, when there are any.
+    /// Like `flush()`, but remembers the release without logging it if no calls are held.
     void flushHeld();
-    /// Holds calls again, also those that come late.
+    /// Ends the release of held calls: calls are held again, including those that arrive late.
     void holdAgain();
-    /// Queues the records of the held calls before the next `logout()`, and keeps the other calls.
+    /// Queues the records of the calls held before the next `logout()`, and keeps the other calls.
     void recordHeld();
-    /// The same within this call.
+    /// Like `recordHeld()`, but before this function returns.
     void recordHeldNow();
-    /// Whether that would queue any.
+    /// Returns whether `recordHeld()` would queue any records.
     bool holdsRecords();
-    /// Drops all held calls.
+    /// Drops all held calls, and tells the host about each that has a `dropped` block.
     void dropHeld();
 
-    /// The most events and changes of attributes that are held; beyond it the oldest are dropped,
+    /// The maximum number of held events and attribute changes. Beyond it the oldest is dropped,
     /// events first.
     static constexpr qsizetype recordLimit = 1000;
 
 private:
-    /// One value, so that a user given at the last moment is either seen after `step()` or refused.
+    /// The step and the user are one value. A user set at the last moment is therefore either seen
+    /// after `step()` or refused.
     struct State {
         Sequence sequence = Sequence::start;
         std::optional<QString> userId;
@@ -86,13 +89,13 @@ private:
 
     void release();
     void dropSurplus();
-    /// How many of the held calls come before the next `logout()`.
+    /// Returns how many held calls come before the next `logout()`.
     qsizetype callsOfThisVisitor() const;
     void record();
 
     DispatchQueue m_dQueue;
     Atomic<State> m_state;
-    // Touched on `m_dQueue` alone.
+    // Used only on `m_dQueue`.
     QList<HeldCall> m_callQueue;
     bool m_isReleased = false;
 };

@@ -4,9 +4,9 @@
 
 namespace KestrioKit {
 
-/// The survey that is built in, to see how surveys look: one question of most types. Each time of
-/// another response group. Its second and third question share a name, and its options have no
-/// ids, as in surveys that were put together badly.
+/// Returns the built-in survey, which shows how surveys look: one question of most types. Each call
+/// returns it with a new response group. As in faulty surveys, its second and third question share
+/// a name, and its options have no ids.
 Survey debugSurvey();
 
 } // namespace KestrioKit

@@ -44,7 +44,7 @@ SurveyState EventTracking::surveyReceived(const Survey &survey) {
     if (survey.questions.isEmpty() || !survey.preflight())
         return SurveyState::noSurvey;
     speakLanguage(survey);
-    // A survey that was not shown yet comes first.
+    // A held survey that has not been shown yet takes precedence.
     const bool isNew = m_survey.mutate([&survey](std::optional<Survey> &held) {
         const bool isFirst = !held;
         if (isFirst)

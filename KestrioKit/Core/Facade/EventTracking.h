@@ -11,29 +11,30 @@
 
 namespace KestrioKit {
 
-/// Sends events, and holds the survey that one of them was answered with. Thread-safe.
+/// Sends events, and holds the survey that the service returned for one of them. Thread-safe.
 class EventTracking final : public std::enable_shared_from_this<EventTracking> {
 public:
     using Handler = std::function<void(SurveyState)>;
-    /// A handler on its way through the threads; null when there is none.
+    /// A handler shared between threads; null if there is none.
     using SharedHandler = std::shared_ptr<const Handler>;
 
     struct Observer {
-        /// A survey is held, or is held no more. Called on any thread.
+        /// Called on any thread when a survey begins or ceases to be held.
         Block surveyHeldChanged;
-        /// Takes what went wrong with a request; absent when nothing did.
+        /// Receives the error of a completed request; absent if there was none.
         std::function<void(const std::optional<Error> &error)> requestEnded;
     };
 
     EventTracking(std::shared_ptr<KestrioService> api, Observer observer);
 
-    /// The survey that an event was answered with, until it has been shown.
+    /// Returns the held survey, if there is one.
     std::optional<Survey> survey() const { return m_survey.value(); }
+    /// Replaces the held survey; absent means that no survey is held.
     void setSurvey(std::optional<Survey> survey);
 
     /// Queues the event.
     void track(const QString &name);
-    /// Sends the event now. The handler is told on the main thread what became of it.
+    /// Sends the event immediately. The handler receives the outcome on the main thread.
     void trackForSurvey(const QString &name, const SharedHandler &handler);
 
 private:

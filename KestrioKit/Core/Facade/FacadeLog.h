@@ -4,10 +4,11 @@
 
 namespace KestrioKit {
 
-/// What a line of the facade's is about.
+/// The subject of a log line of the facade.
 enum class LogCategory { debug, info, error };
 
-/// Logs the line "Kestrio - [Category]: message", whatever "KESTRIO_LOG_LEVEL" says.
+/// Logs the line "Kestrio - [Category]: message", whatever the value of "KESTRIO_LOG_LEVEL".
+/// Thread-safe.
 void logLine(const QString &message, LogCategory category);
 
 } // namespace KestrioKit

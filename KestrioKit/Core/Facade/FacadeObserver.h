@@ -5,8 +5,8 @@
 
 namespace KestrioKit {
 
-/// Told what hosts can learn from the signals of `Kestrio`, which have the same names. Called on
-/// the main thread, while the library holds no lock.
+/// Receives what the signals of `Kestrio` report; the functions have the names of the signals. They
+/// are called on the main thread, while the library holds no lock.
 class FacadeObserver {
 public:
     virtual ~FacadeObserver() = default;

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QLatin1StringView identityFilename("VisitorData");
-// It is read on the host's thread; the identity of even a very long user is far smaller.
+// The file is read on the host's thread. Even a very long user identifier needs far less.
 constexpr qint64 maximumIdentityFileSize = 4 * 1024 * 1024;
 constexpr auto tokenVariable = "KESTRIO_AUTH_TOKEN";
 constexpr auto visitorVariable = "KESTRIO_VISITOR_IDENTIFIER";
@@ -28,7 +28,7 @@ bool isDigit(QChar character) {
     return character >= u'0' && character <= u'9';
 }
 
-/// The number that decimal digits behind an optional sign make; absent for anything else.
+/// Returns the number if `text` consists of decimal digits after an optional sign.
 std::optional<qint64> parseVisitor(const QString &text) {
     const bool isSigned = text.startsWith(u'+') || text.startsWith(u'-');
     if (!std::ranges::all_of(QStringView(text).sliced(isSigned ? 1 : 0), isDigit))
@@ -136,7 +136,7 @@ std::optional<LocalData> Identity::saveAuthorizationInfo(RequestNumber request,
         return std::nullopt;
     const LocalData known = m_localData.value();
     LocalData record = change(known);
-    // A token from the environment is not in memory.
+    // A token from the environment is known only to the service.
     if (!record.token)
         record.token = known.token ? known.token : m_api->authorizationToken();
     m_api->authorize(record.token, record.visitorIdentifier);

@@ -12,46 +12,48 @@
 
 namespace KestrioKit {
 
-/// Who the visitor is: in memory, in the identity file, and with the network service. Thread-safe.
+/// Keeps the visitor's identity in memory, in the identity file, and in the network service, and
+/// keeps the three consistent. Thread-safe.
 ///
-/// Requests that ask the service who the visitor is are numbered. Answers may overtake one another,
-/// and may come when that visitor is long forgotten: such an answer counts for nothing.
+/// Requests for the visitor are numbered, because their responses may arrive in any order, even
+/// after the visitor was forgotten. An outdated response is ignored.
 class Identity {
 public:
-    /// Goes up from request to request.
+    /// The number of a request. Later requests have higher numbers.
     using RequestNumber = quint64;
-    /// Makes the new record out of the one that holds until then.
+    /// Returns the new record, made from the current one.
     using Change = std::function<LocalData(const LocalData &known)>;
 
-    /// `fileExecutor` writes and removes the file, and must outlive its blocks.
+    /// `fileExecutor` writes and removes the file. It must outlive its blocks.
     Identity(std::shared_ptr<KestrioService> api, SerialExecutor &fileExecutor);
     Q_DISABLE_COPY_MOVE(Identity)
 
-    /// The last identity that was read, saved or cleared; at first nothing is known.
+    /// Returns the last identity that was read, saved or cleared. It is empty at first.
     LocalData localData() const { return m_localData.value(); }
-    /// Whether that user is the one who is attached. Texts that look the same are the same,
-    /// however their characters are composed.
+    /// Returns whether that user is attached to the visitor. Compares the texts in Unicode's
+    /// composed form, so texts that look the same are equal.
     bool isKnownUser(const QString &userIdentifier) const;
 
-    /// Takes the identity from "KESTRIO_AUTH_TOKEN" and "KESTRIO_VISITOR_IDENTIFIER" where both are
-    /// set, else from the file, and authorizes the service with it. Nothing when the variable is no
-    /// number, or the file no record. Makes the answers to earlier requests count for nothing.
+    /// Loads the identity and authorizes the service with it. Reads "KESTRIO_AUTH_TOKEN" and
+    /// "KESTRIO_VISITOR_IDENTIFIER" if both are set, and the file otherwise. Does nothing if the
+    /// variable is not a number or the file is not a valid record. Voids earlier requests.
     void loadAuthorizationInfo();
-    /// Forgets everything. Makes the answers to earlier requests count for nothing.
+    /// Forgets the identity in memory, in the file and in the service. Voids earlier requests.
     void clearAuthorizationInfo();
-    /// The same, but leaves the service as it is.
+    /// Like `clearAuthorizationInfo()`, but does not change the service.
     void forget();
-    /// Has the file removed.
+    /// Removes the file asynchronously.
     void removeFile();
 
-    /// The number of a request that is about to be sent.
+    /// Returns the number for a request that is about to be sent.
     RequestNumber beginRequest();
-    /// Makes the answers to earlier requests count for nothing.
+    /// Voids earlier requests: their responses are ignored.
     void voidRequests();
-    /// Says that the request was answered, or failed. False when that counts for nothing.
+    /// Notes that the request has completed. Returns false if its response is outdated.
     bool settle(RequestNumber request);
-    /// The same, and when it counts: authorizes the service with the changed record, has it written
-    /// to the file, and returns it. A record without a token keeps the one that is known so far.
+    /// Like `settle()`. If the response is not outdated, authorizes the service with the changed
+    /// record, writes it to the file asynchronously, and returns it. A record without a token keeps
+    /// the known token.
     std::optional<LocalData> saveAuthorizationInfo(RequestNumber request, const Change &change);
 
 private:
@@ -65,14 +67,14 @@ private:
     std::shared_ptr<KestrioService> m_api;
     SerialExecutor &m_fileExecutor;
     Atomic<LocalData> m_localData;
-    /// Held while service, file and memory are brought in step, so that they stay so. Never while a
-    /// disk is at work: the host's thread takes it, too.
+    /// Held while service, file and memory are updated together. Never held during disk access,
+    /// because the host's thread takes it, too.
     std::mutex m_lock;
-    /// How many changes of the file are still to be made: meanwhile memory knows better. Shared
-    /// with what makes them.
+    /// The number of file changes that are still to be made. Until they are, memory is newer than
+    /// the file. Shared with the blocks that make the changes.
     std::shared_ptr<std::atomic<int>> m_changesWaiting = std::make_shared<std::atomic<int>>(0);
     RequestNumber m_lastRequest = 0;
-    /// The highest of the requests whose answer has counted, or which were made void.
+    /// The highest number of a request that was settled or voided.
     RequestNumber m_lastSettled = 0;
 };
 

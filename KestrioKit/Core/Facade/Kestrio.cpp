@@ -19,12 +19,12 @@ using KestrioKit::LogLevel;
 
 namespace {
 
-/// Whether a call counts, which every operation asks first.
+/// Returns whether the process still takes calls. Every operation checks this first.
 bool counts() {
     return ApplicationLifecycle::shared().takesCalls();
 }
 
-/// `handler`, as long as `context` lives; null when there is none.
+/// Returns a handler that calls `handler` only while `context` exists; empty if `handler` is empty.
 template <typename... Arguments>
 std::function<void(Arguments...)> guarded(const QObject *context,
                                           const std::function<void(Arguments...)> &handler) {
@@ -56,7 +56,7 @@ QtMsgType messageType(LogLevel level) {
     return level == LogLevel::error ? QtWarningMsg : QtDebugMsg;
 }
 
-/// Emits the signals.
+/// Emits the signals of `Kestrio`.
 class Signals final : public KestrioKit::FacadeObserver {
 public:
     explicit Signals(Kestrio &kestrio) : m_kestrio(kestrio) {}
@@ -82,7 +82,7 @@ private:
 } // namespace
 
 Kestrio &Kestrio::shared() {
-    // Never destroyed: hosts may call while the process ends.
+    // Never destroyed, because hosts may call while the process ends.
     static auto *const kestrio = new Kestrio(KestrioCore::shared());
     return *kestrio;
 }
@@ -90,10 +90,11 @@ Kestrio &Kestrio::shared() {
 Kestrio::Kestrio(std::shared_ptr<KestrioCore> core) : m_core(std::move(core)) {
     const QCoreApplication *const application = QCoreApplication::instance();
     moveToThread(application ? application->thread() : nullptr);
-    // Never destroyed, as this object.
+    // Never destroyed, like this object.
     m_core->setObserver(new Signals(*this));
-    // Which thread will be the main one is not known before there is an application object. It may
-    // fetch what belongs to none. Never destroyed, as this object.
+    // The main thread is unknown until there is an application object. That thread may then pull
+    // this object, because it belongs to no thread. The observations are never destroyed, like this
+    // object.
     using Event = ApplicationLifecycle::Event;
     ApplicationLifecycle &lifecycle = ApplicationLifecycle::shared();
     static const auto *const observations =

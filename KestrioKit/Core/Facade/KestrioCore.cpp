@@ -200,13 +200,13 @@ void KestrioCore::track(const QString &eventName, const TrackHandler &given) {
 // Errors
 
 void KestrioCore::handleError(const std::optional<Error> &error) {
-    // The service has handed in that it could not read an answer.
+    // The service has already reported responses that it could not read.
     if (error && error->domain != decodingErrorDomain)
         reportError(*error);
 }
 
 void KestrioCore::reportError(const Error &error) {
-    // What was under way has been cancelled.
+    // Withdrawn consent has cancelled the requests in flight.
     if (m_api->isWithdrawn())
         return;
     logLine(u"More Info: "_s + error.localizedDescription, LogCategory::error);

@@ -21,8 +21,8 @@
 
 namespace KestrioKit {
 
-/// What `Kestrio` does. Each public operation asks whether calls may run now, forwards to the
-/// network service, and keeps the identity in step with what the service answers. Thread-safe.
+/// The implementation of `Kestrio`. Each public operation checks whether calls may run now, and
+/// forwards to the network service. Thread-safe, except where `Kestrio` names the main thread.
 class KestrioCore final : public std::enable_shared_from_this<KestrioCore> {
 public:
     using TrackHandler = EventTracking::Handler;
@@ -31,21 +31,23 @@ public:
     using SharedCompletion = std::shared_ptr<const FetchCompletion>;
     using SessionReceiver = std::function<void(std::unique_ptr<SurveySession>)>;
 
-    /// The one that `Kestrio::shared()` faces, on the machine's own clock, network and files.
+    /// Returns the instance behind `Kestrio::shared()`, which uses the machine's own clock, network
+    /// and files.
     static const std::shared_ptr<KestrioCore> &shared();
 
+    /// Creates an instance that uses the clock, network and files of `context`.
     static std::shared_ptr<KestrioCore> make(const LibraryContext &context);
 
-    /// Has what hosts can observe told to `observer`, which must outlive this object.
+    /// Sets the observer, which must outlive this object.
     void setObserver(FacadeObserver *observer) { m_observer = observer; }
 
     const std::shared_ptr<KestrioService> &api() const { return m_api; }
 
-    /// The survey that an event was answered with, until it has been shown.
+    /// Returns the held survey, if there is one.
     std::optional<Survey> survey() const { return m_tracking->survey(); }
     void setSurvey(std::optional<Survey> survey) { m_tracking->setSurvey(std::move(survey)); }
 
-    /// The configuration from the last fetch that succeeded.
+    /// Returns the configuration from the last successful request, if there was one.
     std::optional<ResponseConfig> config() const { return m_startUp->config(); }
 
     // The operations of `Kestrio`, documented there.
@@ -82,7 +84,7 @@ private:
 
     explicit KestrioCore(const LibraryContext &context);
     void connectParts();
-    /// For the main thread.
+    /// Calls the observer, if there is one. Must be called on the main thread.
     void announce(const Announcement &announcement) const;
 
     /// A public call that needs a visitor.
@@ -91,17 +93,17 @@ private:
 
         HeldCall::Kind kind;
         Operation operation;
-        /// What is done instead when the call comes too early, once there is a visitor; the same
-        /// call when empty.
+        /// Runs instead of `operation` if the call was held. If empty, the call is repeated.
         Operation later = {};
         /// Runs when the call is dropped; may be empty.
         Block dropped = {};
     };
 
-    /// Carries out the call now, or holds it, or queues its record, or drops it.
+    /// Runs the call, holds it, queues its record, or drops it.
     void whenReady(const Call &call);
     HeldCall held(const Call &call);
-    /// Fetches the survey, and hands it to `use` on the main thread.
+    /// Fetches the survey and passes it to `use` on the main thread. Does not call `use` if that
+    /// fails.
     void fetch(qint64 surveyId, const std::function<void(const Survey &)> &use);
     void presentSpecifiedSurvey(const Survey &survey, const QPointer<QObject> &from);
     std::unique_ptr<SurveySession> startSession(const Survey &survey);

@@ -13,7 +13,7 @@ namespace {
 using Action = Bootstrap::Action;
 using Kind = HeldCall::Kind;
 
-// For the host's developer: the service can do nothing about it.
+// Only logged, not reported: the reason concerns the host's developer, not the service.
 void logRefusal(const QString &reason) {
     logLine(u"More Info: "_s + reason, LogCategory::error);
 }

@@ -6,13 +6,13 @@
 
 namespace KestrioKit {
 
-/// Who the visitor is, as kept in the identity file.
+/// The visitor's identity as stored in the identity file.
 struct LocalData {
     /// The bearer token that the service issued for the visitor.
     std::optional<QString> token;
-    /// The service's number for the visitor.
+    /// The number by which the service knows the visitor.
     std::optional<qint64> visitorIdentifier;
-    /// The host's name for the signed-in user, once attached.
+    /// The host's identifier of the user, once the user is attached to the visitor.
     std::optional<QString> userIdentifier;
 
     friend bool operator==(const LocalData &, const LocalData &) = default;

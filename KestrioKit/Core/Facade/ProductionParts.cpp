@@ -6,7 +6,8 @@
 namespace KestrioKit {
 
 const std::shared_ptr<KestrioCore> &KestrioCore::shared() {
-    // None is ever destroyed: hosts may call while the process ends. What is made last ends first.
+    // These objects are never destroyed, because hosts may call while the process ends. The object
+    // created last ends first.
     static auto *const fileThread = new TransientThread;
     static auto *const thread = new LibraryThread(Clock::system());
     static auto *const core = new std::shared_ptr(

@@ -48,7 +48,7 @@ void RepeatSchedule::watchNetwork(const QString &host) {
     const Reachability::Creation creation =
         Reachability::create(m_makeFlagsSource(host), m_executor, &m_queue);
     const auto *const monitor = std::get_if<std::shared_ptr<Reachability>>(&creation);
-    // The delays work without a monitor, too.
+    // Without a monitor the delays still work.
     if (!monitor)
         return;
     m_reachability = *monitor;
@@ -59,11 +59,11 @@ void RepeatSchedule::watchNetwork(const QString &host) {
     });
     m_reachability->setWhenReachable([weak = weak_from_this()](Reachability &) {
         const auto self = weak.lock();
-        // The first call tells of the network as it is.
+        // The first call only reports the current state of the network.
         if (self && std::exchange(self->m_networkIsAway, false))
             self->m_repeat(Occasion::networkIsBack);
     });
-    // Stopped again when this fails.
+    // The monitor is stopped again if this fails.
     [[maybe_unused]] const auto error = m_reachability->startNotifier();
 }
 

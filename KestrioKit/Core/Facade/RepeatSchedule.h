@@ -8,26 +8,28 @@
 
 namespace KestrioKit {
 
-/// Seconds to wait after that many failed start-ups before the next one: 5, 10, 30 and 60, then 60
-/// each time.
+/// Returns the delay in seconds before the next start-up, after the given number of failures: 5,
+/// 10, 30 and 60, then always 60.
 double startUpRepeatDelay(int failures);
 
-/// Says when a start-up that has failed is to be repeated. Thread-safe.
+/// Decides when a failed start-up is retried. Thread-safe.
 ///
-/// Between `begin()` and `end()` it watches the network; at other times it costs nothing.
+/// It watches the network between `begin()` and `end()`, and uses no resources at other times.
 class RepeatSchedule final : public std::enable_shared_from_this<RepeatSchedule> {
 public:
     enum class Occasion { delayIsOver, networkIsBack };
     using Repeat = std::function<void(Occasion occasion)>;
 
-    /// `repeat` is called on the library's thread, until `end()` and perhaps once just after it.
+    /// `repeat` is called on the library's thread until `end()`, and possibly once shortly after
+    /// it.
     RepeatSchedule(const LibraryContext &context, Repeat repeat);
     Q_DISABLE_COPY_MOVE(RepeatSchedule)
 
-    /// Calls `repeat` each time the way to `host` is there again, from now on.
+    /// Starts to watch the network. Calls `repeat` each time `host` becomes reachable again.
     void begin(const QString &host);
-    /// Calls `repeat` once after so many seconds, instead of what it was to wait for.
+    /// Calls `repeat` once after the given number of seconds. Replaces an earlier wait.
     void wait(double seconds);
+    /// Stops watching the network, and cancels the wait.
     void end();
 
 private:
@@ -40,7 +42,7 @@ private:
     const ReachabilityFlagsSourceFactory m_makeFlagsSource;
     const Repeat m_repeat;
     const DispatchQueue m_queue;
-    // Used on the queue alone.
+    // Used only on `m_queue`.
     std::shared_ptr<DispatchWorkItem> m_scheduled;
     std::shared_ptr<Reachability> m_reachability;
     bool m_networkIsAway = false;

@@ -13,7 +13,7 @@ using Arguments = QVariantList;
 
 struct Selector {
     QLatin1StringView text;
-    /// What each argument must convert to.
+    /// The types that the arguments must convert to.
     QList<QMetaType> (*argumentTypes)();
     QVariant (*call)(Kestrio &kestrio, const Arguments &arguments);
 };
@@ -23,7 +23,7 @@ QList<QMetaType> types() {
     return {QMetaType::fromType<Types>()...};
 }
 
-// The operations that take texts alone, and return nothing.
+// Operations that take only texts and return nothing.
 template <void (Kestrio::*operation)(const QString &)>
 QVariant callWithText(Kestrio &kestrio, const Arguments &arguments) {
     (kestrio.*operation)(arguments[0].toString());
@@ -108,8 +108,8 @@ bool isText(const QVariant &value) {
     return value.canConvert<QString>();
 }
 
-/// Whether `argument` says a value of `type`, rather than being made one: "abc" is no number, 1.5
-/// no integer, and "maybe" neither true nor false.
+/// Returns whether `argument` really represents a value of `type`: "abc" is not a number, 1.5 is
+/// not an integer, and "maybe" is not a Boolean, although Qt converts them.
 bool saysValueOf(const QVariant &argument, QMetaType type) {
     QVariant value = argument;
     if (!value.convert(type))
@@ -121,8 +121,8 @@ bool saysValueOf(const QVariant &argument, QMetaType type) {
            text == "1"_L1 || text == "0"_L1;
 }
 
-// Only a handler may be left out; a null widget is told like any other; lists and maps are of
-// texts.
+// Only handlers may be omitted. A null widget is passed on like any other. Lists and maps must
+// contain texts.
 bool fits(const QVariant &argument, QMetaType type) {
     if (type == QMetaType::fromType<QObject *>())
         return argument.canConvert<QObject *>();

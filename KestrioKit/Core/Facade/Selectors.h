@@ -4,8 +4,9 @@
 
 namespace KestrioKit {
 
-/// Calls the operation of that selector. Nothing comes back, and nothing was called, when there is
-/// no such operation or the arguments do not fit it; a null variant when it has no result.
+/// Calls the operation with the given selector and returns its result, or a null variant if it has
+/// none. Returns nothing, and calls nothing, if there is no such operation or the arguments do not
+/// fit.
 std::optional<QVariant> performSelector(Kestrio &kestrio, const QString &selector,
                                         const QVariantList &arguments);
 

@@ -12,12 +12,12 @@ using Sequence = Bootstrap::Sequence;
 
 namespace {
 
-// On the library's thread: the host's must not wait for who reads the log.
+// Logs on the library's thread, so that a slow reader of the log does not block the host's thread.
 void logSoon(Executor &executor, const QString &line) {
     executor.post([line] { logLine(line, LogCategory::error); });
 }
 
-// The folder is named after the application, which may not be there yet.
+// The folder is named after the application, which may not exist yet.
 void whenThereIsAFolder(const Block &block) {
     if (ApplicationLifecycle::shared().applicationExists())
         block();
@@ -80,7 +80,7 @@ void StartUp::configure(const QString &environment) {
         }
         if (isRepeated())
             endRepeating();
-        // A start that failed is forgotten; what the service has imposed is not.
+        // Clears a failed start-up, but not a reason that the service has given.
         if (m_api->disabledError() == DisabledError::locally())
             m_api->setDisabledError(std::nullopt);
         m_api->setEnvironmentId(environment);
@@ -105,12 +105,13 @@ void StartUp::begin(Generation generation) {
     {
         const std::lock_guard guard(m_lock);
         if (generation != m_generation) {
-            // Consent was withdrawn on another thread meanwhile.
+            // Consent was withdrawn, or start-up begun again, on another thread meanwhile.
             if (!m_bootstrap->isConfigured())
                 m_identity.clearAuthorizationInfo();
             return;
         }
-        // Behind the observer that saves the stored visitor's records, and thus called before it.
+        // Registered after the observer that saves the stored visitor's records, and thus called
+        // before it.
         m_willTerminateObserver = ApplicationLifecycle::shared().observe(
             ApplicationLifecycle::Event::willTerminate, keepRecords);
         send = configRequest();

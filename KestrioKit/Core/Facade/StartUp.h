@@ -16,31 +16,33 @@
 
 namespace KestrioKit {
 
-/// Brings the library from `configure()` to a visitor, and from one visitor to the next: asks for
-/// the configuration and the visitor, attaches users, and says which calls may run meanwhile.
+/// Runs start-up from `configure()` to a visitor, and the change from one visitor to the next.
+/// Requests the configuration and the visitor, attaches users, and decides which calls may run
+/// meanwhile.
 ///
-/// A start-up that fails for a reason that may pass is repeated. Until one succeeds, the library is
-/// disabled to the host, but keeps what it may deliver later. Thread-safe.
+/// A start-up that fails for a temporary reason is retried. Until it succeeds, the library is
+/// disabled for the host, but keeps what it can deliver later. Thread-safe.
 class StartUp final : public std::enable_shared_from_this<StartUp> {
 public:
     static std::shared_ptr<StartUp> make(std::shared_ptr<KestrioService> api,
                                          const LibraryContext &context);
     Q_DISABLE_COPY_MOVE(StartUp)
 
-    /// The configuration from the last fetch that succeeded.
+    /// Returns the configuration from the last successful request, if there was one.
     std::optional<ResponseConfig> config() const { return m_config.value(); }
 
-    /// What is to be done with a call that the host makes now.
+    /// Returns what to do with a call that the host makes now.
     Bootstrap::Action readyState() const;
     /// Holds a call until there is a visitor.
     void hold(HeldCall call) { m_bootstrap->enqueue(std::move(call)); }
-    /// Takes an event or a change of attributes that is to be skipped. While start-up is repeated,
-    /// it becomes a record of the stored visitor, or is held until there is one. Returns what is to
-    /// be done with it otherwise, as `readyState()` does; `queue` when it was taken.
+    /// Keeps an event or attribute change that would be dropped. While start-up is being retried,
+    /// the call is queued as a record of the stored visitor, or held until there is a visitor.
+    /// Returns `queue` if the call was kept. Otherwise returns what to do with it, as
+    /// `readyState()` does.
     Bootstrap::Action keep(HeldCall call);
-    /// Whether start-up has failed and is being repeated, or will be.
+    /// Returns whether start-up has failed and is being retried.
     bool isRepeated() const { return m_phase >= Phase::waiting; }
-    /// Whether the host has logged out, and the next visitor is not known yet.
+    /// Returns whether the host has logged out and the next visitor is not known yet.
     bool awaitsVisitor() const { return m_awaitsVisitor; }
 
     // The operations of `Kestrio`, documented there.
@@ -49,32 +51,32 @@ public:
     void setRetries(bool retries);
     void configure(const QString &environment);
     void setUserIdentifier(const QString &userIdentifier);
-    /// Not before there is a visitor, unless start-up is repeated.
+    /// Must not be called before there is a visitor, unless start-up is being retried.
     void logout();
     void setServiceHost(const QString &host);
     void withdrawConsent();
 
-    /// To be called after the host has allowed network access.
+    /// Must be called after the host has allowed network access.
     void networkAllowed();
 
 private:
     using RequestNumber = Identity::RequestNumber;
 
     enum class Phase {
-        /// No start-up is under way: there was none, or it has ended.
+        /// No start-up is under way: none has begun, or it has ended.
         idle,
-        /// Requests are on their way.
+        /// Requests are in flight.
         starting,
-        /// The start-up has failed, and waits to be repeated.
+        /// Start-up has failed and waits for the next retry.
         waiting,
-        /// The same as `starting`, after a failure.
+        /// Requests of a retry are in flight.
         repeating,
     };
-    /// Why a request is sent.
+    /// The purpose of a request.
     enum class Purpose {
         configuration,
         visitor,
-        /// The user whom the host gave during start-up, or later.
+        /// The user that the host has set during start-up, or later.
         pendingUser,
         laterUser,
     };
@@ -90,7 +92,7 @@ private:
 
     StartUp(std::shared_ptr<KestrioService> api, const LibraryContext &context);
 
-    /// Counts the calls of `configure()` and `withdrawConsent()`.
+    /// The number of calls of `configure()` and `withdrawConsent()`.
     using Generation = int;
     void begin(Generation generation);
     void configReceived(RequestNumber request, const std::optional<ResponseConfig> &config,
@@ -107,7 +109,7 @@ private:
     void applicationEnds();
     void trackLaunch();
 
-    // With the lock held. Blocks that come back send a request: they are to be run without it.
+    // Called with the lock held. Returned blocks send a request and must run without the lock.
     Block configRequest();
     Block visitorRequest(const std::optional<QString> &userIdentifier, bool anonymous,
                          Purpose purpose);
@@ -137,28 +139,28 @@ private:
     ApplicationLifecycle::Observation m_willTerminateObserver;
     Atomic<std::optional<ResponseConfig>> m_config;
     std::atomic<bool> m_retries = true;
-    /// Changed with the lock held.
+    /// Changed only with the lock held.
     std::atomic<Phase> m_phase = Phase::idle;
     std::atomic<bool> m_awaitsVisitor = false;
     std::atomic<Generation> m_generation = 0;
 
     /// Held while the sequence, the disabled state, the identity and the phase change, so that they
-    /// do so together. Never while a request is sent, since its completion may be called within the
-    /// call.
+    /// change together. Never held while a request is sent, because its completion may be called
+    /// before sending returns.
     std::mutex m_lock;
-    /// The last request that asks for the visitor who is awaited.
+    /// The last request for the awaited visitor.
     RequestNumber m_awaitedRequest = 0;
-    /// The request that attaches the pending user: the held calls wait for its answer.
+    /// The request that attaches the pending user. The held calls wait for its response.
     std::optional<RequestNumber> m_pendingAttach;
-    /// The visitor whose launch was tracked last.
+    /// The visitor whose launch event was tracked last.
     std::optional<qint64> m_launchedVisitor;
-    /// How often this start-up has failed.
+    /// The number of failures of this start-up.
     int m_failures = 0;
-    /// Whether the host has been told that start-up has failed.
+    /// Whether a log line has said that start-up has failed.
     bool m_isAnnounced = false;
-    /// Whether the network came back while a request was on its way.
+    /// Whether the network became reachable again while a request was in flight.
     bool m_networkIsBack = false;
-    /// Whether only the host's `setDisableNetworkAccess()` stands against a repeat.
+    /// Whether a retry is due and waits only for the host to allow network access.
     bool m_isDue = false;
 };
 

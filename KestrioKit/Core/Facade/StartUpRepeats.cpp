@@ -24,7 +24,7 @@ bool isTemporary(int status) {
 
 } // namespace
 
-// Calls that are kept meanwhile
+// Calls that are kept while start-up is retried
 
 Action StartUp::keep(HeldCall call) {
     const std::lock_guard guard(m_lock);
@@ -37,20 +37,21 @@ Action StartUp::keep(HeldCall call) {
             m_bootstrap->enqueue(std::move(call));
         return Action::queue;
     }
-    // It may have succeeded since the caller asked.
+    // Start-up may have succeeded since the caller checked.
     const Action action = readyState();
     if (action == Action::queue)
         m_bootstrap->enqueue(std::move(call));
     return action;
 }
 
-// The records of a user who is yet to be attached must not go to the visitor before.
+// Records of a user who is not attached yet must not go to the previous visitor.
 bool StartUp::recordsAreTheVisitors() const {
     const std::optional<QString> pending = m_bootstrap->userId();
     return m_api->visitorIdentifier() && (!pending || m_identity.isKnownUser(*pending));
 }
 
-// Nothing is lost with the process that can be delivered after the next start.
+// Saves the records that can be delivered after the next start, which otherwise end with the
+// process.
 void StartUp::applicationEnds() {
     const std::lock_guard guard(m_lock);
     const bool isAnothers =
@@ -58,7 +59,7 @@ void StartUp::applicationEnds() {
     if (!m_retries || m_phase == Phase::idle || !m_api->visitorIdentifier() || isAnothers ||
         !m_bootstrap->holdsRecords())
         return;
-    // Else the records would be sent now, and again after the next start.
+    // Otherwise the records would be sent now, and again after the next start.
     voidRequests();
     awaitRepeat();
     m_bootstrap->recordHeldNow();
@@ -66,8 +67,8 @@ void StartUp::applicationEnds() {
 
 // Failures
 
-// Whatever else is in flight counts for nothing: a late success would leave the library disabled
-// although it looks as if it had started.
+// Voids all other requests in flight: a late success would leave the library disabled although it
+// looks as if it had started.
 void StartUp::fail(RequestNumber request, Purpose purpose, const Response &response,
                    const std::optional<Error> &error) {
     bool isReported = false;
@@ -86,7 +87,7 @@ void StartUp::fail(RequestNumber request, Purpose purpose, const Response &respo
                 announce(true, u"Start-up has failed. It is repeated until it succeeds."_s);
             } else {
                 giveUp();
-                // They are not for whoever comes after another `configure()`.
+                // They must not run for the visitor of another `configure()`.
                 if (isAwaited)
                     m_bootstrap->dropHeld();
                 isReported = true;
@@ -103,7 +104,7 @@ void StartUp::voidRequests() {
 }
 
 bool StartUp::mayPass(const Response &response, const std::optional<Error> &error) const {
-    // The host has switched the network off since the first failure.
+    // The host has disabled network access since the first failure.
     if (error && isDisabledError(*error))
         return isRepeated() && m_api->disabledError() == DisabledError::locally();
     return error || (response && isTemporary(response->statusCode));
@@ -116,7 +117,7 @@ void StartUp::giveUp() {
     m_phase = Phase::idle;
 }
 
-// On the library's thread: the host's must not wait for who reads the log.
+// Logs on the library's thread, so that a slow reader of the log does not block the host's thread.
 void StartUp::announce(bool fails, const QString &line) {
     if (std::exchange(m_isAnnounced, fails) != fails)
         m_executor.post([line] { logLine(line, LogCategory::info); });
@@ -136,7 +137,7 @@ void StartUp::beginRepeating() {
     m_failures = 0;
     m_api->setDisabledError(DisabledError::locally());
     m_api->setStartsOver(true);
-    // Else the queue would find out by sending, which counts as a failed attempt.
+    // Otherwise the queue would find out by sending, which counts as a failed attempt.
     if (m_api->visitorIdentifier())
         m_api->resumeSubmissions();
     m_bootstrap->holdAgain();

@@ -67,7 +67,7 @@ void StartUp::visitorReceived(RequestNumber request, Purpose purpose,
         trackLaunch();
 }
 
-// A user given meanwhile is attached first, and the answer releases the held calls.
+// A user set meanwhile is attached first. The response to that request releases the held calls.
 Block StartUp::arrive(Sequence sequence) {
     const bool moved = m_bootstrap->step(sequence);
     const std::optional<QString> pending = m_bootstrap->userId();
@@ -82,7 +82,7 @@ Block StartUp::arrive(Sequence sequence) {
 void StartUp::succeed(bool moved) {
     if (isRepeated()) {
         endRepeating();
-        // Before the calls are released, which ask for it.
+        // Comes before the held calls are released, because they check for it.
         m_api->setDisabledError(std::nullopt);
         m_api->resumeSubmissions();
     }
@@ -110,7 +110,7 @@ void StartUp::setUserIdentifier(const QString &userIdentifier) {
             return m_bootstrap->replaceUserId(userIdentifier);
         if (m_bootstrap->setUserId(userIdentifier) || m_bootstrap->action() != Action::doit)
             return;
-        // A start-up that follows a failure asks for this user, too.
+        // A start-up after a failure must request this user, too.
         if (m_awaitsVisitor)
             m_bootstrap->replaceUserId(userIdentifier);
         send = attachRequest(userIdentifier, Purpose::laterUser);
@@ -169,7 +169,7 @@ void StartUp::attachmentAnswered(const Attachment &attachment,
         send();
 }
 
-// For the host may have given another user while start-up was repeated.
+// The host may have set another user while start-up was retried.
 Block StartUp::nextAttachRequest(const Attachment &attachment) {
     const std::optional<QString> pending = m_bootstrap->userId();
     if (!isRepeated() || !pending || pending == attachment.userIdentifier)
@@ -177,7 +177,7 @@ Block StartUp::nextAttachRequest(const Attachment &attachment) {
     return attachRequest(*pending, Purpose::pendingUser);
 }
 
-// Whether there is another visitor now. Without a record in the answer there may be.
+// Returns whether there may be another visitor now. A response without a record does not say.
 bool StartUp::settleAttachment(const Attachment &attachment,
                                const std::optional<ResponseVisitors> &visitor) {
     if (!visitor)
@@ -188,7 +188,7 @@ bool StartUp::settleAttachment(const Attachment &attachment,
     return saved && saved->visitorIdentifier != attachment.visitorBefore;
 }
 
-// The answer to an earlier request names a visitor whom the host has not asked for last.
+// A response to an earlier request names a visitor that the host no longer wants.
 void StartUp::noteAnswer(RequestNumber request) {
     if (request >= m_awaitedRequest)
         m_awaitsVisitor = false;
@@ -206,15 +206,15 @@ void StartUp::logout() {
     {
         const std::lock_guard guard(m_lock);
         const bool holdsForNobody = isRepeated() || m_awaitsVisitor;
-        // First: no call may be made as nobody.
+        // Comes first, because no call may run without a visitor.
         if (!isRepeated() && m_bootstrap->action() == Action::doit) {
             m_bootstrap->holdAgain();
             m_awaitsVisitor = true;
         }
         m_identity.clearAuthorizationInfo();
-        // Its answer counts for nothing, or never comes.
+        // Its response is ignored, or never arrives.
         m_pendingAttach.reset();
-        // Else a repeated start-up would sign the user in again.
+        // Otherwise a retried start-up would sign the user in again.
         if (m_retries)
             m_bootstrap->replaceUserId(std::nullopt);
         if (holdsForNobody)

@@ -14,27 +14,27 @@
 
 namespace KestrioKit {
 
-/// What a survey on screen works with.
+/// What a survey needs to be shown.
 struct PresentationContext {
-    /// Outlives the survey.
+    /// Must outlive the survey.
     const Clock &clock;
     std::shared_ptr<KestrioService> api;
     QColor themeColor;
-    /// Not `service`.
+    /// Must not be `service`.
     SurveyAppearance appearance = SurveyAppearance::light;
     SessionObserver observer = {};
 };
 
-/// Has the library's texts speak the survey's language, English when it names none.
+/// Sets the language of the library's texts to that of the survey, or to English if it names none.
 void speakLanguage(const Survey &survey);
 
-/// Begins to answer `survey`. Instead of the session comes the reason why that is impossible; then
-/// nothing has been reported. For the main thread.
+/// Begins `survey` and returns its session, or the reason why that is impossible. In that case
+/// nothing is reported to the service. Must be called on the main thread.
 std::variant<std::unique_ptr<SurveySession>, QString> startSession(const Survey &survey,
                                                                    PresentationContext context);
 
-/// Shows `survey` over `from`. Returns why that is impossible; then nothing has been shown or
-/// reported. For the main thread.
+/// Shows `survey` over `from`. Returns the reason if that is impossible. In that case nothing is
+/// shown or reported. Must be called on the main thread.
 std::optional<QString> presentSpecifiedSurvey(const Survey &survey, QObject *from,
                                               PresentationContext context);
 
