@@ -4,22 +4,25 @@
 
 namespace KestrioKit {
 
-/// The least contrast of text with its background (WCAG 2.1, 1.4.3).
+/// The minimum contrast of text with its background (WCAG 2.1, 1.4.3).
 inline constexpr double leastTextContrast = 4.5;
-/// The least contrast of controls and symbols with what they lie on (WCAG 2.1, 1.4.11).
+/// The minimum contrast of controls and symbols with their background (WCAG 2.1, 1.4.11).
 inline constexpr double leastSymbolContrast = 3;
 
-/// The contrast of two opaque colours by WCAG 2.1: from 1, for the same colour, to 21.
+/// Returns the contrast of two opaque colours as WCAG 2.1 defines it: from 1, for equal colours, to
+/// 21.
 double contrastRatio(const QColor &one, const QColor &other);
 
-/// The opaque colour on the way from `from` to `to`; `part` is from 0 to 1.
+/// Returns the opaque colour between `from` and `to`. `part` goes from 0, for `from`, to 1, for
+/// `to`.
 QColor mixed(const QColor &from, const QColor &to, double part);
 
-/// Black or white, whichever has more contrast with `background`. It is always at least 4.5:1.
+/// Returns black or white, whichever has more contrast with `background`. It is always at least
+/// 4.5:1.
 QColor strongestOn(const QColor &background);
 
-/// The colour itself if its contrast with `background` is at least `leastRatio`. Otherwise it is
-/// mixed with as little black or white as that takes; any ratio up to 4.5 can be reached.
+/// Returns `color` if its contrast with `background` is at least `leastRatio`. Otherwise mixes it
+/// with as little black or white as necessary. Every ratio up to 4.5 can be reached.
 QColor shaded(const QColor &color, const QColor &background, double leastRatio);
 
 } // namespace KestrioKit

@@ -8,7 +8,7 @@ namespace KestrioKit {
 
 namespace {
 
-// Made when the first front end is loaded, which may be before this file's own objects are.
+// Created on first use: a front end may register before this file's own statics are initialized.
 Atomic<QList<FrontEnd *>> &frontEnds() {
     static auto *const all = new Atomic<QList<FrontEnd *>>;
     return *all;

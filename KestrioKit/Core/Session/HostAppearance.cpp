@@ -7,13 +7,14 @@
 
 namespace KestrioKit {
 
-// Only the application object is always told.
+// Only the application object reliably receives these events.
 HostAppearance::HostAppearance(std::function<void()> changed) : m_changed(std::move(changed)) {
     if (QCoreApplication::instance())
         QCoreApplication::instance()->installEventFilter(this);
 }
 
-// Qt is about to tell the widgets of the same change, and must find them as they are.
+// Defers the call, because Qt is about to notify the widgets of the same change and must find them
+// unchanged.
 bool HostAppearance::eventFilter(QObject *watched, QEvent *event) {
     const bool hasChanged = watched == QCoreApplication::instance() &&
                             (event->type() == QEvent::ApplicationPaletteChange ||

@@ -10,7 +10,7 @@ namespace {
 
 using Answer = std::optional<CodableDynamicType>;
 
-/// The first and the last number of a scale.
+/// The first and last number of a scale.
 struct Scale {
     int first;
     int last;
@@ -69,7 +69,7 @@ SurveyQuestion questionToShow(const Question &question) {
     return shown;
 }
 
-// QML has one type for numbers, whole or not.
+// QML may pass whole numbers as floating-point numbers.
 Answer numberOnScale(const SurveyQuestion &question, const QVariant &value) {
     const int type = value.typeId();
     if (type != QMetaType::Int && type != QMetaType::LongLong && type != QMetaType::Double)

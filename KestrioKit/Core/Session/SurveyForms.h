@@ -10,15 +10,15 @@
 
 namespace KestrioKit {
 
-/// The fixed texts, in the bundle's language.
+/// Returns the fixed texts in the bundle's language.
 SurveyTexts textsToShow(const AnyLanguageBundle &bundle);
 
-/// What screens show of the questions, with buttons labelled in the bundle's language.
+/// Returns what screens show of the questions. Buttons are labelled in the bundle's language.
 QList<SurveyQuestion> questionsToShow(const QList<Question> &questions,
                                       const AnyLanguageBundle &bundle);
 
-/// The answer that `value` gives to the question, as it is submitted; absent when the question
-/// cannot be answered with it.
+/// Converts `value` to an answer to the question, in the form that is submitted. Returns nothing if
+/// `value` cannot answer the question.
 std::optional<CodableDynamicType> answerTo(const SurveyQuestion &question, const QVariant &value);
 
 } // namespace KestrioKit

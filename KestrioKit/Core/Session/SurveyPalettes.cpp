@@ -11,9 +11,11 @@ namespace {
 constexpr float tintAlpha = 0.3F;
 constexpr float pressedShadeAlpha = 0.2F;
 constexpr float dimmingAlpha = 0.6F;
-/// What thin lines need on a tinted card to keep the least contrast where they are antialiased.
+/// The contrast that thin lines need on a tinted card to keep the minimum contrast when
+/// antialiased.
 constexpr double lineContrast = 3.5;
-/// From the text's colour to the card's, where the host's palette has no colour for the role.
+/// How far to mix the text's colour with the card's if the host's palette has no colour for the
+/// role.
 constexpr double paleness = 0.4;
 
 QColor withAlpha(QColor color, float alpha) {
@@ -25,7 +27,8 @@ QColor dimming() {
     return QColor::fromRgbF(0, 0, 0, dimmingAlpha);
 }
 
-/// The accent laid over the card, as strongly as what is written and drawn on it allows.
+/// Returns the card's colour tinted with the accent, as strongly as the contrast of the text and
+/// symbols on it allows.
 QColor tintedCard(const SurveyPalette &palette) {
     constexpr float step = 0.01F;
     for (float part = tintAlpha; part > 0; part -= step) {
@@ -38,8 +41,8 @@ QColor tintedCard(const SurveyPalette &palette) {
     return palette.card;
 }
 
-/// Sets what depends on the accent. On a tinted card controls must still be seen, so the accent
-/// has the contrast of text.
+/// Sets the colours that depend on the accent. The accent has the contrast of text, so that
+/// controls stay visible on a tinted card.
 void setAccent(SurveyPalette &palette, const QColor &accent) {
     palette.accent = shaded(accent, palette.card, leastTextContrast);
     palette.textOnAccent = strongestOn(palette.accent);

@@ -7,16 +7,16 @@
 
 namespace KestrioKit {
 
-/// The accent colour when the service's configuration gives none.
+/// Returns the accent colour for a service configuration without one.
 QColor defaultAccent();
 
-/// The palettes of the appearances, for the service's accent colour.
+/// Return the palettes of the appearances, made from the service's accent colour.
 SurveyPalette lightPalette(const QColor &accent);
 SurveyPalette darkPalette(const QColor &accent);
 SurveyPalette systemPalette(const QPalette &host, const QColor &accent);
 
-/// The palette for that appearance now; `service` has been resolved before. `system` is light in a
-/// program without a `QGuiApplication`.
+/// Returns the palette that the appearance has now. `appearance` must not be `service`. In a
+/// program without a `QGuiApplication`, `system` is the same as `light`.
 SurveyPalette paletteFor(SurveyAppearance appearance, const QColor &accent);
 
 } // namespace KestrioKit

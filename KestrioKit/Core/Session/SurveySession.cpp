@@ -99,7 +99,7 @@ QList<SurveyQuestion> SurveySession::questions() const {
 }
 
 int SurveySession::currentIndex() const {
-    // Routing may lead to any number; those outside all say the same.
+    // Routing may lead to any number. All numbers outside the list mean the same.
     return int(std::clamp<qint64>(m_state->currentIndex, -1, m_state->questions.size()));
 }
 
@@ -153,7 +153,7 @@ bool SurveySession::answer(int index, const QVariant &value) {
                                  state.pageMadeAt.value_or(state.currentSince), clock));
     state.currentIndex = nextQuestionIndex(state.survey.questions, index, response);
     state.currentSince = clock.secondsSince1970();
-    // Whoever is told may destroy the session.
+    // Receivers may destroy the session.
     const auto tell = state.context.observer.questionAnswered;
     const QPointer<SurveySession> self(this);
     Q_EMIT questionAnswered(index);

@@ -13,47 +13,48 @@
 
 namespace KestrioKit {
 
-/// Told on the main thread what becomes of a session, also while its signals are blocked. Each
-/// function may be empty.
+/// Receives the events of a session on the main thread, also while the session's signals are
+/// blocked. Each function may be empty.
 struct SessionObserver {
     Block shown = {};
     std::function<void(int index)> questionAnswered = {};
     std::function<void(SurveySession::Outcome outcome)> ended = {};
-    /// The session has been destroyed.
+    /// Called when the session is destroyed.
     Block gone = {};
 };
 
-/// What a session works with besides its survey.
+/// What a session needs besides its survey.
 struct SessionContext {
     /// Must outlive the session.
     const Clock &clock;
     QColor themeColor;
-    /// Not `service`.
+    /// Must not be `service`.
     SurveyAppearance appearance = SurveyAppearance::light;
     /// Reports to the service. When null, nothing is reported.
     std::unique_ptr<KestrioSurveyResponder> responder = nullptr;
     SessionObserver observer = {};
 };
 
-/// The language that a survey is shown in: its locale, or English without one.
+/// Returns the language in which a survey is shown: its locale, or English if it has none.
 QString languageOf(const Survey &survey);
 
-/// What stands behind a `SurveySession`.
+/// The private part of a `SurveySession`. Must be used on the main thread.
 class SurveySessionPrivate {
 public:
-    /// There must be no other session. For the main thread.
+    /// Creates a session and gives the ownership to the caller. There must be no other session.
     static std::unique_ptr<SurveySession> make(Survey survey, SessionContext context);
 
-    /// The session that exists; null when there is none. For the main thread.
+    /// Returns the session that exists, or null if there is none.
     static SurveySession *existing();
 
-    /// Closes the session that exists, if any, and reports nothing of it any more. For the main
-    /// thread.
+    /// Closes the session that exists, if there is one, without reporting anything to the service.
     static void discardExisting();
 
     SurveySessionPrivate(Survey survey, SessionContext context, const AnyLanguageBundle &bundle);
 
+    /// Returns the service's number for the current question, or nothing if the survey is complete.
     std::optional<qint64> currentQuestionId() const;
+    /// Returns whether `index` is the index of a question.
     bool contains(qint64 index) const;
 
     const Survey survey;
@@ -63,10 +64,11 @@ public:
     SessionContext context;
     ApplicationLifecycle::Observation willTerminateObserver;
     SurveyPalette palette;
-    /// Null where the palette does not follow the host.
+    /// Null if the palette does not follow the host.
     std::unique_ptr<HostAppearance> hostAppearance;
     qint64 currentIndex = 0;
-    /// When the current question became that, and when the last page was made: seconds since 1970.
+    /// The time at which the current question became current, and the time of the last call of
+    /// `SurveySession::beginQuestion()`, both in seconds since 1970.
     double currentSince;
     std::optional<double> pageMadeAt;
     bool wasSeen = false;
