@@ -25,8 +25,8 @@ QString printedDate(const QDateTime &date) {
     return date.toUTC().toString(u"yyyy-MM-dd HH:mm:ss"_s) + u" +0000"_s;
 }
 
-/// Whether a terminal, a file's reader or a parser of JSON could take it for the end of a line, or
-/// for more than a character.
+/// Returns whether a terminal, a file's reader or a JSON parser could take the character for a line
+/// end or a control sequence.
 bool isControl(QChar character) {
     return character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
            character == QChar::ParagraphSeparator;
@@ -45,7 +45,7 @@ QString escaped(QChar character) {
     }
 }
 
-/// `text` without anything that ends a line, so that nobody who chooses its words writes two.
+/// Returns `text` with all line ends escaped, so that the author of a text cannot forge a log line.
 QString singleLine(const QString &text) {
     QString line;
     line.reserve(text.size());
@@ -66,15 +66,16 @@ void write(const QString &text) {
     std::fflush(stdout);
 }
 
-// Never destroyed: lines are logged while the process ends.
+// Never destroyed, because lines are logged while the process ends.
 Atomic<std::shared_ptr<const LogHandler>> &logHandler() {
     static auto *const handler = new Atomic<std::shared_ptr<const LogHandler>>;
     return *handler;
 }
 
-/// Hands the lines, each with its end, to `handler`; false when there is none to take them.
+/// Passes the lines of `text`, each of which ends with a line feed, to the handler. Returns false
+/// if no handler can receive them.
 bool handOver(LogLevel level, const QString &text) {
-    // A handler that logs through the library would call itself without end.
+    // Without this flag, a handler that logs through the library would call itself forever.
     thread_local bool isHandling = false;
     const std::shared_ptr<const LogHandler> handler = logHandler().value();
     if (!handler || isHandling)
@@ -139,8 +140,8 @@ QString printedForm(const char *text) {
 }
 
 QString printedForm(const QByteArray &body) {
-    // Possessive, so that a long token does not reach the limits of matching. Its end may be
-    // missing.
+    // The quantifiers are possessive, so that a long token does not exceed the match limits. The
+    // end of the token may be missing.
     static const auto *const token =
         new QRegularExpression(uR"("token"\s*:\s*"(?:[^"\\]++|\\.)*+"?)"_s,
                                QRegularExpression::DotMatchesEverythingOption);

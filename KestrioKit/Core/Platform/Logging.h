@@ -12,71 +12,76 @@
 
 namespace KestrioKit {
 
-/// How much a diagnostic line matters, from least to most; the order is what filtering goes by.
+/// The importance of a diagnostic line, in ascending order. Lines are filtered by this order.
 enum class LogLevel { fine, info, debug, error, none };
 
-/// The name by which the environment variable knows the level: "FINE", "INFO", …
+/// Returns the level's name in "KESTRIO_LOG_LEVEL": "FINE", "INFO", …
 QLatin1StringView rawValue(LogLevel level);
-/// The level of exactly that name, if there is one.
+/// Returns the level with exactly that name, or nothing if there is none.
 std::optional<LogLevel> logLevel(const QString &rawValue);
-/// What "KESTRIO_LOG_LEVEL" says, read once; `none` when it is missing or names no level.
+/// Returns the level that "KESTRIO_LOG_LEVEL" names, or `none` if it is unset or names no level.
+/// The variable is read once. Thread-safe.
 LogLevel currentLogLevel();
-/// Whether a message of `level` is printed when `current` is asked for. `none` never is.
+/// Returns whether a message of `level` is logged while the current level is `current`. A message
+/// of level `none` never is.
 bool passes(LogLevel level, LogLevel current);
 
-/// Writes one line to standard output as a whole. Thread-safe. It stays one line whatever is in it:
-/// control characters and Unicode's line separators are escaped, as "\n" or "\u2028".
+/// Writes one line to standard output in one piece. Control characters and Unicode's line
+/// separators are escaped, as "\n" or "\u2028", so the result is always one line. Thread-safe.
 void printLine(const QString &line);
 
-/// Takes a log line, without its end, and how much it matters.
+/// Receives a log line, without a line terminator, and its level. Must not throw.
 using LogHandler = std::function<void(LogLevel level, const QString &line)>;
-/// Has log lines handed to `handler` from now on, or printed again when it is empty. Thread-safe.
-/// The handler is called on the thread that logs; the one before may still be running on another
-/// thread when this returns.
+/// Passes log lines to `handler` from now on, or prints them again if it is empty. The handler is
+/// called on the thread that logs. The previous handler may still be running on another thread when
+/// this function returns. Thread-safe.
 void setLogHandler(LogHandler handler);
-/// Logs one line, escaped as `printLine()` does: hands it to the log handler, or prints it. A line
-/// that the handler causes itself is printed. Thread-safe.
+/// Passes one line, escaped as by `printLine()`, to the log handler, or prints it if there is none.
+/// A line that the handler itself causes is printed. Thread-safe.
 void logLine(LogLevel level, const QString &line);
 
-/// The printed form of an item of a log line: texts in double quotes, the rest as it is. Types of
-/// other layers add their own overloads beside their declarations.
+/// Returns an item as log lines show it: texts in double quotes, other items as they are. Types of
+/// other layers declare their own overloads beside them.
 QString printedForm(const QString &text);
 QString printedForm(const char *text);
-/// Of the body of a request or an answer, in UTF-8: a visitor's token in it is masked.
+/// Returns the body of a request or response, in UTF-8, as a quoted text. A visitor's token is
+/// masked.
 QString printedForm(const QByteArray &body);
 QString printedForm(qint64 number);
+/// Returns the printed form of the value, or "nil" if there is none.
 template <typename Value>
 QString printedForm(const std::optional<Value> &value) {
     return value ? printedForm(*value) : QStringLiteral("nil");
 }
 
-/// Several items as one log line shows them: ["first", 2].
+/// Returns several items as one log line shows them: ["first", 2].
 QString printedList(const QStringList &printedForms);
 
-/// Prints one line with all items, when `level` passes the level asked for. Thread-safe.
+/// Logs one line with all items if `level` passes the current level. Thread-safe.
 template <typename... Items>
 void KSLog(LogLevel level, const Items &...items) {
     if (passes(level, currentLogLevel()))
         logLine(level, printedList({printedForm(items)...}));
 }
 
-/// Lines about one undertaking, printed together when it has finished. For one user at a time.
+/// Collects the log lines about one operation and prints them together when it has finished. Not
+/// thread-safe.
 class LogTrace {
 public:
     struct Entry {
         QDateTime date;
-        /// The printed forms of what was logged.
+        /// The printed forms of the logged items.
         QStringList messages;
     };
 
-    /// Starts now. `messages`, unless empty, become the first entry.
+    /// Starts the trace now. `messages`, unless empty, become the first entry.
     explicit LogTrace(LogLevel level, QStringList messages = {});
-    /// Prints "Unfinished Trace:" and what there is, unless `finish()` was called.
+    /// If `finish()` was not called, prints "Unfinished Trace:" and the entries so far.
     ~LogTrace();
     Q_DISABLE_COPY_MOVE(LogTrace)
 
-    /// Adds an entry. `messages` is only called when the entry's level (by default the trace's)
-    /// passes the level asked for.
+    /// Adds an entry. Calls `messages` only if the entry's level passes the current level. The
+    /// default for `level` is the trace's level.
     void log(std::optional<LogLevel> level, const std::function<QStringList()> &messages);
     /// Adds a last entry and prints the trace.
     void finish(QStringList messages);

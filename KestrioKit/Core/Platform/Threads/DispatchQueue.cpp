@@ -11,8 +11,9 @@ namespace KestrioKit {
 struct DispatchQueue::State {
     std::mutex lock;
     std::deque<Block> blocks;
-    /// Held while a block runs: what makes `sync()` exclude the executor's thread. Recursive, since
-    /// a block may run an event loop of its own (a host's dialog), and the queue goes on in there.
+    /// Held while a block runs, so that `sync()` and the executor's thread exclude each other. It
+    /// is recursive, because a block may run an event loop of its own (a host's dialog), in which
+    /// the queue continues.
     std::recursive_mutex running;
 
     std::optional<Block> takeBlock() {

@@ -9,13 +9,14 @@
 
 namespace KestrioKit {
 
-/// A block that can be called off until it has begun. Thread-safe.
+/// A block that can be cancelled until it begins to run. Thread-safe.
 class DispatchWorkItem {
 public:
     explicit DispatchWorkItem(Block block) : m_block(std::move(block)) {}
 
+    /// Prevents the block from running. A block that is already running continues.
     void cancel() { m_cancelled = true; }
-    /// Runs the block unless it was called off.
+    /// Runs the block unless it was cancelled.
     void perform() const {
         if (!m_cancelled)
             m_block();
@@ -26,25 +27,25 @@ private:
     std::atomic<bool> m_cancelled = false;
 };
 
-/// Blocks that run one at a time, in the order in which they were submitted, on an executor's
-/// thread. Every block therefore is a barrier. Blocks that wait outlive the queue. Thread-safe.
+/// Runs blocks one at a time on an executor's thread, in the order of submission. Waiting blocks
+/// run even if the queue has been destroyed. Thread-safe.
 class DispatchQueue {
 public:
-    /// `executor` must outlive the queue and its blocks.
+    /// `label` names the queue. `executor` must outlive the queue and its blocks.
     DispatchQueue(QString label, Executor &executor);
 
     const QString &label() const { return m_label; }
 
-    /// Submits `block` and returns at once.
+    /// Submits `block` and returns immediately.
     void async(Block block) const;
-    /// Submits `item` once the executor's clock has reached `deadline`.
+    /// Submits `item` when the executor's clock has reached `deadline`.
     void asyncAfter(DispatchTime deadline, std::shared_ptr<DispatchWorkItem> item) const;
-    /// Runs the blocks that wait, then `block`, on the calling thread; waits only for a block of
-    /// this queue that is being run. Not to be called from a block of the same queue.
+    /// Runs all waiting blocks, then `block`, on the calling thread. Waits only while another
+    /// thread runs a block of this queue. Must not be called from a block of the same queue.
     void sync(const Block &block) const;
 
-    /// The application's event loop. Blocks submitted while there is no application object run once
-    /// the event loop of the next one does.
+    /// Returns the queue of the application's event loop. Blocks submitted without an application
+    /// object run in the event loop of the next one.
     static const DispatchQueue &main();
 
 private:

@@ -6,14 +6,15 @@
 
 namespace KestrioKit {
 
-/// Whether the calling thread is the application object's. False while there is none.
+/// Returns whether the calling thread is the application object's thread. Returns false if there is
+/// no application object.
 bool isOnMainThread();
 
-/// Runs `block` on the main thread: within this call when it is made there, otherwise later.
+/// Runs `block` on the main thread: before returning if called there, otherwise later. Thread-safe.
 void onMain(const Block &block);
 
-/// A copy of the host's handler that is destroyed on the main thread, as what it captures may
-/// belong there. Null when the handler is empty.
+/// Returns a copy of the host's handler, or null if the handler is empty. The copy is destroyed on
+/// the main thread, because its captures may belong there.
 template <typename Handler>
 std::shared_ptr<const Handler> keptForMain(const Handler &handler) {
     if (!handler)
@@ -23,7 +24,7 @@ std::shared_ptr<const Handler> keptForMain(const Handler &handler) {
             }};
 }
 
-/// Has the handler called on the main thread, later. Nothing when it is null.
+/// Calls the handler on the main thread, later, never within this call. Does nothing if it is null.
 template <typename Handler, typename... Arguments>
 void callOnMain(const std::shared_ptr<const Handler> &handler, const Arguments &...arguments) {
     if (handler)
