@@ -9,30 +9,31 @@
 
 namespace KestrioKit {
 
-/// Stores the unsent records on disk. Files are written asynchronously on the file executor. If
-/// several states wait there, only the last one is written. Thread-safe.
+/// Stores the unsent records on disk. The file executor writes the files asynchronously. If several
+/// states wait to be written, only the last one is. Thread-safe.
 class StateFile {
 public:
     /// `executor` runs the file operations and must outlive the last of them. Files far larger than
     /// `queueLimit` records of each kind are not read.
     StateFile(SerialExecutor &executor, qsizetype queueLimit);
 
-    /// Reads the stored records of `visitor` on the calling thread. To be called once, before any
+    /// Reads the stored records of `visitor` on the calling thread. Must be called once, before any
     /// other operation.
     StateFolder::Found load(std::optional<qint64> visitor);
-    /// Searches for records of `visitor` that other processes left behind since the last call.
-    /// Calls `report` on the executor's thread.
+    /// Searches asynchronously for records of `visitor` that other processes have left behind since
+    /// the last search. Calls `report` on the executor's thread.
     void search(std::optional<qint64> visitor, std::function<void(StateFolder::Found)> report);
 
-    /// Files that other processes left behind. This process holds their locks.
+    /// Files that other processes have left behind. This process holds their locks.
     using LeftFiles = QList<std::shared_ptr<LockedStateFile>>;
-    /// Replaces the file's content with `state`, asynchronously. `task` is kept until the state is
+    /// Replaces the file's content with `state`, asynchronously. `task` lives until the state is
     /// written or replaced by a later change. `taken` are the files whose records `state` now
     /// contains. They are removed once the state is written.
     void store(PersistentQueue state, std::shared_ptr<void> task, const LeftFiles &taken = {});
     /// Removes the file asynchronously.
     void remove();
-    /// Has all removed that is stored, whatever was to be stored before. `task` is kept until then.
+    /// Removes everything that is stored, asynchronously, and discards waiting changes. `task`
+    /// lives until then.
     void erase(std::shared_ptr<void> task);
 
 private:
