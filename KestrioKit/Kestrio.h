@@ -49,8 +49,8 @@ class KestrioCore;
 /// Applications and processes:
 /// - One application object may follow another, also on another thread. Queued records wait for the
 ///   next one, and start-up continues where it was. Other requests that were in flight when the
-///   first one ended fail when the next one starts. The handler of such an event receives
-///   `noSurvey`.
+///   first one ended fail when the next one starts. If such a request sent an event, its handler
+///   then receives `noSurvey`.
 /// - `exit()` may be called on any thread. Everything recorded by then is stored. Calls made while
 ///   the process ends, for example by destructors of static objects, are ignored.
 /// - In a child process that is forked after `configure()`, calls are ignored and the library waits
@@ -99,13 +99,13 @@ public:
     /// forked child process. It is destroyed on the main thread. It must not throw.
     using TrackHandler = std::function<void(SurveyState)>;
 
-    /// Called when a survey has been fetched. Called and destroyed on the main thread. Must not
-    /// throw.
+    /// Called once the survey has been fetched. It is called and destroyed on the main thread. It
+    /// must not throw.
     using FetchCompletion = std::function<void()>;
 
     /// Receives one log line, without a line terminator. The levels are `QtDebugMsg`, `QtInfoMsg`
-    /// and `QtWarningMsg`. Warnings are lines that the host's developer should look at. Must not
-    /// throw.
+    /// and `QtWarningMsg`. Warnings are lines that the host's developer should look at. The handler
+    /// must not throw.
     using LogHandler = std::function<void(QtMsgType level, const QString &line)>;
 
     /// Passes the library's log lines to `handler` instead of printing them to standard output. An
@@ -253,8 +253,9 @@ public:
     /// live until the service has responded to the event.
     void track(const QString &eventName, const QObject *context, const TrackHandler &handler);
 
-    /// Shows the held survey over the window of `from`, until the visitor has finished or closed
-    /// it. The survey is then no longer held. Logs "No survey found." if no survey is held.
+    /// Shows the held survey (see `isSurveyHeld()`) over the window of `from`, until the visitor
+    /// has finished or closed it. The survey is then no longer held. Logs "No survey found." if no
+    /// survey is held.
     ///
     /// `from` is an object that a linked component can show surveys over. `KestrioKit::Widgets`
     /// shows them over a `QWidget`. Intended for the main thread: on another thread the survey is
@@ -311,8 +312,8 @@ public:
     /// start-up.
     Q_INVOKABLE void presentDebugSurvey(QObject *from);
 
-    /// Receives the session of a fetched survey, and with it the ownership. Called and destroyed on
-    /// the main thread. Must not throw.
+    /// Receives and owns the session of a fetched survey. It is called and destroyed on the main
+    /// thread. It must not throw.
     using SessionReceiver = std::function<void(std::unique_ptr<SurveySession>)>;
 
     /// Begins the held survey, for a host that draws surveys itself. The caller owns the session.
@@ -370,7 +371,7 @@ Q_SIGNALS:
     /// Emitted when the visitor becomes known, changes, or is forgotten.
     void visitorIdentifierChanged();
 
-    /// Emitted when a survey begins or ceases to be held.
+    /// Emitted when `isSurveyHeld()` changes.
     void surveyHeldChanged();
 
     /// Emitted when the visitor has seen the first question of a survey. Here and below, `surveyId`

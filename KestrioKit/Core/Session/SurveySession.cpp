@@ -99,7 +99,8 @@ QList<SurveyQuestion> SurveySession::questions() const {
 }
 
 int SurveySession::currentIndex() const {
-    // Routing may lead to any number. All numbers outside the list mean the same.
+    // Routing may lead to any number. Each number outside the list means that the survey is
+    // complete.
     return int(std::clamp<qint64>(m_state->currentIndex, -1, m_state->questions.size()));
 }
 
