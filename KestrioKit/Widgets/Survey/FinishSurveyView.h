@@ -8,13 +8,13 @@ class ImageView;
 class Label;
 class SurveyColors;
 
-/// The page that thanks: a check mark in a circle, and a line. It moves itself in when it is first
-/// shown. For the main thread.
+/// The thank-you page: a check mark in a circle above a line of text. It animates itself in when it
+/// is first shown. Use it on the main thread only.
 class FinishSurveyView final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `colors` outlives the page.
+    /// `text` is the thank-you message in the survey's language. `colors` must outlive the page.
     FinishSurveyView(const QString &text, const SurveyColors &colors);
 
 protected:
@@ -25,6 +25,7 @@ private:
 
     ImageView *m_imageView;
     Label *m_label;
+    /// Whether the page has been shown before. The entry animation runs only once.
     bool m_hasAppeared = false;
 };
 

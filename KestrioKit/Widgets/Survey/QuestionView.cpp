@@ -36,7 +36,7 @@ QuestionContentContainer *makeContentView(const SurveyQuestion &question, const 
     Q_UNREACHABLE();
 }
 
-// What can be checked is part of an answer that another button sends.
+// A checkable button only selects an option. Another button sends the answer.
 QList<QAbstractButton *> answeringButtons(const QWidget &contentView) {
     QList<QAbstractButton *> buttons = contentView.findChildren<QAbstractButton *>();
     buttons.removeIf([](const QAbstractButton *button) { return button->isCheckable(); });

@@ -5,24 +5,27 @@
 
 namespace KestrioKit {
 
-/// One page: the question, and what it can be answered with. A question of a type unknown here
-/// shows its title alone. For the main thread.
+/// The page of one question: its title and the controls that answer it. If the question's type is
+/// unknown, the page shows the title alone. Use it on the main thread only.
 class QuestionView final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `colors` and `clock` outlive the page.
+    /// The page copies what it needs of `question` and `texts`. `colors` and `clock` must outlive
+    /// it.
     QuestionView(const SurveyQuestion &question, const SurveyTexts &texts,
                  const SurveyColors &colors, const Clock &clock);
 
-    /// The control that gets the focus when the page comes; null when there is none.
+    /// Returns the control that receives the focus when the page is shown, or null if there is
+    /// none.
     QWidget *firstControl() const;
 
 Q_SIGNALS:
-    /// The visitor has answered, with a value that `SurveySession::answer()` takes.
+    /// Emitted when the visitor answers. `SurveySession::answer()` accepts `answer`.
     void answered(const QVariant &answer);
 
 private:
+    /// The answer controls. Null if the question's type is unknown.
     QuestionContentContainer *m_contentView;
 };
 

@@ -34,7 +34,7 @@ constexpr int topInset = KestrioUI::Padding::medium;
 constexpr int bottomInset = KestrioUI::Padding::tiny;
 constexpr int spacing = KestrioUI::Padding::regular;
 constexpr int closeButtonInset = KestrioUI::Padding::regular;
-/// Of each of the three steps in which one page follows another.
+/// Duration of each of the three steps of a page transition.
 constexpr auto transitionDuration = 200ms;
 constexpr auto accessibilityIdentifier = "Kestrio Survey"_L1;
 } // namespace Constant
@@ -88,7 +88,7 @@ void SurveyView::answer(const QVariant &value) {
         return;
     const auto *const control = qobject_cast<const Button *>(focusWidget());
     m_focusIsVisible = control && control->isFocusVisible();
-    // A page that fades out still answers, for its own question.
+    // A page that is fading out still accepts an answer to its own question.
     m_session->answer(m_presentedIndex, value);
 }
 
@@ -108,13 +108,13 @@ void SurveyView::replaceQuestionView() {
     if (!m_session)
         return;
     const int previousHeight = m_questionContainerView->height();
-    // Nobody answers what is not to be seen yet.
+    // The visitor must not answer a page that is not visible yet.
     m_questionContainerView->setEnabled(false);
-    // Hiding what has the focus would hand it on to the close button.
+    // Hiding the focused control would move the focus to the close button.
     parentWidget()->setFocus(Qt::OtherFocusReason);
     m_questionContainerView->hide();
     m_currentQuestionView->hide();
-    // Its own button may be what leads here.
+    // The call may come from a button on this page.
     m_currentQuestionView->deleteLater();
     setupNewQuestionView();
     ViewEffect::setAlpha(m_questionContainerView, 0);
@@ -122,7 +122,7 @@ void SurveyView::replaceQuestionView() {
         const std::initializer_list<QWidget *> views{m_pageControl, m_closeButton};
         for (QWidget *const view : views) {
             ViewEffect::setAlpha(view, 0);
-            // What is not to be seen is not to be pressed either.
+            // A transparent button could still be pressed.
             view->hide();
         }
     } else {
@@ -153,8 +153,8 @@ void SurveyView::showQuestionView() {
         [view = m_questionContainerView](qreal way) { ViewEffect::setAlpha(view, way); });
 }
 
-// The font may be another, too: every view takes another size then. Those inside come first, since
-// each changes what its parent asks for.
+// The font may have changed, too, and with it the size of every view. Children are updated before
+// their parents because a parent's size depends on them.
 void SurveyView::appearanceChanged() {
     m_colors.change(m_session->palette());
     const QList<QWidget *> views = findChildren<QWidget *>();
@@ -176,12 +176,12 @@ void SurveyView::beginPage(Qt::FocusReason reason) {
     const auto *const page = qobject_cast<const QuestionView *>(m_currentQuestionView);
     QWidget *const control = page ? page->firstControl() : nullptr;
     m_isBeginningPage = true;
-    // Not every screen reader is told of the announcement; each reads what has the focus.
+    // Not every screen reader receives the announcement, but each reads the focused control.
     (control ? control : m_currentQuestionView)->setFocus(reason);
     m_isBeginningPage = false;
 }
 
-// A page begins with its question, wherever its first control is.
+// A new page stays scrolled to its question, even if the first control is further down.
 void SurveyView::reveal(const QWidget *view) {
     if (!m_isBeginningPage)
         m_questionContainerView->reveal(view);
@@ -221,7 +221,7 @@ void SurveyView::layOut() {
     m_closeButton->raise();
 }
 
-// What is scrolled out of sight does not count.
+// The part of the page that is scrolled out of view does not count.
 int SurveyView::pageBottom() const {
     const int bottom =
         m_currentQuestionView->mapTo(this, QPoint(0, m_currentQuestionView->height())).y();

@@ -14,42 +14,47 @@ class PageControl;
 class ScrollIndicator;
 class ScrollView;
 
-/// The card: one page at a time, dots that tell which, and a close button. Any index outside of
-/// the questions is the page that thanks. For the main thread.
+/// The survey's card. It shows one page at a time, a dot for each question and a close button. When
+/// the session is complete, it shows the thank-you page. Use it on the main thread only.
 class SurveyView final : public QWidget {
     Q_OBJECT
 
 public:
-    /// The session may go before the card does: no page answers any more then.
+    /// The session may be destroyed before the card. The card then ignores further answers. `clock`
+    /// must outlive the card.
     SurveyView(SurveySession &session, const Clock &clock);
 
-    /// Whether the page that thanks is shown, where nothing is left to close.
+    /// Returns whether the card shows the thank-you page. That page has no close button.
     bool isFinished() const { return m_isFinished; }
 
-    /// Where the page ends, in the card's own coordinates.
+    /// Returns the y coordinate at which the visible part of the page ends, in the card's
+    /// coordinates and in device-independent pixels.
     int pageBottom() const;
 
-    /// Has the question read out, and moves the focus to its first control, or to the page itself
-    /// when it has none. `reason` decides whether the focus shows.
+    /// Makes a screen reader announce the page and moves the focus to the page's first control. If
+    /// the page has no control, the page itself receives the focus. `reason` decides whether the
+    /// control draws its focus ring.
     void beginPage(Qt::FocusReason reason);
 
-    /// Scrolls to `view`, if it lies on the page.
+    /// Scrolls the page until `view` is visible. Ignored if `view` is not on the page.
     void reveal(const QWidget *view);
-    /// Scrolls as the key says.
+    /// Scrolls the page by the step that belongs to `key`, a `Qt::Key`. Other keys do nothing.
     void scroll(int key);
 
-    /// The height at which the page need not scroll, while the card changes pages, one in between.
+    /// Returns the height at which the page fits without scrolling. During a page transition the
+    /// height lies between those of the old and the new page.
     int heightForWidth(int width) const override;
     bool hasHeightForWidth() const override { return true; }
 
 Q_SIGNALS:
-    /// `heightForWidth()` gives something else now.
+    /// Emitted when the result of `heightForWidth()` has changed.
     void heightChanged();
-    /// The page of another question is on the card. Not emitted for the first one.
+    /// Emitted when the card has switched to the page of another question. Not emitted for the
+    /// first question.
     void questionPresented();
-    /// The page that thanks is on the card.
+    /// Emitted when the thank-you page has replaced the last question.
     void finished();
-    /// The visitor wants to put the survey away.
+    /// Emitted when the visitor clicks the close button.
     void closeTapped();
 
 protected:
@@ -74,15 +79,21 @@ private:
     ScrollIndicator *m_scrollIndicator;
     PageControl *m_pageControl;
     CloseButton *m_closeButton;
+    /// The page on the card: a `QuestionView` or the `FinishSurveyView`.
     QWidget *m_currentQuestionView = nullptr;
-    /// The question that the page on screen asks: while it fades, the session is at the next one.
+    /// Index of the question on screen. While its page fades out, the session is already at the
+    /// next question.
     int m_presentedIndex = 0;
     bool m_isFinished = false;
+    /// Whether the current page is fading out.
     bool m_isLeavingPage = false;
+    /// Whether `beginPage()` is moving the focus, which must not scroll the page.
     bool m_isBeginningPage = false;
+    /// Whether the control that answered last showed its focus ring. The next page follows it.
     bool m_focusIsVisible = false;
-    /// Of the container: from the height of the page before to that of this one.
+    /// Height of the page container before the transition, in device-independent pixels.
     int m_previousHeight = 0;
+    /// Progress from the previous height (0) to the height of the current page (1).
     qreal m_growth = 1;
 };
 

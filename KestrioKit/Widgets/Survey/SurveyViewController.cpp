@@ -26,9 +26,9 @@ constexpr qreal entryDamping = 0.7;
 constexpr qreal entryVelocity = 0.4;
 constexpr auto slideOutDuration = 200ms;
 constexpr auto finishDelay = 1s;
-/// Of the cross-dissolve in which the dimming comes and goes.
+/// Duration of the fade of the dimming, in and out.
 constexpr auto dissolveDuration = 200ms;
-/// Qt does not tell how long its keyboards take to come; this is what most do.
+/// Qt does not report how long an on-screen keyboard takes to appear. Most take this long.
 constexpr auto keyboardDuration = 250ms;
 } // namespace Constant
 
@@ -56,7 +56,7 @@ SurveyViewController *SurveyViewController::presented() {
     return current();
 }
 
-// Coming
+// Presentation
 
 void SurveyViewController::present(QWidget *from) {
     current() = this;
@@ -84,7 +84,7 @@ void SurveyViewController::loadView() {
     questionPresented();
 }
 
-// A visitor who was typing or clicking when the survey came does not mean the survey.
+// A visitor who was typing or clicking when the survey appeared did not mean to answer it.
 void SurveyViewController::setAnswerable(bool isAnswerable) {
     m_isAnswerable = isAnswerable;
     m_backgroundView->setEnabled(isAnswerable);
@@ -140,7 +140,7 @@ void SurveyViewController::resizeEvent(QResizeEvent *event) {
 
 void SurveyViewController::keyboardChanged() {
     const int covered = KeyboardObserver::coveredHeight(height());
-    // Just so far that the page's end clears the keyboard.
+    // The card rises only until the end of the page is above the keyboard.
     const int belowPage = m_surveyView->height() - m_surveyView->pageBottom();
     const int offset =
         covered > 0 ? std::max(KestrioUI::Padding::tiny + covered - belowPage, 0) : 0;
@@ -158,7 +158,7 @@ void SurveyViewController::questionPresented() {
     visibilityChanged();
 }
 
-// What the window does not show yet is seen later, or never.
+// A question counts as seen only when the window actually shows it.
 void SurveyViewController::visibilityChanged() {
     if (m_isUnseen && isVisible() && !window()->isMinimized()) {
         m_isUnseen = false;
@@ -166,14 +166,14 @@ void SurveyViewController::visibilityChanged() {
     }
 }
 
-// Going
+// Dismissal
 
 void SurveyViewController::keyPressed(const QKeyEvent &event) {
     if (!m_isAnswerable)
         return;
     if (event.key() != Qt::Key_Escape)
         m_surveyView->scroll(event.key());
-    // A key that repeats was pressed for something else.
+    // A repeating Escape key was pressed for something else, before the survey.
     else if (!m_surveyView->isFinished() && !event.isAutoRepeat())
         userInitiatedClose();
 }
@@ -188,7 +188,7 @@ void SurveyViewController::windowGone() {
     dismiss(false);
 }
 
-// What is being pressed must not move away from under the pointer.
+// Scrolling would move the pressed control away from under the pointer.
 void SurveyViewController::focusMoved(QWidget *view) {
     if (QGuiApplication::mouseButtons() == Qt::NoButton)
         m_surveyView->reveal(view);

@@ -12,26 +12,28 @@ namespace KestrioKit {
 class Animation;
 class BackgroundView;
 
-/// A survey on screen: dims a window, and slides a card in over it. Keys and taps count from the
-/// end of that entry on. The session ends with the survey: when the visitor finishes or closes it,
-/// or when the window goes. For the main thread.
+/// Shows a survey over a host window: it dims the window and slides a card in. Keys and taps are
+/// ignored until this entry animation has ended. The session ends when the visitor finishes or
+/// closes the survey, or when the window is closed. Use it on the main thread only.
 class SurveyViewController final : public ModalOverlay {
     Q_OBJECT
 
 public:
-    /// `clock` must outlive the controller.
+    /// The controller owns `session`. `clock` must outlive the controller.
     SurveyViewController(std::unique_ptr<SurveySession> session, const Clock &clock);
+    /// Closes the session if the survey is still on screen.
     ~SurveyViewController() override;
 
-    /// The one that is on screen; null when none is.
+    /// Returns the controller that is on screen, or null if there is none.
     static SurveyViewController *presented();
 
-    /// Comes up over the window of `from`, which must be shown, and belongs to that window from
-    /// now on. Deletes itself when it has gone. To be called once.
+    /// Presents the survey over the window of `from`, which must be visible. The window then owns
+    /// the controller. The controller deletes itself after it is dismissed. Call this only once.
     void present(QWidget *from);
 
-    /// Finishes the session and goes. Animated, after the entry: nothing more when it is going
-    /// already. Not animated: immediately, whatever is under way.
+    /// Finishes the session and removes the survey from the window. Call it with `animated` only
+    /// after the entry animation; it is then ignored if a dismissal has already begun. Without
+    /// `animated` the survey disappears immediately, even during another animation.
     void dismiss(bool animated);
 
 protected:
@@ -56,20 +58,21 @@ private:
     void dissolve();
     void end();
 
-    /// Null once the survey has gone.
+    /// Null after the survey has ended.
     std::unique_ptr<SurveySession> m_session;
     KeyboardObserver m_keyboardObserver;
     BackgroundView *m_backgroundView;
     SurveyView *m_surveyView;
-    /// Where the card is on its way from below the window, 0, to its place, 1.
+    /// Progress of the card from below the window (0) to its final position (1).
     qreal m_cardPosition = 0;
-    /// By how much the keyboard has lifted it.
+    /// How far the card is raised above the on-screen keyboard, in device-independent pixels.
     qreal m_keyboardOffset = 0;
     QPointer<Animation> m_keyboardAnimation;
-    /// Whether the window has not shown the question on the card yet.
+    /// Whether the current question has not been visible in the window yet.
     bool m_isUnseen = false;
-    /// From the end of the entry on.
+    /// Whether the entry animation has ended, so that input is accepted.
     bool m_isAnswerable = false;
+    /// Whether `dismiss()` has been called.
     bool m_isDismissing = false;
 };
 
