@@ -15,7 +15,7 @@ QList<AccessibilityShield *> &shields() {
     return *list;
 }
 
-/// What assistive technology sees of a covered widget.
+/// Represents a covered widget to assistive technology, as invisible and without children.
 class CoveredInterface final : public QAccessibleObject {
 public:
     explicit CoveredInterface(QWidget *view) : QAccessibleObject(view) {}
@@ -37,8 +37,8 @@ public:
     }
 };
 
-/// And of the window: the one view on it that is not covered. The window's own interface may list
-/// nothing but parts that its class knows of.
+/// Represents the window, with the exception as its only child. The window's own interface may omit
+/// that child, because some classes list only parts they know.
 class WindowInterface final : public QAccessibleWidget {
 public:
     WindowInterface(QWidget *window, QWidget *exception)
@@ -81,8 +81,8 @@ bool AccessibilityShield::covers(const QWidget *view) const {
     return view->window() == m_window && view != m_exception && !m_exception->isAncestorOf(view);
 }
 
-// Before that nobody holds any. Forgetting them each time would cost: Qt never takes back the
-// connection to the widget that it makes with each interface.
+// No interface exists before accessibility is active. Deleting interfaces more often would waste
+// memory, because Qt never removes the connection that it makes to the widget for each interface.
 void AccessibilityShield::accessibilityActiveChanged(bool active) {
     if (!active || !m_window)
         return;
@@ -93,7 +93,7 @@ void AccessibilityShield::accessibilityActiveChanged(bool active) {
     forgetInterfaces(covered);
 }
 
-// They are made anew when asked for, by whichever factory is in charge then.
+// Qt creates the interfaces again on demand, with the factory that is installed then.
 void AccessibilityShield::forgetInterfaces(const QList<QPointer<QWidget>> &views) const {
     for (QWidget *const view : views) {
         QAccessibleInterface *const known =
@@ -101,7 +101,7 @@ void AccessibilityShield::forgetInterfaces(const QList<QPointer<QWidget>> &views
         if (known)
             QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(known));
     }
-    // Not while the window is being destroyed.
+    // The event must not be sent while the window is being destroyed.
     if (QAccessible::isActive() && m_window->isVisible()) {
         QAccessibleEvent reordered(m_window, QAccessible::ObjectReorder);
         QAccessible::updateAccessibility(&reordered);

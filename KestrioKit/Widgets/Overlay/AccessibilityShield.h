@@ -7,12 +7,16 @@
 
 namespace KestrioKit {
 
-/// Keeps assistive technology off the widgets of a window, but for those of one of its children:
-/// while it lives they are invisible to it, offer no actions, and what it held of them is void.
-/// For the main thread.
+/// Hides the widgets of a window from assistive technology, except one child and its descendants.
+/// As long as the shield exists, the hidden widgets are reported as invisible and offer no actions.
+/// Accessible interfaces that were handed out before become invalid. Use it on the main thread
+/// only.
 class AccessibilityShield final : private QAccessible::ActivationObserver {
 public:
+    /// `exception` is the child of `window` that stays accessible. It must outlive the shield,
+    /// while `window` may be destroyed before.
     AccessibilityShield(QWidget *window, QWidget *exception);
+    /// Makes the hidden widgets accessible again.
     ~AccessibilityShield() override;
     Q_DISABLE_COPY_MOVE(AccessibilityShield)
 
@@ -25,7 +29,7 @@ private:
 
     QPointer<QWidget> m_window;
     QWidget *m_exception;
-    /// Whose interfaces were made here.
+    /// The widgets whose accessible interfaces this shield has replaced.
     QList<QPointer<QWidget>> m_disguised;
 };
 

@@ -13,7 +13,7 @@ void BackgroundView::setAlpha(qreal alpha) {
     update();
 }
 
-// The first click may have been what brought the survey.
+// The first click of a double-click may have triggered the survey.
 void BackgroundView::mouseDoubleClickEvent(QMouseEvent *) {}
 
 void BackgroundView::mousePressEvent(QMouseEvent *event) {
@@ -21,7 +21,7 @@ void BackgroundView::mousePressEvent(QMouseEvent *event) {
     m_pressedAt = event->position().toPoint();
 }
 
-// What moves further is a drag or a swipe, wherever it ends.
+// A longer movement is a drag or a swipe, wherever it ends.
 void BackgroundView::mouseMoveEvent(QMouseEvent *event) {
     const QPoint way = event->position().toPoint() - m_pressedAt;
     if (way.manhattanLength() >= QApplication::startDragDistance())
@@ -41,7 +41,7 @@ void BackgroundView::paintEvent(QPaintEvent *event) {
     QColor color = m_color;
     color.setAlphaF(float(m_color.alphaF() * m_alpha));
     QPainter painter(this);
-    // What is transparent in the host's window is not dimmed, but stays transparent.
+    // Transparent areas of the host window stay transparent.
     if (window()->testAttribute(Qt::WA_TranslucentBackground))
         painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
     painter.fillRect(event->rect(), color);

@@ -9,7 +9,7 @@ namespace KestrioKit {
 
 namespace {
 
-/// A host that insists on the focus gets it in the end, but not the keys.
+/// After so many returns a persistent host keeps the focus, but still receives no keys.
 constexpr int mostReturns = 5;
 
 bool isKeyboardInput(QEvent::Type type) {
@@ -61,15 +61,15 @@ QWidget *FocusKeeper::target() const {
     return m_inside && m_inside->isVisible() ? m_inside.data() : m_view;
 }
 
-// Where the host moves the focus is where it belongs once the view has gone. While several changes
-// are nested, all but the last one arrive late and say what no longer holds.
+// The widget that the host focuses meanwhile receives the focus when the view is gone. If focus
+// changes are nested, the outer ones are reported last and are outdated by then.
 void FocusKeeper::focusChanged(QWidget *old, QWidget *now) {
     if (now != QApplication::focusWidget())
         return;
     if (isInside(now)) {
         watch(nullptr);
         m_inside = now;
-        // The visitor moves it; what the host moves comes from outside.
+        // The visitor moves the focus within the view. The host moves it from outside.
         if (isInside(old))
             m_returns = 0;
         Q_EMIT moved(now);
@@ -81,12 +81,12 @@ void FocusKeeper::focusChanged(QWidget *old, QWidget *now) {
         m_before = now;
         m_windowBefore = nullptr;
     }
-    // With the focus nowhere, the window itself gets the keys.
+    // The window itself receives the keys when no widget has the focus.
     watch(now ? now : m_view->window());
     scheduleReturn();
 }
 
-// A window inside of the host's takes the keys from all widgets.
+// An embedded native window receives the keys instead of all widgets.
 void FocusKeeper::focusWindowChanged(QWindow *now) {
     if (!isEmbedded(now))
         return;
@@ -103,7 +103,8 @@ void FocusKeeper::watch(QObject *intruder) {
         m_intruder->installEventFilter(this);
 }
 
-// Later: what moves the focus may be in the middle of something, and may move it again in return.
+// The call is queued because the code that moves the focus may not be finished, and may move it
+// again.
 void FocusKeeper::scheduleReturn() {
     if (!m_inside || m_isReturnScheduled || m_returns >= mostReturns)
         return;

@@ -7,9 +7,10 @@
 
 namespace KestrioKit {
 
-/// Keeps the keyboard for a view that covers its window. Once the focus has come to the view, or to
-/// a child of it, it returns there whenever the host moves it elsewhere in the window. Keys that
-/// reach the host meanwhile go to the view instead. For the main thread.
+/// Keeps the keyboard focus in a view that covers its window. After the view or one of its children
+/// has received the focus, the keeper moves the focus back whenever the host moves it elsewhere in
+/// the window. It gives up after five attempts. Keys that arrive outside the view are redirected to
+/// the view. Use it on the main thread only.
 class FocusKeeper final : public QObject {
     Q_OBJECT
 
@@ -17,15 +18,16 @@ public:
     /// `view` must outlive the keeper.
     explicit FocusKeeper(QWidget *view) : m_view(view) {}
 
-    /// Starts in the window that the view lies on now.
+    /// Starts to watch the focus in the current window of the view.
     void begin();
-    /// Stops, and gives the focus back to what had it before, or would have it now.
+    /// Stops watching. If the focus is inside the view, it returns to the widget that had it
+    /// before, or to the one that the host has chosen since.
     void end();
-    /// Moves the focus back into the view, if it was there before.
+    /// Moves the focus back into the view. Ignored if the view has never had the focus.
     void restore();
 
 Q_SIGNALS:
-    /// The focus has come to `view`, which is the view itself or a child of it.
+    /// Emitted when `view` has received the focus: the covering view itself or one of its children.
     void moved(QWidget *view);
 
 protected:
@@ -42,11 +44,15 @@ private:
     QWidget *target() const;
 
     QWidget *m_view;
+    /// The widget that receives the focus after `end()`.
     QPointer<QWidget> m_before;
+    /// The embedded native window that `end()` activates. Null if a widget had the focus.
     QPointer<QWindow> m_windowBefore;
+    /// The widget inside the view that had the focus last.
     QPointer<QWidget> m_inside;
-    /// What would get the keys while the focus is outside of the view.
+    /// The object outside the view that the keys would reach. Null while the focus is inside.
     QPointer<QObject> m_intruder;
+    /// How often the focus was moved back since the visitor last moved it.
     int m_returns = 0;
     bool m_isReturnScheduled = false;
 };

@@ -16,14 +16,14 @@ namespace {
 
 constexpr auto widgetWindow = "QWidgetWindow";
 
-// There, asking for it would ask the user to let the program record the screen.
+// On macOS a capture would prompt the user for the permission to record the screen.
 bool canGrabWindows() {
     return QGuiApplication::platformName() != "cocoa"_L1;
 }
 
 } // namespace
 
-// Windows that are no widgets do not render themselves.
+// `QWidget::render()` omits windows that are not widgets.
 QList<EmbeddedPicture> embeddedPictures(const QWidget *cover) {
     QList<EmbeddedPicture> pictures;
     if (!canGrabWindows())
@@ -61,7 +61,7 @@ HostShape::HostShape(QWidget *overlay) : QWidget(overlay) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
-// Half transparent is not transparent: the card stays opaque there.
+// Semi-transparent pixels count as opaque, so that the card stays opaque over them.
 void HostShape::follow(const QPixmap &picture) {
     QImage mask = picture.toImage().convertToFormat(QImage::Format_Alpha8);
     for (int y = 0; y < mask.height(); ++y) {

@@ -8,34 +8,38 @@
 
 namespace KestrioKit {
 
-/// What a native window inside of the host's looks like.
+/// A picture of a native window that is embedded in the host window.
 struct EmbeddedPicture {
     QPointer<QWindow> window;
     QPixmap picture;
 };
 
-/// Of those that nothing covers yet, where the platform gives away what they show.
+/// Captures the native windows beside `cover`. Call it before `cover` hides them. Returns an empty
+/// list where the platform does not allow a capture.
 QList<EmbeddedPicture> embeddedPictures(const QWidget *cover);
 
-/// What the host's window looks like behind `cover`, a child of it. Transparent where the window
-/// is.
+/// Renders the host window as it looks behind its child `cover`, and draws the captured windows
+/// `embedded` into it. The result is transparent where the window is.
 QPixmap pictureBehind(const QWidget *cover, const QList<EmbeddedPicture> &embedded);
 
-/// Keeps what is transparent in a translucent window transparent, whatever lies below this view on
-/// the overlay that it covers. Takes no input. For the main thread.
+/// Keeps the transparent areas of a translucent host window transparent. It lies on top of the
+/// overlay and erases there what the overlay has painted. It accepts no mouse input. Use it on the
+/// main thread only.
 class HostShape final : public QWidget {
     Q_OBJECT
 
 public:
+    /// `overlay` becomes the parent and owner.
     explicit HostShape(QWidget *overlay);
 
-    /// Takes the shape of the host's window in `picture`.
+    /// Takes over the shape of the host window from the transparency of `picture`.
     void follow(const QPixmap &picture);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    /// Opaque where the host window is not fully transparent.
     QPixmap m_mask;
 };
 

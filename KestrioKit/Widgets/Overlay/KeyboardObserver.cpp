@@ -10,8 +10,8 @@ namespace KestrioKit {
 
 namespace {
 
-/// The input method; null while no window has the focus. On Wayland without a seat none ever has,
-/// and every call to Qt's input method would dereference the missing seat.
+/// Returns the input method, or null while no window has the focus. On Wayland without a seat no
+/// window ever has the focus, and every call to Qt's input method would dereference the null seat.
 QInputMethod *focusedInputMethod() {
     return QGuiApplication::focusWindow() ? QGuiApplication::inputMethod() : nullptr;
 }

@@ -4,24 +4,25 @@
 
 namespace KestrioKit {
 
-/// Watches the on-screen keyboard (QInputMethod). It asks nothing of the keyboard while no window
-/// of the application has the focus. For the main thread.
+/// Watches the on-screen keyboard through `QInputMethod`. It does not access the keyboard while no
+/// window of the application has the focus. Use it on the main thread only.
 class KeyboardObserver final : public QObject {
     Q_OBJECT
 
 public:
     KeyboardObserver();
 
-    /// How much of a window of that height the keyboard covers at the bottom; 0 while it is hidden.
+    /// Returns how much the keyboard covers at the bottom of a window of the given height, in
+    /// device-independent pixels. Returns 0 while the keyboard is hidden.
     static int coveredHeight(int windowHeight);
 
-    /// Makes what is being composed a part of the text.
+    /// Commits text that is still being composed to the focused field.
     static void commit();
-    /// Hides the keyboard, if it is visible.
+    /// Hides the keyboard if it is visible.
     static void hide();
 
 Q_SIGNALS:
-    /// The keyboard comes, goes or moves.
+    /// Emitted when the keyboard appears, disappears or moves.
     void changed();
 };
 

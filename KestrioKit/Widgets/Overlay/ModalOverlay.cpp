@@ -19,7 +19,7 @@ namespace {
 
 constexpr auto thawDuration = 120ms;
 
-/// What a widget that does not want it would hand on to the widget under it.
+/// Returns whether a widget that ignores such an event passes it on to its parent.
 bool isInput(QEvent::Type type) {
     switch (type) {
     case QEvent::MouseButtonPress:
@@ -34,7 +34,7 @@ bool isInput(QEvent::Type type) {
     case QEvent::NativeGesture:
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
-    // Refused, a key becomes a shortcut of the host's.
+    // A key that is not accepted here can trigger a shortcut of the host.
     case QEvent::ShortcutOverride:
     case QEvent::ToolTip:
     case QEvent::WhatsThis:
@@ -49,8 +49,8 @@ bool isInput(QEvent::Type type) {
 
 ModalOverlay::ModalOverlay() {
     keepOwnLook(this);
-    // Touches are not accepted, since Qt makes mouse events of those that nobody takes. They do not
-    // go on to the host either.
+    // Touches stay unaccepted so that Qt turns them into mouse events. The attribute keeps both
+    // from the host.
     setAttribute(Qt::WA_NoMousePropagation);
     setAcceptDrops(true);
     setCursor(Qt::ArrowCursor);
@@ -104,8 +104,8 @@ void ModalOverlay::uncover() {
     hide();
 }
 
-// Shown with other flags, the window has another native window. Put into another one, such as a
-// dock into its main window, it is no window any more.
+// With new flags, the window also has a new native window. A dock that returns to its main window
+// is no longer a window at all.
 void ModalOverlay::windowReturned() {
     QWidget *const host = window();
     if (host == parentWidget()) {
@@ -120,7 +120,7 @@ void ModalOverlay::windowReturned() {
     m_focus.restore();
 }
 
-// A dock may be in a main window that shows another one in its place.
+// A dock may be back in a main window, behind another dock in the same tab area.
 void ModalOverlay::absenceLasted() {
     if (window() != parentWidget() && window()->isVisible())
         windowReturned();
@@ -130,13 +130,13 @@ void ModalOverlay::absenceLasted() {
 
 // Input
 
-// The base would paint all of it anew.
+// The base class would repaint the whole overlay.
 void ModalOverlay::focusInEvent(QFocusEvent *) {}
 void ModalOverlay::focusOutEvent(QFocusEvent *) {}
 
 bool ModalOverlay::event(QEvent *event) {
     const bool handled = QWidget::event(event);
-    // A style sheet makes a widget with a transparent background not opaque.
+    // A style sheet with a transparent background clears the attribute.
     if (event->type() == QEvent::Polish || event->type() == QEvent::StyleChange)
         setAttribute(Qt::WA_OpaquePaintEvent, !m_picture.isNull());
     if (!isInput(event->type()))
@@ -149,7 +149,7 @@ void ModalOverlay::keyPressEvent(QKeyEvent *event) {
     keyPressed(*event);
 }
 
-// Accepted on entering, what is dragged is not offered to the host; nothing can be dropped here.
+// Accepting the enter event keeps a drag from the host. The move event then refuses the drop.
 void ModalOverlay::dragEnterEvent(QDragEnterEvent *event) {
     event->accept();
 }
@@ -178,8 +178,8 @@ bool ModalOverlay::focusNextPrevChild(bool next) {
 
 // The window
 
-// Of the window, and of what lies beside the overlay, such as the scroll bars of a window that is a
-// scroll area itself, which come to the top whenever it is laid out.
+// Filters the window and the overlay's siblings. A sibling can rise above the overlay, for example
+// the scroll bars of a window that is a scroll area, on each layout.
 bool ModalOverlay::eventFilter(QObject *watched, QEvent *event) {
     if (watched == parent())
         return filterWindowEvent(event);
@@ -193,7 +193,7 @@ bool ModalOverlay::filterWindowEvent(QEvent *event) {
     case QEvent::Resize:
         setGeometry(parentWidget()->rect());
         return false;
-    // The screen has been turned, say: Qt counts the safe area among a widget's margins.
+    // The safe area has changed, for example by a rotation. Qt includes it in a widget's margins.
     case QEvent::ContentsRectChange:
         layOut();
         return false;
@@ -202,7 +202,7 @@ bool ModalOverlay::filterWindowEvent(QEvent *event) {
         return false;
     case QEvent::ChildAdded:
         return filterChildAdded(static_cast<QChildEvent *>(event)->child());
-    // What the host grabs for its window starts on the overlay, too.
+    // Gestures that the host grabs for its window also start on the overlay.
     case QEvent::Gesture:
     case QEvent::GestureOverride:
         return true;
@@ -212,7 +212,7 @@ bool ModalOverlay::filterWindowEvent(QEvent *event) {
 }
 
 bool ModalOverlay::filterChildAdded(QObject *child) {
-    // Not to be told of: a splitter would make a pane of the overlay.
+    // The host must not receive this event. A splitter would turn the overlay into a pane.
     if (child == this)
         return true;
     if (child->isWidgetType()) {
@@ -222,7 +222,7 @@ bool ModalOverlay::filterChildAdded(QObject *child) {
     return false;
 }
 
-// The host cannot be rendered here: that delivers this event again.
+// Rendering the host here would deliver this event again.
 void ModalOverlay::resizeEvent(QResizeEvent *) {
     const bool isNative = testAttribute(Qt::WA_NativeWindow);
     if (!isNative && !isPictureCurrent())
@@ -249,7 +249,7 @@ bool ModalOverlay::isPictureCurrent() const {
     return m_picture.isNull() || m_picture.deviceIndependentSize().toSize() == size();
 }
 
-// What is on screen looks the same.
+// The picture looks the same as the host on screen.
 void ModalOverlay::freeze() {
     m_picture = pictureBehind(this, m_embeddedPictures);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -264,7 +264,7 @@ void ModalOverlay::thaw() {
         m_picture = {};
         setAttribute(Qt::WA_OpaquePaintEvent, false);
     }
-    // What has changed meanwhile comes to light in strips: the host has to paint all of it.
+    // The host has to repaint completely. Strips spread the cost over several frames.
     Animation::start(this, AnimationTiming::easing(thawDuration),
                      [this, top = 0](qreal way) mutable {
                          const int bottom = qRound(height() * way);
@@ -286,9 +286,9 @@ void ModalOverlay::paintEvent(QPaintEvent *) {
     if (m_picture.isNull())
         return;
     QPainter painter(this);
-    // It replaces what is there, also where it is transparent.
+    // The picture replaces the previous content, also where it is transparent.
     painter.setCompositionMode(QPainter::CompositionMode_Source);
-    // All of it, since parts of a picture do not begin at whole pixels at every ratio.
+    // Parts of the picture would not start at whole pixels at every device pixel ratio.
     painter.drawPixmap(QPoint(), m_picture);
 }
 

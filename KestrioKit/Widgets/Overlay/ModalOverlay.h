@@ -10,36 +10,40 @@
 
 namespace KestrioKit {
 
-/// A view over a whole window. It follows the window's size, its place, and its being hidden for a
-/// moment. It keeps to itself what is done there: mouse, touch, gestures, keys, shortcuts, and the
-/// actions of assistive technology. What is on it has the focus, in a cycle of its own. For the
-/// main thread.
+/// A modal view that covers a whole host window. It follows the window's size, a change of parent
+/// and a short absence. It keeps all input from the host: mouse, touch, gestures, keys, shortcuts
+/// and the actions of assistive technology. Tab moves the focus among the overlay's own controls.
+/// Use it on the main thread only.
 class ModalOverlay : public QWidget {
     Q_OBJECT
 
 protected:
     ModalOverlay();
 
-    /// Lies down over `window`, which owns it from now on, and takes the keys. The focus stays
-    /// where it is until something on the overlay takes it.
+    /// Covers `window`, which then owns the overlay, and receives its keys. The focus does not move
+    /// until a control on the overlay takes it.
     void cover(QWidget *window);
-    /// Hides, and gives the focus back to what had it before.
+    /// Hides the overlay and returns the focus to the widget that had it before.
     void uncover();
 
-    /// Shows a picture of what is under it instead of the thing itself, so that moving something
-    /// on the overlay does not make the host paint. Until `thaw()`, or a change of size.
+    /// Paints a picture of the host instead of letting the host show through, so that an animation
+    /// on the overlay does not make the host repaint. Lasts until `thaw()` or a change of size.
     void freeze();
+    /// Lets the host show through again. An overlay with a native window takes a new picture
+    /// instead.
     void thaw();
 
-    /// Places what is on it; called whenever its size has changed.
+    /// Places the overlay's children. Called when the overlay is placed, resized or when the safe
+    /// area has changed.
     virtual void layOut() = 0;
-    /// A key was pressed that nothing on it has a use for.
+    /// Called for each pressed key that no control on the overlay handles.
     virtual void keyPressed(const QKeyEvent &event) = 0;
-    /// The window has been hidden or closed, and has stayed so.
+    /// Called when the window has been hidden or closed for two seconds.
     virtual void windowGone() = 0;
-    /// The window may show the overlay now: for the first time, or after being hidden or minimized.
+    /// Called when the overlay may have become visible: after it is placed, after its window is
+    /// shown again, and when the window's state changes.
     virtual void visibilityChanged() = 0;
-    /// The focus has come to `view`, which lies on it.
+    /// Called when `view` has received the focus: the overlay or one of its children.
     virtual void focusMoved(QWidget *view) = 0;
 
     bool event(QEvent *event) override;
@@ -71,8 +75,11 @@ private:
     WindowAbsence m_absence{this};
     NativeCover m_nativeCover{this};
     std::unique_ptr<AccessibilityShield> m_shield;
+    /// Pictures of the embedded native windows, taken before the overlay covered them.
     QList<EmbeddedPicture> m_embeddedPictures;
+    /// The picture of the host that the overlay paints. Null while the host shows through.
     QPixmap m_picture;
+    /// Null unless the host window is translucent.
     QPointer<HostShape> m_shape;
     bool m_isRenderingScheduled = false;
 };

@@ -29,7 +29,7 @@ void NativeCover::end() {
     m_window = nullptr;
 }
 
-// Later: the child is being made, or is not in its place yet.
+// The check is queued because the child is still being created or placed.
 bool NativeCover::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::ChildAdded && !m_isCheckScheduled) {
         m_isCheckScheduled = true;
@@ -47,7 +47,7 @@ void NativeCover::check() {
     Q_EMIT raised();
 }
 
-// Qt would make the widgets of the host beside it native, too, and leave them so.
+// Without the attribute, Qt would also make the host's sibling widgets native permanently.
 void NativeCover::makeNative() {
     constexpr auto attribute = Qt::AA_DontCreateNativeWidgetSiblings;
     const bool before = QCoreApplication::testAttribute(attribute);

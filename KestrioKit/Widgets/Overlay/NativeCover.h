@@ -7,9 +7,10 @@
 
 namespace KestrioKit {
 
-/// Keeps a view above the native windows inside of its window, such as those of
-/// `QWidget::createWindowContainer`. They lie above whatever has no native window itself, so the
-/// view gets one, but only where there are such windows. For the main thread.
+/// Keeps a view above the native windows that are embedded in its window, such as those of
+/// `QWidget::createWindowContainer()`. Native windows cover every widget that has no native window
+/// of its own. The view therefore becomes native, but only if its window contains such windows. Use
+/// it on the main thread only.
 class NativeCover final : public QObject {
     Q_OBJECT
 
@@ -17,15 +18,16 @@ public:
     /// `view` must outlive the cover.
     explicit NativeCover(QWidget *view) : m_view(view) {}
 
-    /// Watches the window that the view lies on now.
+    /// Starts to watch the current window of the view for embedded native windows.
     void begin();
+    /// Stops watching. The view stays native if it has become so.
     void end();
 
-    /// The native windows inside of the one that `view` lies on, but for its own.
+    /// Returns the native windows embedded in the window of `view`, except the one of `view`.
     static QList<QWindow *> windowsBeside(const QWidget *view);
 
 Q_SIGNALS:
-    /// The view has become a native window, or has been raised above a new one.
+    /// Emitted when the view has been raised above a native window that was added after `begin()`.
     void raised();
 
 protected:

@@ -28,7 +28,8 @@ void WindowAbsence::watch(QWidget *window) {
 }
 
 bool WindowAbsence::eventFilter(QObject *watched, QEvent *event) {
-    // Minimized, or on another desktop, a window is hidden by the system, and not gone.
+    // A spontaneous event means that the system hides the window, for example because it is
+    // minimized.
     if (event->type() == QEvent::Hide && !event->spontaneous()) {
         m_timer.start();
     } else if (event->type() == QEvent::Show && m_timer.isActive()) {

@@ -7,21 +7,23 @@
 
 namespace KestrioKit {
 
-/// Waits while a host's window is hidden: hosts hide a window for a moment to give it other flags
-/// or another place, and for longer to keep it in the tray. For the main thread.
+/// Distinguishes a short absence of a host window from a long one. Hosts hide a window for a moment
+/// to change its flags or its parent, and for longer to keep it in the tray. Use it on the main
+/// thread only.
 class WindowAbsence final : public QObject {
     Q_OBJECT
 
 public:
+    /// `parent` is the owner.
     explicit WindowAbsence(QObject *parent);
 
-    /// Watches `window`, and no other window any more.
+    /// Watches `window` instead of the window before. Null stops watching.
     void watch(QWidget *window);
 
 Q_SIGNALS:
-    /// The window is shown again within two seconds of being hidden.
+    /// Emitted when the window is shown again within two seconds after it was hidden.
     void ended();
-    /// The window has been hidden for two seconds.
+    /// Emitted when the window has been hidden for two seconds.
     void lasted();
 
 protected:

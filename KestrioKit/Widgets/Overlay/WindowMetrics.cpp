@@ -18,8 +18,8 @@ SizeClasses sizeClasses(const QSize &window) {
     return {sizeClass(window.width()), sizeClass(window.height())};
 }
 
-// Qt counts the safe area among the margins of each widget, unless a layout has placed the widget
-// inside of it, which none does here. Those of the window itself may be the host's own.
+// Qt includes the safe area in the margins of each widget, unless a layout has already placed the
+// widget inside it. No layout places the overlay. The window's own margins may come from the host.
 QMargins safeAreaInsets(const QWidget &view) {
     const QWidget *overlay = &view;
     while (overlay->parentWidget() && !overlay->parentWidget()->isWindow())
