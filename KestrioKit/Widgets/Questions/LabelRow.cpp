@@ -31,7 +31,7 @@ LabelRow::LabelRow(const QString &left, const QString &right, const SurveyColors
     connect(&colors, &SurveyColors::changed, this, &LabelRow::layOut);
 }
 
-// The one that is shorter than half leaves its rest to the other.
+// A label that needs less than half of the row leaves the rest to the other label.
 LabelRow::Widths LabelRow::widthsWithin(int width) const {
     const int room = std::max(width - Constant::spacing, 0);
     const int left = m_left->naturalWidth();

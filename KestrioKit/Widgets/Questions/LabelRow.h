@@ -7,12 +7,13 @@ namespace KestrioKit {
 class Label;
 class SurveyColors;
 
-/// Two texts at the ends of a row: on one line each where both fit, else side by side on several.
+/// Shows two texts at the two ends of a row. Each text takes one line if both fit, and otherwise
+/// wraps in its own column. Use it on the main thread only.
 class LabelRow final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `colors` outlives the row.
+    /// `left` is at the leading end and `right` at the trailing end. `colors` must outlive the row.
     LabelRow(const QString &left, const QString &right, const SurveyColors &colors);
 
     bool hasHeightForWidth() const override { return true; }
@@ -25,6 +26,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    /// Widths of the two labels, in device-independent pixels.
     struct Widths {
         int left;
         int right;

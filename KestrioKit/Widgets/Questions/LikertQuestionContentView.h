@@ -4,7 +4,7 @@
 
 namespace KestrioKit {
 
-/// A scale from 1 to 5.
+/// Answers a Likert question on a scale with five values. Use it on the main thread only.
 class LikertQuestionContentView final : public ScaleQuestionContentView {
     Q_OBJECT
 

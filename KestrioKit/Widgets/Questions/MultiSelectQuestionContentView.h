@@ -7,8 +7,9 @@ namespace KestrioKit {
 class ActionButton;
 class CheckboxButton;
 
-/// A column of check boxes, and a button that answers with those that are selected: an empty map
-/// when none is. Options without an id are left out.
+/// Shows a column of check boxes and a button that sends the answer. The answer is a map of the
+/// selected options, empty if none is selected. It omits options without an id. Use it on the main
+/// thread only.
 class MultiSelectQuestionContentView final : public QuestionContentContainer {
     Q_OBJECT
 

@@ -49,7 +49,7 @@ QWidget *MultipleChoiceQuestionContentView::firstControl() const {
     return m_buttons.isEmpty() ? nullptr : m_buttons.first();
 }
 
-// Without an id there is nothing to key the answer by.
+// The id is the key of the answer, so an option without an id cannot be sent.
 void MultipleChoiceQuestionContentView::buttonTapped(const SurveyOption &option) {
     if (option.id)
         Q_EMIT answered(QVariantMap{{QString::number(*option.id), option.value}});

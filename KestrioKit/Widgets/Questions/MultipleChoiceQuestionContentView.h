@@ -4,8 +4,8 @@
 
 namespace KestrioKit {
 
-/// A column of options, of which pressing one answers with its id and value. An option without an
-/// id does nothing.
+/// Shows a column of options. Clicking an option answers with its id and value. An option without
+/// an id does nothing. Use it on the main thread only.
 class MultipleChoiceQuestionContentView final : public QuestionContentContainer {
     Q_OBJECT
 

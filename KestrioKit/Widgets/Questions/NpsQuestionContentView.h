@@ -4,7 +4,8 @@
 
 namespace KestrioKit {
 
-/// The net-promoter scale, from 0 to 10.
+/// Answers a net promoter score question on a scale with eleven values, 0 to 10. Use it on the main
+/// thread only.
 class NpsQuestionContentView final : public ScaleQuestionContentView {
     Q_OBJECT
 

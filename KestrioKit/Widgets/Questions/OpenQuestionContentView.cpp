@@ -74,7 +74,7 @@ void OpenQuestionContentView::textViewDidChange() {
 }
 
 void OpenQuestionContentView::buttonTapped() {
-    // What is being composed belongs to the text.
+    // Text that an input method is still composing belongs to the answer.
     KeyboardObserver::commit();
     m_button->setFocus(Qt::OtherFocusReason);
     Q_EMIT answered(m_textView->typedText());

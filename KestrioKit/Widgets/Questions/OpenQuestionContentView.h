@@ -8,7 +8,8 @@ class ActionButton;
 class Label;
 class TextView;
 
-/// A field to write in, and a button that answers with what is in it, be it nothing.
+/// Shows a text field and a button that answers with the text of the field, which may be empty. Use
+/// it on the main thread only.
 class OpenQuestionContentView final : public QuestionContentContainer {
     Q_OBJECT
 

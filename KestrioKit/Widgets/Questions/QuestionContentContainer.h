@@ -8,21 +8,22 @@
 
 namespace KestrioKit {
 
-/// What a page lets the visitor answer its question with: one class per type of question. For the
-/// main thread.
+/// Base class of the controls that answer a question. Each question type has a subclass. Use it on
+/// the main thread only.
 class QuestionContentContainer : public QWidget {
     Q_OBJECT
 
 public:
-    /// The control that gets the focus when the page comes; null when there is none.
+    /// Returns the control that receives the focus when the page is shown, or null if there is
+    /// none.
     virtual QWidget *firstControl() const = 0;
 
 Q_SIGNALS:
-    /// The visitor has answered, with a value that `SurveySession::answer()` takes.
+    /// Emitted when the visitor answers. `SurveySession::answer()` accepts `answer`.
     void answered(const QVariant &answer);
 
 protected:
-    /// `colors` outlives the view.
+    /// Keeps copies of `question` and `texts`. `colors` must outlive the view.
     QuestionContentContainer(SurveyQuestion question, SurveyTexts texts,
                              const SurveyColors &colors);
 

@@ -33,7 +33,7 @@ ScaleQuestionContentView::ScaleQuestionContentView(const SurveyQuestion &questio
         m_buttons.append(button);
         ++value;
     }
-    // After the buttons, which have their new font by then.
+    // The row connects after its buttons, so that they already have the new font.
     connect(&colors, &SurveyColors::changed, buttonsContainerView, &ScaleRow::layOut);
     setRadioGroup(m_buttons, texts, question.firstLabel, question.lastLabel);
     new ArrowKeys(m_buttons, ArrowKeys::TabStops::one, this);

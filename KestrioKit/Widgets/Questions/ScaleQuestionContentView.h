@@ -6,7 +6,8 @@
 
 namespace KestrioKit {
 
-/// A row of numbers of which pressing one answers with it, and a label at each end.
+/// Shows a row of numbered buttons with a label at each end. Clicking a button answers with its
+/// number. Use it on the main thread only.
 class ScaleQuestionContentView : public QuestionContentContainer {
     Q_OBJECT
 
@@ -14,7 +15,8 @@ public:
     QWidget *firstControl() const override;
 
 protected:
-    /// A button for each of `identifiers`, the first standing for the question's `firstValue`.
+    /// Creates a button for each of `identifiers`, which become the object names. The first button
+    /// has the question's `firstValue`, and each further one the next number.
     ScaleQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
                              const SurveyColors &colors, const QStringList &identifiers);
 

@@ -18,13 +18,13 @@ namespace {
 namespace Constant {
 constexpr int dividerWidth = KestrioUI::BorderWidth::b1;
 constexpr int cornerRadius = KestrioUI::CornerRadius::r5;
-/// Around the numbers, at least.
+/// Minimum space around the numbers.
 constexpr QMargins titleInsets(2, 2, 2, 2);
 } // namespace Constant
 
 } // namespace
 
-// Not by fixing the height, which a host's style sheet could undo.
+// A fixed height could be undone by a host's style sheet. The size hint cannot.
 ScaleRow::ScaleRow(const SurveyColors &colors, int height) : m_colors(colors), m_height(height) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
@@ -49,7 +49,7 @@ void ScaleRow::layOut() {
     sizeTitles();
 }
 
-// All of a size, that of the one with the least room.
+// All titles have the same size, given by the button with the least space.
 void ScaleRow::sizeTitles() {
     int size = std::numeric_limits<int>::max();
     for (const ThemedButton *const button : m_buttons)

@@ -8,18 +8,19 @@ namespace KestrioKit {
 
 class ThemedButton;
 
-/// Buttons side by side in one frame, equally wide, with a line between each two.
+/// Shows buttons of equal width side by side in one frame, with a line between neighbours. Use it
+/// on the main thread only.
 class ScaleRow final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `colors` outlives the row.
+    /// `height` is the fixed height in device-independent pixels. `colors` must outlive the row.
     ScaleRow(const SurveyColors &colors, int height);
 
-    /// Owns the button from now on.
+    /// Adds `button` at the trailing end. The row then owns it.
     void addButton(ThemedButton *button);
 
-    /// Places the buttons, with titles as large as all of them have room for.
+    /// Places the buttons and gives all titles the largest common size that fits.
     void layOut();
 
     QSize sizeHint() const override { return {0, m_height}; }
