@@ -12,10 +12,11 @@ namespace KestrioKit {
 
 namespace {
 
-/// How near to its rest a spring is when its duration is over, as a part of the way.
+/// Distance of a spring from its rest at the end of its duration, as a fraction of the full
+/// distance.
 constexpr qreal restingDistance = 0.001;
 
-/// The underdamped harmonic oscillator, released one way off its rest.
+/// An underdamped harmonic oscillator that is released at the full distance from its rest.
 struct Spring {
     qreal decay;
     qreal frequency;
@@ -36,8 +37,7 @@ qreal secondsOf(std::chrono::milliseconds duration) {
     return std::chrono::duration<qreal>(duration).count();
 }
 
-// Whether the platform asks for the same states without the way there. The view's own style does
-// not know.
+// The platform's preference is in the application's style. The view's own style does not know it.
 bool wantsLessMotion() {
     return QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) <= 0;
 }

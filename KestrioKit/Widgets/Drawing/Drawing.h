@@ -8,22 +8,23 @@ class QPainter;
 
 namespace KestrioKit {
 
-/// `width` in device-independent pixels, made a whole number of the painter's own, so that a line
-/// of that width is sharp.
+/// Rounds `width`, in device-independent pixels, to a whole number of device pixels of `painter`,
+/// at least one. A line of that width looks sharp.
 qreal sharpWidth(const QPainter &painter, qreal width);
 
-/// `rect` without the pixels of the painter's that it covers in part.
+/// Returns `rect` without the device pixels of `painter` that it covers only partly.
 QRectF sharpRect(const QPainter &painter, const QRectF &rect);
 
-/// A border of `width` along the inner side of `rect`.
+/// Draws a rounded border of `width` along the inner side of `rect`. All sizes are in
+/// device-independent pixels.
 void drawRoundedBorder(QPainter &painter, const QRectF &rect, qreal radius, qreal width,
                        const QColor &color);
 
-/// Straight strokes from each point to the next.
+/// Draws straight lines of `width` from each point to the next.
 void drawStrokes(QPainter &painter, std::initializer_list<QPointF> points, qreal width,
                  const QColor &color);
 
-/// Tells where the focus is, within `rect`.
+/// Draws the ring that marks the focused control, a little inside `rect`.
 void drawFocusRing(QPainter &painter, const QRectF &rect, qreal radius, const QColor &color);
 
 } // namespace KestrioKit

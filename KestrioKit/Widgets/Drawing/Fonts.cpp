@@ -25,10 +25,10 @@ int pixelSize(TextStyle style) {
 
 QFont preferredFont(TextStyle style) {
     const QFont applicationFont = QGuiApplication::font();
-    // Resolved, because the host may have given its font's size in pixels.
+    // QFontInfo converts the size to points if the host has set it in pixels.
     const qreal growth =
         std::max<qreal>(QFontInfo(applicationFont).pointSizeF() / referencePointSize, 1);
-    // The family alone: whatever else the host's font is, bold say, is not for a survey.
+    // Only the family is used. Other attributes of the host's font, such as bold, are not wanted.
     QFont font(applicationFont.families());
     font.setPixelSize(qRound(pixelSize(style) * growth));
     font.setBold(style == TextStyle::title2);

@@ -9,15 +9,15 @@ namespace KestrioKit {
 class SurveyColors;
 class WrappedText;
 
-/// The roles that text plays on the survey screens.
+/// The text styles of the survey screens: titles and everything else.
 enum class TextStyle { title2, body };
 
-/// The font for texts of that style, of the application font's family. Title 2 is bold.
-/// Title 2 is 22 and Body 17 device-independent pixels while the application's font has 10 points
-/// or less, and both grow with it above.
+/// Returns the font of a text style, in the family of the application's font. Title 2 is bold and
+/// 22 device-independent pixels high, body is 17. Both grow in proportion if the application's font
+/// is larger than 10 points.
 QFont preferredFont(TextStyle style);
 
-/// Gives `text`, which `view` shows and owns, the font of its style anew whenever `colors` change.
+/// Updates the font of `text` whenever `colors` emits `changed()`. `view` must own `text`.
 void followFont(QWidget *view, const SurveyColors &colors, WrappedText &text, TextStyle style);
 
 } // namespace KestrioKit

@@ -1,8 +1,9 @@
 #pragma once
 
-/// What the survey screens share. Sizes are in device-independent pixels.
+/// Sizes that the survey screens share, in device-independent pixels.
 namespace KestrioKit::KestrioUI {
 
+/// Space around and between views.
 namespace Padding {
 inline constexpr int tiny = 8;
 inline constexpr int regular = 16;

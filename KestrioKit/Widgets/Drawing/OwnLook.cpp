@@ -12,10 +12,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Built into Qt on every platform.
+/// This style is part of Qt on every platform.
 constexpr auto styleName = "Fusion"_L1;
-/// Wider and higher than any widget gets, in pixels, and less than the most that Qt takes together
-/// with borders and margins.
+/// A size in pixels that no widget reaches. Together with borders and margins it stays below Qt's
+/// own limit.
 constexpr int unlimitedSize = 1'000'000;
 
 } // namespace
@@ -35,7 +35,7 @@ QString undoingDeclarations() {
                unlimitedSize);
 }
 
-// The nearest style sheet wins, and brings the style along to all widgets inside.
+// The nearest style sheet wins, and it also passes the style on to all descendants.
 void keepOwnLook(QWidget *view) {
     view->setStyle(ownStyle());
     view->setStyleSheet(u"* { %1 }"_s.arg(undoingDeclarations()));

@@ -7,15 +7,16 @@ class QWidget;
 
 namespace KestrioKit {
 
-/// Keeps the look that the host gives to its widgets away from `view` and from everything in it:
-/// its style, and the style sheets of the application and of the windows around `view`, also when
-/// they are set later. A widget in it that has a style sheet of its own needs `ownStyle()` too.
+/// Protects `view` and its descendants from the host's style and style sheets. This includes the
+/// style sheets of the application and of all ancestors, even if they are set later. A descendant
+/// with a style sheet of its own also needs `ownStyle()`. Call it on the main thread.
 void keepOwnLook(QWidget *view);
 
-/// The style of the survey's widgets, whatever the host's is. Lives as long as the application.
+/// Returns the style of the survey's widgets, which does not depend on the host's style. The
+/// application object owns it.
 QStyle *ownStyle();
 
-/// The declarations of a style sheet that undo what a host's style sheet can do to any widget.
+/// Returns style sheet declarations that undo what a host's style sheet can do to any widget.
 QString undoingDeclarations();
 
 } // namespace KestrioKit

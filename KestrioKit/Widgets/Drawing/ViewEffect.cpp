@@ -31,7 +31,7 @@ void ViewEffect::setScale(QWidget *view, qreal scale) {
     effect.refresh();
 }
 
-// Switched off, an effect lets its widget paint straight to the screen.
+// A disabled effect lets its widget paint directly, without a pixmap in between.
 void ViewEffect::refresh() {
     const bool changesAnything = m_alpha != 1 || m_scale != 1;
     if (changesAnything != isEnabled())

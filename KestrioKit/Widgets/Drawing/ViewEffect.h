@@ -4,18 +4,19 @@
 
 namespace KestrioKit {
 
-/// Shows its widget, with all that is on it, paler or smaller. Both are 1 at first, and cost
-/// nothing then.
+/// Shows a widget and its descendants with another opacity or size. Both factors are 1 by default.
+/// The effect is disabled then and costs nothing. Use it on the main thread only.
 class ViewEffect final : public QGraphicsEffect {
     Q_OBJECT
 
 public:
-    /// From 0, unseen, to 1.
+    /// Sets the opacity of `view`, from 0 (invisible) to 1 (opaque).
     static void setAlpha(QWidget *view, qreal alpha);
+    /// Returns the opacity of `view`. It is 1 if none was set.
     static qreal alpha(const QWidget *view);
 
-    /// About the middle of the widget; 1 is its own size, and nothing grows beyond that by more
-    /// than an overshooting animation does.
+    /// Scales `view` around its centre. 1 is the normal size. Values above 1 are meant only for the
+    /// overshoot of an animation.
     static void setScale(QWidget *view, qreal scale);
 
 protected:

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Wide enough for any line.
+/// A width that is sufficient for any line.
 constexpr int unlimitedWidth = 1 << 20;
 
 qreal lineOffset(const QTextLine &line, int width, Qt::Alignment alignment) {
@@ -37,7 +37,7 @@ const QTextLayout &WrappedText::layOut(int width) const {
     m_width = width;
     QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    // By the text itself: the host's language may be written the other way.
+    // The text decides its direction, because the host's language may have the opposite one.
     option.setTextDirection(Qt::LayoutDirectionAuto);
     m_layout->setTextOption(option);
     m_layout->beginLayout();
