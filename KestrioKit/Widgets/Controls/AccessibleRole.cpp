@@ -65,7 +65,7 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object) {
 } // namespace
 
 void setAccessibleRole(QWidget *view, QAccessible::Role role) {
-    // Qt takes it once, and forgets it with each application object.
+    // Qt ignores repeated installations, but drops the factory with each application object.
     QAccessible::installFactory(makeInterface);
     view->setProperty(roleProperty, int(role));
 }

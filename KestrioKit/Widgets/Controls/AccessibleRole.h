@@ -9,18 +9,21 @@ class QWidget;
 
 namespace KestrioKit {
 
-/// Tells assistive technology what a plain widget is for. Its name is `QWidget::accessibleName`.
+/// Sets the role that assistive technology reports for `view`. The accessible name remains
+/// `QWidget::accessibleName`. Call it on the main thread, like all functions of this file.
 void setAccessibleRole(QWidget *view, QAccessible::Role role);
 
-/// Has assistive technology read the name of `label`, which must outlive `view`, before the view's.
+/// Makes `label` the accessible label of `view`. Assistive technology reads the name of `label`
+/// before that of `view`. `label` must outlive `view`.
 void setAccessibleLabel(QWidget *view, QWidget *label);
 
-/// Presents buttons that lie beside each other as radio buttons. Each one's description says which
-/// of them it is, since Qt has no property for that; at the ends, also what their labels say.
+/// Gives adjacent buttons the role of radio buttons. The accessible description of each button
+/// states its position, because Qt has no property for that. The descriptions of the first and the
+/// last button also contain `firstLabel` and `lastLabel`.
 void setRadioGroup(const QList<QWidget *> &buttons, const SurveyTexts &texts,
                    const QString &firstLabel = {}, const QString &lastLabel = {});
 
-/// Has a screen reader say the view's name now.
+/// Makes a screen reader announce the accessible name of `view` now.
 void announce(QWidget *view);
 
 } // namespace KestrioKit

@@ -6,12 +6,13 @@
 
 namespace KestrioKit {
 
-/// The button that sends an answer: filled with the accent colour.
+/// The button that sends an answer. It is filled with the accent colour, and its title wraps. Use
+/// it on the main thread only.
 class ActionButton final : public Button {
     Q_OBJECT
 
 public:
-    /// `colors` outlives the button.
+    /// `title` is plain text. `colors` must outlive the button.
     ActionButton(const QString &title, const SurveyColors &colors);
 
     bool hasHeightForWidth() const override { return true; }

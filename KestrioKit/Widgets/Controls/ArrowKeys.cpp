@@ -55,7 +55,7 @@ bool ArrowKeys::moveFocus(const QWidget *from, int key) {
         return false;
     }
     target = qBound(qsizetype(0), target, last);
-    // Beyond the ends the page scrolls.
+    // Beyond the ends the key scrolls the page.
     if (target == position)
         return false;
     m_controls[target]->setFocus(Qt::TabFocusReason);

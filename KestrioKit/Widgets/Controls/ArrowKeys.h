@@ -7,15 +7,17 @@ class QWidget;
 
 namespace KestrioKit {
 
-/// Has the arrow keys, Home and End move the focus along a row or column of controls. For the main
-/// thread.
+/// Moves the focus along a row or column of controls with the arrow keys, Home and End. Beyond the
+/// ends it leaves the keys to the page. Use it on the main thread only.
 class ArrowKeys final : public QObject {
     Q_OBJECT
 
 public:
+    /// Whether Tab stops at each control or only at one.
     enum class TabStops { each, one };
 
-    /// With one stop, Tab comes to the control that had the focus last, and leaves from there.
+    /// With `TabStops::one`, Tab enters the group at the control that had the focus last, and the
+    /// next Tab leaves the group. `parent` owns this object. `controls` must outlive it.
     ArrowKeys(QList<QWidget *> controls, TabStops tabStops, QObject *parent);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -15,7 +15,7 @@ bool isFromKeyboard(Qt::FocusReason reason) {
 
 Button::Button(const QString &title) {
     setText(title);
-    // The base makes a shortcut of what follows an ampersand.
+    // The base class creates a shortcut from an ampersand in the title.
     setShortcut({});
     setAccessibleName(title);
     setFocusPolicy(Qt::StrongFocus);

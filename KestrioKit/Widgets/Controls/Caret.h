@@ -10,20 +10,22 @@ class QTextEdit;
 
 namespace KestrioKit {
 
-/// The blinking line at which a field is being written, in a colour of its own: the field's would
-/// be the inverse of its background. Hides the field's own; the field says when this one is due.
+/// The blinking text cursor of a field, in the accent colour. It replaces the field's own cursor,
+/// whose colour would be the inverse of the background. The field calls `restart()` and `stop()`
+/// when the focus changes. Use it on the main thread only.
 class Caret final : public QObject {
     Q_OBJECT
 
 public:
-    /// `field` and `colors` outlive it.
+    /// `field` and `colors` must outlive the caret.
     Caret(QTextEdit &field, const SurveyColors &colors);
 
-    /// Shows it now, to blink from there on.
+    /// Shows the caret immediately and starts the blinking again.
     void restart();
+    /// Hides the caret.
     void stop();
 
-    /// On the field's viewport.
+    /// Draws the caret if it is visible. `painter` must paint on the field's viewport.
     void draw(QPainter &painter) const;
 
 protected:

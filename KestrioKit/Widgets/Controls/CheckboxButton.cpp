@@ -23,10 +23,11 @@ constexpr QSize checkboxSize(20, 20);
 constexpr int checkboxInset = 1;
 constexpr qreal checkboxBorderWidth = 1;
 constexpr qreal checkmarkLineWidth = 1;
-/// Of both, so that they fill whole pixels of a screen at scale 1.
+/// Line width of border and check mark in palettes that keep contrast. It fills whole pixels at
+/// scale 1.
 constexpr qreal contrastLineWidth = 2;
 constexpr QMargins insets(14, 12, 14, 12);
-/// Between the image and the label.
+/// Distance between the image and the label.
 constexpr int spacing = KestrioUI::Padding::tiny;
 constexpr qreal highlightedAlpha = 0.5;
 constexpr auto dissolveDuration = 100ms;

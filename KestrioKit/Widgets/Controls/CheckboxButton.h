@@ -8,18 +8,19 @@
 
 namespace KestrioKit {
 
-/// A row that can be selected, with a check box and a title that wraps. Its owner selects it
-/// (`setChecked`): a click alone does not.
+/// A selectable row with a check box and a title that wraps. A click alone does not select it: its
+/// owner calls `setChecked()` or `toggleAnimated()`. Use it on the main thread only.
 class CheckboxButton final : public Button {
     Q_OBJECT
 
 public:
-    /// `colors` outlives the button.
+    /// `title` is plain text. `colors` must outlive the button.
     CheckboxButton(const QString &title, const SurveyColors &colors);
 
-    /// `setChecked(!isChecked())`, dissolving from one look into the other.
+    /// Toggles the selection immediately and cross-fades between the two images.
     void toggleAnimated();
 
+    /// Returns the opacity: reduced while the button is pressed, otherwise 1.
     qreal alpha() const override;
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;
@@ -31,7 +32,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// The opacity to paint it with, which not every palette expresses a press by.
+    /// Returns the opacity to paint with. It is always 1 for a palette that keeps contrast. Such a
+    /// palette shows a press by a background instead.
     qreal opacity() const;
     void drawPressed(QPainter &painter) const;
     void drawCheckbox(QPainter &painter) const;
@@ -41,8 +43,9 @@ private:
     const SurveyColors &m_colors;
     DrawnImage m_uncheckedImage;
     DrawnImage m_checkedImage;
-    /// How much of the checked image shows, from 0 to 1.
+    /// Opacity of the checked image, from 0 (invisible) to 1 (opaque).
     qreal m_checkedAlpha = 0;
+    /// The running cross-fade. Null if there is none.
     QPointer<Animation> m_dissolve;
 };
 

@@ -6,14 +6,15 @@
 
 namespace KestrioKit {
 
-/// The round button that puts a survey away.
+/// The round button that closes a survey. Use it on the main thread only.
 class CloseButton final : public Button {
     Q_OBJECT
 
 public:
-    /// `colors` outlives the button.
+    /// `title` is the accessible name. `colors` must outlive the button.
     CloseButton(const QString &title, const SurveyColors &colors);
 
+    /// Returns the opacity: reduced while the button is pressed, otherwise 1.
     qreal alpha() const override;
     QSize sizeHint() const override;
 

@@ -10,7 +10,7 @@ namespace {
 
 constexpr double secondsPerMillisecond = 0.001;
 
-// The keys that press a `Button`.
+// These are the keys that click a `Button`.
 bool isPress(int key) {
     return key == Qt::Key_Space || key == Qt::Key_Select || key == Qt::Key_Return ||
            key == Qt::Key_Enter;
@@ -43,7 +43,7 @@ bool DoublePressFilter::isSecondPress(const QObject *button, const QEvent &event
     if (!m_hasClicked || button != m_pressed)
         return false;
     const int interval = QGuiApplication::styleHints()->mouseDoubleClickInterval();
-    // The platform knows when its clicks were made, however late they are delivered.
+    // The platform recognizes a double-click correctly even if its events are delivered late.
     return event.type() == QEvent::MouseButtonDblClick ||
            m_clock.now() < m_pressedAt + interval * secondsPerMillisecond;
 }

@@ -9,13 +9,14 @@
 
 namespace KestrioKit {
 
-/// Lets a double-click, or two quick presses of a key, click a button once: after a click the same
-/// button takes no press until the platform's double-click interval has passed. Other buttons do.
+/// Makes a double-click, or two quick presses of a key, click a button only once. After a click,
+/// the same button ignores presses until the platform's double-click interval has passed since the
+/// press. Other buttons are not affected. Use it on the main thread only.
 class DoublePressFilter final : public QObject {
     Q_OBJECT
 
 public:
-    /// `clock` must outlive this object, which `parent` owns.
+    /// `parent` owns this object. `clock` must outlive it.
     DoublePressFilter(const QList<QAbstractButton *> &buttons, const Clock &clock, QObject *parent);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -24,8 +25,10 @@ private:
     bool isSecondPress(const QObject *button, const QEvent &event) const;
 
     const Clock &m_clock;
+    /// The button that was pressed last, and when.
     QPointer<QObject> m_pressed;
     DispatchTime m_pressedAt;
+    /// Whether that press has clicked the button.
     bool m_hasClicked = false;
 };
 

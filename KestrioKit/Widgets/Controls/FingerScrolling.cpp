@@ -11,7 +11,7 @@ namespace KestrioKit {
 
 namespace {
 
-/// Where no control is: what is released there has not been clicked.
+/// A position outside all controls. A release there does not click the pressed control.
 constexpr QPointF farAway(-10000, -10000);
 
 } // namespace
@@ -26,8 +26,8 @@ FingerScrolling::FingerScrolling(QWidget *view)
     view->installEventFilter(this);
 }
 
-// The window is told of every touch; the view only of those that it takes, from which Qt makes no
-// clicks.
+// The window receives every touch. The view would receive only touches that it accepts, and Qt
+// makes no clicks from those.
 bool FingerScrolling::eventFilter(QObject *watched, QEvent *event) {
     switch (event->type()) {
     case QEvent::Show:
@@ -43,7 +43,7 @@ bool FingerScrolling::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::TouchEnd:
         end(*static_cast<QTouchEvent *>(event));
         return false;
-    // It says nothing of where the finger is.
+    // This event carries no position.
     case QEvent::TouchCancel:
         m_scroller->stop();
         m_isTracking = false;
@@ -63,7 +63,7 @@ bool FingerScrolling::begin(const QTouchEvent &event) {
                    m_view->rect().contains(position(event).toPoint());
     if (!m_isTracking)
         return false;
-    // A finger that stops what rolls presses nothing.
+    // A finger that stops a rolling view must not press a control.
     const bool isRolling = m_scroller->state() == QScroller::Scrolling;
     m_scroller->handleInput(QScroller::InputPress, position(event), qint64(event.timestamp()));
     return isRolling;
@@ -82,7 +82,7 @@ bool FingerScrolling::move(QTouchEvent &event) {
     return true;
 }
 
-// Handed on, since Qt has a mouse button to release.
+// The caller passes the event on, because Qt has to release the mouse button.
 void FingerScrolling::end(const QTouchEvent &event) {
     if (m_isTracking)
         m_scroller->handleInput(QScroller::InputRelease, position(event),

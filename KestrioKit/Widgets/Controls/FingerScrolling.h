@@ -10,13 +10,14 @@ class QWindow;
 
 namespace KestrioKit {
 
-/// Has a finger scroll a view, through the view's `QScroller`: what was pressed on the view is let
-/// go of as soon as the finger moves. Qt's own way (`QScroller::grabGesture`) leaks for every view.
+/// Lets a finger scroll a view through the view's `QScroller`. A control that was pressed on the
+/// view is released without a click as soon as the finger drags. `QScroller::grabGesture()` is not
+/// used because it leaks memory for every view. Use it on the main thread only.
 class FingerScrolling final : public QObject {
     Q_OBJECT
 
 public:
-    /// `view` must answer `QScrollPrepareEvent` and `QScrollEvent`, and owns this.
+    /// `view` owns this object. It must handle `QScrollPrepareEvent` and `QScrollEvent`.
     explicit FingerScrolling(QWidget *view);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

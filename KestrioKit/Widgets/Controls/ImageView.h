@@ -7,12 +7,12 @@
 
 namespace KestrioKit {
 
-/// Shows an image in its own size.
+/// Shows an image in its own size. Use it on the main thread only.
 class ImageView final : public QWidget {
     Q_OBJECT
 
 public:
-    /// The image is drawn again when `colors` change; they outlive it.
+    /// The image is drawn again whenever `colors` change. `colors` must outlive the view.
     ImageView(DrawnImage image, const SurveyColors &colors);
 
     QSize sizeHint() const override { return m_image.size(); }

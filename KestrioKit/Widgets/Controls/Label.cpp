@@ -14,7 +14,7 @@ Label::Label(const QString &text, TextStyle style, const SurveyColors &colors,
       m_alignment(alignment) {
     followFont(this, colors, m_text, style);
     connect(&colors, &SurveyColors::changed, this, [this] { m_overhang = m_text.overhang(); });
-    // The base is what tells assistive technology of the text.
+    // The base class reports the text to assistive technology.
     setTextFormat(Qt::PlainText);
     setText(text);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);

@@ -8,23 +8,24 @@
 
 namespace KestrioKit {
 
-/// Shows a plain text whole, on as many lines as its width asks for.
+/// Shows a whole plain text, wrapped into as many lines as the width requires. Use it on the main
+/// thread only.
 class Label final : public QLabel {
     Q_OBJECT
 
 public:
-    /// `alignment` is leading, trailing (`AlignRight`), or in the middle; mirrored for languages
-    /// that are written from the right.
-    /// `colors` outlives the label.
+    /// `role` is the colour of the text. `alignment` is leading (`AlignLeft`), trailing
+    /// (`AlignRight`) or centred. It is mirrored in right-to-left layouts. `colors` must outlive
+    /// the label.
     Label(const QString &text, TextStyle style, const SurveyColors &colors,
           QColor SurveyPalette::*role = &SurveyPalette::text,
           Qt::Alignment alignment = Qt::AlignLeft);
 
-    /// The width that it takes on one line.
+    /// Returns the smallest width at which only the text's own line feeds break lines.
     int naturalWidth() const { return m_text.naturalWidth(); }
 
     bool hasHeightForWidth() const override { return true; }
-    /// Nothing for an empty text.
+    /// Returns 0 for an empty text.
     int heightForWidth(int width) const override;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -34,6 +35,7 @@ protected:
 
 private:
     WrappedText m_text;
+    /// How far glyphs extend above and below the lines.
     QMargins m_overhang;
     const SurveyColors &m_colors;
     QColor SurveyPalette::*m_role;

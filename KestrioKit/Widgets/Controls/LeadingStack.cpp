@@ -22,7 +22,7 @@ LeadingStack::LeadingStack(int spacing) {
 }
 
 LeadingStack::~LeadingStack() {
-    // A layout among them takes itself off the list.
+    // A nested layout removes itself from the list when it is deleted.
     while (!m_items.isEmpty())
         delete m_items.takeFirst();
 }

@@ -4,16 +4,17 @@
 
 namespace KestrioKit {
 
-/// A column in which each view keeps its own width, as far as there is room, and lies at the
-/// leading edge.
+/// A column layout that aligns its items at the leading edge. Each item keeps its preferred width,
+/// as far as the column is wide enough. Use it on the main thread only.
 class LeadingStack final : public QLayout {
     Q_OBJECT
 
 public:
+    /// `spacing` is the distance between items in device-independent pixels.
     explicit LeadingStack(int spacing);
     ~LeadingStack() override;
 
-    /// Owns the layout from now on.
+    /// Appends `layout` and takes ownership of it.
     void addLayout(QLayout *layout);
 
     void addItem(QLayoutItem *item) override { m_items.append(item); }

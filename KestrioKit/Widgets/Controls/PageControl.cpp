@@ -13,9 +13,9 @@ namespace {
 namespace Constant {
 constexpr int height = 26;
 constexpr qreal dotSize = 7;
-/// Of a dot beyond which there are more.
+/// Size of an outermost dot beyond which there are more pages.
 constexpr qreal edgeDotSize = 4;
-/// From the middle of a dot to that of the next.
+/// Distance between the centres of neighbouring dots.
 constexpr int pitch = 16;
 } // namespace Constant
 
@@ -23,7 +23,7 @@ constexpr int pitch = 16;
 
 PageControl::PageControl(int numberOfPages, SurveyTexts texts, const SurveyColors &colors)
     : m_numberOfPages(numberOfPages), m_texts(std::move(texts)), m_colors(colors) {
-    // Without a value, of which a screen reader would make a percentage.
+    // No value is set, because a screen reader would read it as a percentage.
     setAccessibleRole(this, QAccessible::ProgressBar);
     describe();
 }

@@ -7,15 +7,16 @@ namespace KestrioKit {
 class ScrollView;
 class SurveyColors;
 
-/// Shows, beside a scroll view, which part of its content is in sight, and can be dragged. Hidden
-/// while all of it is.
+/// A narrow scroll bar that shows which part of a scroll view's content is visible. The visitor can
+/// drag it. It is hidden while the whole content is visible. Use it on the main thread only.
 class ScrollIndicator final : public QWidget {
     Q_OBJECT
 
 public:
+    /// Width of the indicator, in device-independent pixels.
     static constexpr int breadth = 12;
 
-    /// `view` and `colors` must outlive it.
+    /// `view` and `colors` must outlive the indicator.
     ScrollIndicator(ScrollView &view, const SurveyColors &colors);
 
 protected:
@@ -29,7 +30,7 @@ private:
 
     ScrollView &m_view;
     const SurveyColors &m_colors;
-    /// Where on the thumb it is held.
+    /// Distance of the pointer from the top of the dragged thumb.
     qreal m_grip = 0;
 };
 

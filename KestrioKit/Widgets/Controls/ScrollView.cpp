@@ -14,10 +14,10 @@ namespace KestrioKit {
 
 namespace {
 
-/// Of a wheel's angle, which is given in eighths of a degree (QWheelEvent::angleDelta).
+/// Angle of one wheel step, in eighths of a degree as in `QWheelEvent::angleDelta()`.
 constexpr int anglePerStep = QWheelEvent::DefaultDeltasPerStep;
 constexpr int pixelsPerLine = 20;
-/// What is left between a view that was scrolled to and the edge.
+/// Minimum distance between a revealed view and the edge.
 constexpr int revealMargin = 8;
 
 qreal distance(const QWheelEvent &event) {
@@ -133,7 +133,7 @@ void ScrollView::resizeEvent(QResizeEvent *) {
 
 void ScrollView::wheelEvent(QWheelEvent *event) {
     const qreal turned = distance(*event);
-    // A wheel that turns back starts from there.
+    // The remainder is dropped when the wheel changes direction.
     if (turned * m_wheelRemainder < 0)
         m_wheelRemainder = 0;
     m_wheelRemainder += turned;

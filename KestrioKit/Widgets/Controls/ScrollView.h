@@ -6,37 +6,43 @@ namespace KestrioKit {
 
 class SurveyColors;
 
-/// Shows a content of its own width, and scrolls it where it is higher: with a finger, the wheel,
-/// or by moving the focus. Filled, so that what is under it need not be painted.
+/// Shows content that is as wide as the view and scrolls it vertically if it is higher. The visitor
+/// scrolls with a finger, the wheel or the keyboard. The view is opaque, so that widgets behind it
+/// are not painted. Use it on the main thread only.
 class ScrollView final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `colors` outlives it.
+    /// `colors` must outlive the view.
     explicit ScrollView(const SurveyColors &colors);
 
-    /// Owns `content` from now on. The content before, if any, is no longer shown here.
+    /// Shows `content` from its top and takes ownership of it. The previous content is no longer
+    /// laid out or scrolled. The caller must hide and delete it.
     void setContent(QWidget *content);
 
-    /// The height at which the content need not scroll, for that width.
+    /// Returns the height of the content at `width`, or 0 without content.
     int contentHeight(int width) const;
 
-    /// Takes the content's height over when it has changed.
+    /// Adapts to the content's height. Call it when that height has changed.
     void layOut();
 
-    /// How far the content can be scrolled, and is, in pixels.
+    /// Returns the largest possible offset, in device-independent pixels. It is 0 if all content
+    /// fits.
     int maximumOffset() const;
+    /// Returns how far the content is scrolled, in device-independent pixels.
     int offset() const { return m_offset; }
+    /// Scrolls to `offset`, limited to the valid range.
     void setOffset(int offset);
 
-    /// By a page, a line, or to an end, as that key says; nothing for any other.
+    /// Scrolls by a page (Page Up, Page Down), by a line (Up, Down) or to an end (Home, End). Other
+    /// keys do nothing.
     void scroll(int key);
 
-    /// Scrolls as little as is needed to show `view`, which lies on the content.
+    /// Scrolls as little as necessary to show `view`, a descendant of the content.
     void reveal(const QWidget *view);
 
 Q_SIGNALS:
-    /// The offset, or how far it may go, is another.
+    /// Emitted when the offset or its maximum may have changed.
     void scrolled();
 
 protected:
@@ -51,7 +57,7 @@ private:
     const SurveyColors &m_colors;
     QWidget *m_content = nullptr;
     int m_offset = 0;
-    /// What a fine wheel has turned that does not make a pixel yet.
+    /// Fraction of a pixel that a high-resolution wheel has turned but that is not scrolled yet.
     qreal m_wheelRemainder = 0;
 };
 

@@ -60,12 +60,12 @@ TextView::TextView(const SurveyColors &colors, int inset, int height)
     setAcceptRichText(false);
     setTabChangesFocus(true);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    // What scrolls stays within the border.
+    // The margins keep scrolled text inside the border.
     setViewportMargins(focusedBorderWidth, focusedBorderWidth, focusedBorderWidth,
                        focusedBorderWidth);
     document()->setDocumentMargin(inset - focusedBorderWidth);
     viewport()->setAutoFillBackground(false);
-    // The margin counts as an edit.
+    // Setting the document margin has added an undo step.
     document()->clearUndoRedoStacks();
 }
 
@@ -75,7 +75,7 @@ void TextView::adoptColors() {
     setFont(m_font);
 }
 
-// Unlike the base's plain text it keeps spaces that do not break.
+// Unlike `toPlainText()`, this keeps no-break spaces.
 QString TextView::typedText() const {
     QString text = document()->toRawText();
     text.replace(QChar::ParagraphSeparator, u'\n');
@@ -107,7 +107,7 @@ void TextView::drawFrame() {
                       m_colors->controlBorder);
 }
 
-// What is written decides where it begins, but nothing is written at first.
+// The text decides its direction. An empty field in a right-to-left survey must start at the right.
 void TextView::changeEvent(QEvent *event) {
     if (event->type() == QEvent::LayoutDirectionChange) {
         QTextOption option = document()->defaultTextOption();
@@ -116,12 +116,12 @@ void TextView::changeEvent(QEvent *event) {
         document()->setDefaultTextOption(option);
     }
     QTextEdit::changeEvent(event);
-    // The base takes over what a host's font or style sheet adds to the widget's font.
+    // The base class adopts what a host's font or style sheet adds to the widget's font.
     if (document()->defaultFont() != m_font)
         document()->setDefaultFont(m_font);
 }
 
-// The base's menu would take the field's own style sheet, and show nothing of what is on it.
+// The base class's menu would inherit the field's style sheet, and its entries would be invisible.
 void TextView::contextMenuEvent(QContextMenuEvent *event) {
     QMenu *const menu = createStandardContextMenu(event->pos());
     menu->setAttribute(Qt::WA_DeleteOnClose);
@@ -129,7 +129,7 @@ void TextView::contextMenuEvent(QContextMenuEvent *event) {
     menu->popup(event->globalPos());
 }
 
-// One painter at a time: the base has its own.
+// The base class paints first because only one painter may be active at a time.
 void TextView::paintEvent(QPaintEvent *event) {
     QTextEdit::paintEvent(event);
     QPainter painter(viewport());

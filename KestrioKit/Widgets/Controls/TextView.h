@@ -6,18 +6,20 @@
 
 namespace KestrioKit {
 
-/// A field for several lines of plain text, with a border. Tab leaves it.
+/// A bordered field for several lines of plain text. Tab moves the focus out of it. Use it on the
+/// main thread only.
 class TextView final : public QTextEdit {
     Q_OBJECT
 
 public:
-    /// `inset` lies between its edge and the text. `colors` outlives the field.
+    /// `inset` is the distance from the edge to the text. `inset` and `height` are in
+    /// device-independent pixels. `colors` must outlive the field.
     TextView(const SurveyColors &colors, int inset, int height);
 
-    /// Character for character, with a line feed between paragraphs.
+    /// Returns the text exactly as it was typed, with a line feed between paragraphs.
     QString typedText() const;
 
-    /// Whether there is anything to read in it, be it still being composed.
+    /// Returns whether the field shows any text, including text that is still being composed.
     bool isShowingText() const;
 
 protected:

@@ -10,30 +10,34 @@
 
 namespace KestrioKit {
 
-/// A button for one answer. Its title wraps.
+/// A button for one answer, with a title that wraps. Use it on the main thread only.
 class ThemedButton final : public Button {
     Q_OBJECT
 
 public:
-    /// How it looks but for its title.
+    /// Appearance of the button apart from its title, in device-independent pixels.
     struct Look {
+        /// Space around the title.
         QMargins insets = {};
         Qt::Alignment alignment = Qt::AlignHCenter;
         qreal cornerRadius = 0;
+        /// 0 means no border.
         qreal borderWidth = 0;
     };
 
-    /// `colors` outlives the button.
+    /// `title` is plain text. `colors` must outlive the button.
     ThemedButton(const QString &title, const SurveyColors &colors, const Look &look);
 
+    /// Fills the background if `isSelected`, until the button is next pressed or released.
     void setSelected(bool isSelected);
 
-    /// Keeps the background within `shape`, in the parent's coordinates.
+    /// Clips the background to `shape`, in the parent's coordinates. The default is no clipping.
     void setBackgroundShape(const QPainterPath &shape);
 
-    /// The size of type in pixels: the usual one, or what lets the title fit into `room` on one
-    /// line.
+    /// Returns the font size in pixels at which the title fits into `room` without wrapping, at
+    /// most the usual size.
     int titleSizeWithin(const QSize &room) const { return m_title.fontSizeWithin(room); }
+    /// Sets the font size of the title, in pixels.
     void setTitleSize(int pixels);
 
     bool hasHeightForWidth() const override { return true; }
@@ -53,7 +57,7 @@ private:
     const SurveyColors &m_colors;
     Look m_look;
     std::optional<QPainterPath> m_backgroundShape;
-    /// Of being selected and being highlighted, what was set last.
+    /// Whether the background is filled. Holds whichever changed last, selection or highlight.
     bool m_isTinted = false;
 };
 
