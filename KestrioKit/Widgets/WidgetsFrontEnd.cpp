@@ -8,6 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Shows surveys over `QWidget` hosts.
 class WidgetsFrontEnd final : public FrontEnd {
 public:
     bool suits(const QObject &host) const override { return host.isWidgetType(); }
@@ -21,8 +22,8 @@ public:
     void show(std::unique_ptr<SurveySession> session, QObject &host, const Clock &clock) override {
         SurveySession &shown = *session;
         auto *const controller = new SurveyViewController(std::move(session), clock);
-        // The library may end the survey itself. Later, since the card's own ways end it first,
-        // too.
+        // The library may end the session itself, and the card must then go. The connection is
+        // queued because the controller also ends the session in the middle of its own dismissal.
         QObject::connect(
             &shown, &SurveySession::ended, controller, [controller] { controller->dismiss(true); },
             Qt::QueuedConnection);
@@ -39,6 +40,6 @@ const struct Registration {
 
 } // namespace KestrioKit
 
-/// Linked programs ask for this symbol, so that the linker keeps the library, or this file of the
-/// static one, although the program calls nothing in it.
+/// Programs that link the library require this symbol. Without it the linker would drop the shared
+/// library, or this file of the static one, because the program calls nothing in it.
 extern "C" KESTRIOKITWIDGETS_EXPORT void kestrioKitWidgets() {}

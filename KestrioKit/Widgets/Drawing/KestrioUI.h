@@ -10,11 +10,13 @@ inline constexpr int regular = 16;
 inline constexpr int medium = 32;
 } // namespace Padding
 
+/// Radii of rounded corners.
 namespace CornerRadius {
 inline constexpr int r3 = 3;
 inline constexpr int r5 = 5;
 } // namespace CornerRadius
 
+/// Widths of border lines.
 namespace BorderWidth {
 inline constexpr int b1 = 1;
 } // namespace BorderWidth

@@ -9,8 +9,8 @@ namespace KestrioKit {
 
 /// Keeps the keyboard focus in a view that covers its window. After the view or one of its children
 /// has received the focus, the keeper moves the focus back whenever the host moves it elsewhere in
-/// the window. It gives up after five attempts. Keys that arrive outside the view are redirected to
-/// the view. Use it on the main thread only.
+/// the window. It gives up after five returns, and starts anew when the visitor moves the focus.
+/// Keys that would reach the host are redirected to the view. Use it on the main thread only.
 class FocusKeeper final : public QObject {
     Q_OBJECT
 

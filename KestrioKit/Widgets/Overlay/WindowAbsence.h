@@ -8,8 +8,8 @@
 namespace KestrioKit {
 
 /// Distinguishes a short absence of a host window from a long one. Hosts hide a window for a moment
-/// to change its flags or its parent, and for longer to keep it in the tray. Use it on the main
-/// thread only.
+/// to change its flags or its parent, and for longer to keep it in the tray. A window that the
+/// system hides, for example when it is minimized, is not absent. Use it on the main thread only.
 class WindowAbsence final : public QObject {
     Q_OBJECT
 

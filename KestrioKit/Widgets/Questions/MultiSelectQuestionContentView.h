@@ -8,8 +8,8 @@ class ActionButton;
 class CheckboxButton;
 
 /// Shows a column of check boxes and a button that sends the answer. The answer is a map of the
-/// selected options, empty if none is selected. It omits options without an id. Use it on the main
-/// thread only.
+/// selected options, and it is empty if none is selected. Options without an id are shown, but
+/// never part of the answer. Use it on the main thread only.
 class MultiSelectQuestionContentView final : public QuestionContentContainer {
     Q_OBJECT
 

@@ -173,7 +173,7 @@ void SurveyViewController::keyPressed(const QKeyEvent &event) {
         return;
     if (event.key() != Qt::Key_Escape)
         m_surveyView->scroll(event.key());
-    // A repeating Escape key was pressed for something else, before the survey.
+    // A key that auto-repeats was pressed for something else.
     else if (!m_surveyView->isFinished() && !event.isAutoRepeat())
         userInitiatedClose();
 }
