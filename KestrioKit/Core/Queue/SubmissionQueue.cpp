@@ -62,16 +62,18 @@ SubmissionQueue::SubmissionQueue(std::weak_ptr<SubmissionSender> api, const Libr
       m_runners(makeRunners()) {}
 
 SubmissionQueue::Runners SubmissionQueue::makeRunners() const {
-    const auto runner = [this](const auto &kind) -> std::shared_ptr<QueueRunner> {
-        const QString name = QString::fromLatin1(kind.key).toUpper();
-        if (kind.sending == Sending::inBatches)
-            return std::make_shared<BatchRecordQueueRunner>(m_api, m_queue, m_clock, name,
-                                                            m_queueLimit);
-        return std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, name,
-                                                         m_queueLimit);
-    };
-    return std::apply([&runner](const auto &...kind) { return Runners{runner(kind)...}; },
-                      recordKinds);
+    return std::apply(
+        [this](const auto &...kind) { return Runners{makeRunner(kind.key, kind.sending)...}; },
+        recordKinds);
+}
+
+std::shared_ptr<QueueRunner> SubmissionQueue::makeRunner(std::string_view key,
+                                                         Sending sending) const {
+    const QString name = QString::fromLatin1(key).toUpper();
+    if (sending == Sending::inBatches)
+        return std::make_shared<BatchRecordQueueRunner>(m_api, m_queue, m_clock, name,
+                                                        m_queueLimit);
+    return std::make_shared<SingleRecordQueueRunner>(m_api, m_queue, m_clock, name, m_queueLimit);
 }
 
 SubmissionQueue::~SubmissionQueue() {

@@ -81,6 +81,7 @@ private:
                     qsizetype queueLimit);
 
     Runners makeRunners() const;
+    std::shared_ptr<QueueRunner> makeRunner(std::string_view key, Sending sending) const;
 
     /// Connects runners, network and application, and loads the stored records.
     void start();
