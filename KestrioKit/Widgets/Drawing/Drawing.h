@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QColor>
+#include <QPointF>
+#include <QRectF>
 
 #include <initializer_list>
 
