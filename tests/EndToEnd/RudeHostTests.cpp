@@ -28,8 +28,13 @@ protected:
 };
 
 TEST_F(RudeHostTest, MayCallAtAnyTimeAndLosesNothing) {
-    for (const QString &scene :
-         {u"around"_s, u"no-loop"_s, u"fork"_s, u"exit"_s, u"worker-exit"_s}) {
+    QStringList scenes{u"around"_s, u"no-loop"_s, u"exit"_s, u"worker-exit"_s};
+    // Another thread may hold a lock of a sanitizer's own during fork(2). It stays locked in the
+    // child, which then hangs: the sanitizers do not support this.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    scenes.append(u"fork"_s);
+#endif
+    for (const QString &scene : std::as_const(scenes)) {
         SCOPED_TRACE(qPrintable(scene));
         RunningProgram host(program, {scene}, environment());
         EXPECT_EQ(host.waitForEnd(), 0) << host.output().toStdString();
