@@ -30,9 +30,9 @@ QColor dimming() {
 /// Returns the card's colour tinted with the accent, as strongly as the contrast of the text and
 /// symbols on it allows.
 QColor tintedCard(const SurveyPalette &palette) {
-    constexpr float step = 0.01F;
-    for (float part = tintAlpha; part > 0; part -= step) {
-        const QColor tinted = mixed(palette.card, palette.accent, part);
+    constexpr int steps = 30;
+    for (int step = steps; step > 0; --step) {
+        const QColor tinted = mixed(palette.card, palette.accent, tintAlpha * step / steps);
         if (contrastRatio(palette.text, tinted) >= leastTextContrast &&
             contrastRatio(palette.symbol, tinted) >= lineContrast &&
             contrastRatio(palette.controlBorder, tinted) >= lineContrast)
