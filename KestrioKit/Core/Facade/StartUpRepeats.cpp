@@ -1,5 +1,6 @@
 #include "KestrioKit/Core/Facade/FacadeLog.h"
 #include "KestrioKit/Core/Facade/StartUp.h"
+#include "KestrioKit/Core/Platform/HTTP/HTTPStatus.h"
 
 #include <algorithm>
 #include <utility>
@@ -10,16 +11,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int requestTimeout = 408;
-constexpr int tooManyRequests = 429;
-
 using Action = Bootstrap::Action;
 using Occasion = RepeatSchedule::Occasion;
 
 bool isTemporary(int status) {
-    constexpr int hundred = 100;
-    return status / hundred == 3 || status / hundred == 5 || status == requestTimeout ||
-           status == tooManyRequests;
+    const HTTPStatusClass kind = statusClass(status);
+    return kind == HTTPStatusClass::redirection || kind == HTTPStatusClass::serverError ||
+           status == HTTPStatus::requestTimeout || status == HTTPStatus::tooManyRequests;
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "KestrioKit/Core/Queue/QueueRunner.h"
 
+#include "KestrioKit/Core/Platform/HTTP/HTTPStatus.h"
+
 #include <QSet>
 
 #include <algorithm>
@@ -10,20 +12,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int firstClientError = 400;
-constexpr int firstServerError = 500;
-constexpr int lastServerError = 599;
-
 enum class Outcome { finished, retry, retryWhenEnabled };
 
 // A server error or a failure may be temporary. A request that the service refuses would be refused
 // again.
 Outcome outcome(const std::optional<HTTPURLResponse> &response, const std::optional<Error> &error) {
-    const int status = response ? response->statusCode : 0;
-    if (status >= firstServerError && status <= lastServerError)
+    const HTTPStatusClass status = statusClass(response ? response->statusCode : 0);
+    if (status == HTTPStatusClass::serverError)
         return Outcome::retry;
-    const bool refused = status >= firstClientError && status < firstServerError;
-    if (refused || !error)
+    if (status == HTTPStatusClass::clientError || !error)
         return Outcome::finished;
     return isDisabledError(*error) ? Outcome::retryWhenEnabled : Outcome::retry;
 }

@@ -1,5 +1,6 @@
 #include "KestrioKit/Core/Service/KestrioService.h"
 
+#include "KestrioKit/Core/Platform/HTTP/HTTPStatus.h"
 #include "KestrioKit/Core/Queue/StateFolder.h"
 
 #include <utility>
@@ -10,11 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int firstSuccess = 200;
-constexpr int lastSuccess = 299;
-
 bool isSuccess(const std::optional<HTTPURLResponse> &response) {
-    return response && response->statusCode >= firstSuccess && response->statusCode <= lastSuccess;
+    return response && statusClass(response->statusCode) == HTTPStatusClass::success;
 }
 
 } // namespace

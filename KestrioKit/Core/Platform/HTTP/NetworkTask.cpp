@@ -1,5 +1,6 @@
 #include "KestrioKit/Core/Platform/HTTP/NetworkTask.h"
 
+#include "KestrioKit/Core/Platform/HTTP/HTTPStatus.h"
 #include "KestrioKit/Core/Platform/HTTP/Redirection.h"
 #include "KestrioKit/Core/Platform/HTTP/UploadBody.h"
 
@@ -17,13 +18,6 @@ namespace {
 // is saved.
 constexpr qint64 readBufferSize = 256 * 1024;
 
-enum StatusCode {
-    firstFinal = 200,
-    noContent = 204,
-    notModified = 304,
-    firstRefusal = 400,
-};
-
 // Whether Qt reports a status of 400 or above with this error.
 bool isRefusal(QNetworkReply::NetworkError error) {
     return error == QNetworkReply::ProxyAuthenticationRequiredError ||
@@ -36,7 +30,8 @@ bool isRefusal(QNetworkReply::NetworkError error) {
 
 // Whether Qt reads no body after this status, whatever the content length (RFC 9112, 6.3).
 bool lacksBody(int status) {
-    return status < firstFinal || status == noContent || status == notModified;
+    return statusClass(status) == HTTPStatusClass::notFinal || status == HTTPStatus::noContent ||
+           status == HTTPStatus::notModified;
 }
 
 bool canBeSentTo(const QUrl &url) {
@@ -157,7 +152,8 @@ QNetworkReply::NetworkError NetworkTask::replyError() const {
     // class.
     const bool redirected = error == QNetworkReply::ContentReSendError && statusCode() != 0;
     // Qt reports refusals (4xx, 5xx) as errors, although their responses are complete.
-    const bool refused = isRefusal(error) && statusCode() >= firstRefusal;
+    const bool refused =
+        isRefusal(error) && statusClass(statusCode()) >= HTTPStatusClass::clientError;
     if (error != QNetworkReply::NoError && !redirected && !refused)
         return error;
     // Qt sometimes reports a response that was cut off as complete.
@@ -209,10 +205,10 @@ std::optional<Error> NetworkTask::failure() const {
 
 std::optional<Error> NetworkTask::statusFailure() const {
     const int code = statusCode();
-    if (code < firstFinal)
+    if (statusClass(code) == HTTPStatusClass::notFinal)
         return transportError(m_request, QNetworkReply::ProtocolFailure,
                               u"its answer has the status %1"_s.arg(code));
-    if (m_redirections == maximumRedirections && isRedirection(code))
+    if (m_redirections == maximumRedirections && statusClass(code) == HTTPStatusClass::redirection)
         return transportError(m_request, QNetworkReply::TooManyRedirectsError,
                               u"it was redirected too often"_s);
     return std::nullopt;

@@ -1,29 +1,21 @@
 #include "KestrioKit/Core/Platform/HTTP/Redirection.h"
 
+#include "KestrioKit/Core/Platform/HTTP/HTTPStatus.h"
+
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-enum StatusCode { // RFC 9110, 15.4
-    firstRedirection = 300,
-    movedPermanently = 301,
-    found = 302,
-    seeOther = 303,
-    temporaryRedirect = 307,
-    permanentRedirect = 308,
-    lastRedirection = 399,
-};
-
 bool keepsMethod(int statusCode, const QByteArray &method) {
     switch (statusCode) {
-    case temporaryRedirect:
-    case permanentRedirect:
+    case HTTPStatus::temporaryRedirect:
+    case HTTPStatus::permanentRedirect:
         return true;
-    case movedPermanently:
-    case found:
-    case seeOther:
+    case HTTPStatus::movedPermanently:
+    case HTTPStatus::found:
+    case HTTPStatus::seeOther:
         return method == "GET"_ba;
     default:
         return false;
@@ -42,10 +34,6 @@ bool sameOrigin(const QUrl &one, const QUrl &other) {
 }
 
 } // namespace
-
-bool isRedirection(int statusCode) {
-    return statusCode >= firstRedirection && statusCode <= lastRedirection;
-}
 
 std::optional<URLRequest> redirectedRequest(const URLRequest &request, int statusCode,
                                             const QUrl &target) {

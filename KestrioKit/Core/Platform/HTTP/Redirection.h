@@ -6,9 +6,6 @@
 
 namespace KestrioKit {
 
-/// Returns whether the status is a redirection (3xx).
-bool isRedirection(int statusCode);
-
 /// Returns the request to which a response with the status of a redirection leads, including
 /// headers and body. Returns nothing if the redirection must not be followed. It is followed only
 /// to the same origin (scheme, host and port, RFC 6454), so that credentials are not sent

@@ -1,6 +1,6 @@
 #include "KestrioKit/Core/Platform/HTTP/URLSession.h"
 
-#include "KestrioKit/Core/Platform/HTTP/Redirection.h"
+#include "KestrioKit/Core/Platform/HTTP/HTTPStatus.h"
 
 #include <QNetworkReply>
 
@@ -8,25 +8,22 @@ namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr int firstInvalidStatus = 600; // RFC 9110, 15
-
-} // namespace
-
 Error transportError(const URLRequest &request, int code, const QString &reason) {
     const QString host = request.url.adjusted(QUrl::RemoveUserInfo).authority();
     return {transportErrorDomain, code, u"The request to %1 failed: %2."_s.arg(host, reason)};
 }
 
 std::optional<Error> undecidedError(const URLRequest &request, int statusCode) {
-    if (isRedirection(statusCode))
+    switch (statusClass(statusCode)) {
+    case HTTPStatusClass::redirection:
         return transportError(request, QNetworkReply::InsecureRedirectError,
                               u"its answer, status %1, leads elsewhere"_s.arg(statusCode));
-    if (statusCode >= firstInvalidStatus)
+    case HTTPStatusClass::invalid:
         return transportError(request, QNetworkReply::ProtocolFailure,
                               u"its answer has the status %1"_s.arg(statusCode));
-    return std::nullopt;
+    default:
+        return std::nullopt;
+    }
 }
 
 URLSession::URLSession(std::shared_ptr<URLTransport> transport, QList<HTTPHeader> additionalHeaders)
