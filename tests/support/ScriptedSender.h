@@ -35,7 +35,8 @@ public:
     /// Responds to the oldest request in flight. Status 0 stands for no response.
     void answer(int status, std::optional<Error> error = {}) {
         const auto send = m_out.mutate([](QList<Send> &out) { return out.takeFirst(); });
-        send.completion(status == 0 ? std::nullopt : std::optional(HTTPURLResponse{status}), error);
+        send.completion(
+            {status == 0 ? std::nullopt : std::optional(HTTPURLResponse{status}), error});
     }
     /// Responds to all further requests immediately, with this status.
     void answerAtOnce(int status) { m_status = status; }
@@ -51,7 +52,7 @@ public:
         ++m_sends;
         m_lastSend.setValue(request.url.path() + QLatin1Char(' ') + token.value_or(QString()));
         if (m_status != 0)
-            completion(HTTPURLResponse{m_status}, {});
+            completion({HTTPURLResponse{m_status}, {}});
         else
             m_out.mutate([&](QList<Send> &out) { out.append({request, std::move(completion)}); });
     }

@@ -27,15 +27,14 @@ void EventTracking::track(const QString &name) {
 
 void EventTracking::trackForSurvey(const QString &name, const SharedHandler &handler) {
     m_api->trackEvent(
-        name, false,
-        [self = shared_from_this(), handler](const auto &survey, const auto &, const auto &error) {
-            if (survey && !error) {
-                callOnMain(handler, self->surveyReceived(*survey));
+        name, false, [self = shared_from_this(), handler](const ServiceAnswer<Survey> &answer) {
+            if (answer.value) {
+                callOnMain(handler, self->surveyReceived(*answer.value));
                 return;
             }
-            const bool disabled = error && isDisabledError(*error);
+            const bool disabled = answer.error && isDisabledError(*answer.error);
             callOnMain(handler, disabled ? SurveyState::disabled : SurveyState::noSurvey);
-            self->m_observer.requestEnded(error);
+            self->m_observer.requestEnded(answer.error);
         });
 }
 

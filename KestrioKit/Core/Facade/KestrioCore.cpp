@@ -170,8 +170,8 @@ std::function<void(const std::optional<Error> &)> KestrioCore::handlingErrors() 
 }
 
 SimpleCompletion KestrioCore::completion() {
-    return [handle = handlingErrors()](const auto &, const auto &error) {
-        handle(error);
+    return [handle = handlingErrors()](const SimpleAnswer &answer) {
+        handle(answer.error);
     };
 }
 

@@ -49,9 +49,9 @@ void KestrioCore::presentSurvey(qint64 surveyId, const QPointer<QObject> &from,
 
 void KestrioCore::fetch(qint64 surveyId, const std::function<void(const Survey &)> &use) {
     m_api->fetchSurvey(
-        surveyId, [self = shared_from_this(), use](const auto &survey, const auto &, const auto &) {
-            if (survey)
-                DispatchQueue::main().async([self, use, survey = *survey] { use(survey); });
+        surveyId, [self = shared_from_this(), use](const ServiceAnswer<Survey> &answer) {
+            if (answer.value)
+                DispatchQueue::main().async([self, use, survey = *answer.value] { use(survey); });
         });
 }
 

@@ -122,16 +122,13 @@ void StartUp::begin(Generation generation) {
 Block StartUp::configRequest() {
     return [self = shared_from_this(), request = m_identity.beginRequest()] {
         self->m_api->fetchConfig(
-            [self, request](const auto &config, const auto &response, const auto &error) {
-                self->configReceived(request, config, response, error);
-            });
+            [self, request](const ConfigAnswer &answer) { self->configReceived(request, answer); });
     };
 }
 
-void StartUp::configReceived(RequestNumber request, const std::optional<ResponseConfig> &config,
-                             const Response &response, const std::optional<Error> &error) {
-    if (!config || error) {
-        fail(request, Purpose::configuration, response, error);
+void StartUp::configReceived(RequestNumber request, const ConfigAnswer &answer) {
+    if (!answer.value) {
+        fail(request, Purpose::configuration, answer);
         return;
     }
     Block send;
@@ -139,9 +136,9 @@ void StartUp::configReceived(RequestNumber request, const std::optional<Response
         const std::lock_guard guard(m_lock);
         if (!m_identity.settle(request))
             return;
-        m_config.setValue(config);
+        m_config.setValue(answer.value);
         m_bootstrap->step(Sequence::getConfig);
-        if (config->checkDisabled())
+        if (answer.value->checkDisabled())
             m_bootstrap->step(Sequence::error);
         const std::optional<QString> pending = m_bootstrap->userId();
         send = visitorRequest(pending ? pending : m_identity.localData().userIdentifier, false,

@@ -7,6 +7,7 @@
 #include "KestrioKit/Core/Platform/Threads/ApplicationLifecycle.h"
 #include "KestrioKit/Core/Protocol/ResponseConfig.h"
 #include "KestrioKit/Core/Protocol/ResponseVisitors.h"
+#include "KestrioKit/Core/Protocol/ServiceAnswer.h"
 #include "KestrioKit/Core/Service/KestrioService.h"
 
 #include <atomic>
@@ -80,7 +81,8 @@ private:
         pendingUser,
         laterUser,
     };
-    using Response = std::optional<HTTPURLResponse>;
+    using ConfigAnswer = ServiceAnswer<ResponseConfig>;
+    using VisitorAnswer = ServiceAnswer<ResponseVisitors>;
 
     /// A user who is being attached to an anonymous visitor.
     struct Attachment {
@@ -95,16 +97,10 @@ private:
     /// The number of calls of `configure()` and `withdrawConsent()`.
     using Generation = int;
     void begin(Generation generation);
-    void configReceived(RequestNumber request, const std::optional<ResponseConfig> &config,
-                        const Response &response, const std::optional<Error> &error);
-    void visitorReceived(RequestNumber request, Purpose purpose,
-                         const std::optional<ResponseVisitors> &visitor, const Response &response,
-                         const std::optional<Error> &error);
-    void attachmentAnswered(const Attachment &attachment,
-                            const std::optional<ResponseVisitors> &visitor,
-                            const std::optional<Error> &error);
-    void fail(RequestNumber request, Purpose purpose, const Response &response,
-              const std::optional<Error> &error);
+    void configReceived(RequestNumber request, const ConfigAnswer &answer);
+    void visitorReceived(RequestNumber request, Purpose purpose, const VisitorAnswer &answer);
+    void attachmentAnswered(const Attachment &attachment, const VisitorAnswer &answer);
+    void fail(RequestNumber request, Purpose purpose, const SimpleAnswer &answer);
     void repeat(RepeatSchedule::Occasion occasion);
     void applicationEnds();
     void trackLaunch();
@@ -123,7 +119,7 @@ private:
     void noteAnswer(RequestNumber request);
     void forgetAll();
     void voidRequests();
-    bool mayPass(const Response &response, const std::optional<Error> &error) const;
+    bool mayPass(const SimpleAnswer &answer) const;
     void awaitRepeat();
     void beginRepeating();
     void endRepeating();

@@ -67,8 +67,7 @@ void StartUp::applicationEnds() {
 
 // Voids all other requests in flight: a late success would leave the library disabled although it
 // looks as if it had started.
-void StartUp::fail(RequestNumber request, Purpose purpose, const Response &response,
-                   const std::optional<Error> &error) {
+void StartUp::fail(RequestNumber request, Purpose purpose, const SimpleAnswer &answer) {
     bool isReported = false;
     {
         const std::lock_guard guard(m_lock);
@@ -80,7 +79,7 @@ void StartUp::fail(RequestNumber request, Purpose purpose, const Response &respo
                 m_bootstrap->step(Bootstrap::Sequence::error);
                 m_api->setDisabledError(DisabledError::locally());
             }
-            if (m_retries && purpose != Purpose::laterUser && mayPass(response, error)) {
+            if (m_retries && purpose != Purpose::laterUser && mayPass(answer)) {
                 awaitRepeat();
                 announce(true, u"Start-up has failed. It is repeated until it succeeds."_s);
             } else {
@@ -92,8 +91,8 @@ void StartUp::fail(RequestNumber request, Purpose purpose, const Response &respo
             }
         }
     }
-    if (error && isReported)
-        m_api->handleError(*error);
+    if (answer.error && isReported)
+        m_api->handleError(*answer.error);
 }
 
 void StartUp::voidRequests() {
@@ -101,11 +100,11 @@ void StartUp::voidRequests() {
     m_pendingAttach.reset();
 }
 
-bool StartUp::mayPass(const Response &response, const std::optional<Error> &error) const {
+bool StartUp::mayPass(const SimpleAnswer &answer) const {
     // The host has disabled network access since the first failure.
-    if (error && isDisabledError(*error))
+    if (answer.error && isDisabledError(*answer.error))
         return isRepeated() && m_api->disabledError() == DisabledError::locally();
-    return error || (response && isTemporary(response->statusCode));
+    return answer.error || (answer.response && isTemporary(answer.response->statusCode));
 }
 
 void StartUp::giveUp() {

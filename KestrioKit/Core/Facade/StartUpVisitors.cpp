@@ -30,37 +30,35 @@ Block StartUp::visitorRequest(const std::optional<QString> &userIdentifier, bool
     const RequestNumber request = m_identity.beginRequest();
     m_awaitedRequest = request;
     return [self = shared_from_this(), userIdentifier, anonymous, purpose, request] {
-        self->m_api->fetchVisitorIdentifier(
-            userIdentifier, anonymous,
-            [self, request, purpose](const auto &visitor, const auto &response, const auto &error) {
-                self->visitorReceived(request, purpose, visitor, response, error);
-            });
+        self->m_api->fetchVisitorIdentifier(userIdentifier, anonymous,
+                                            [self, request, purpose](const VisitorAnswer &answer) {
+                                                self->visitorReceived(request, purpose, answer);
+                                            });
     };
 }
 
-void StartUp::visitorReceived(RequestNumber request, Purpose purpose,
-                              const std::optional<ResponseVisitors> &visitor,
-                              const Response &response, const std::optional<Error> &error) {
-    if (!visitor || error) {
-        fail(request, purpose, response, error);
+void StartUp::visitorReceived(RequestNumber request, Purpose purpose, const VisitorAnswer &answer) {
+    if (!answer.value) {
+        fail(request, purpose, answer);
         return;
     }
+    const ResponseVisitors &visitor = *answer.value;
     bool isNew = false;
     Block send;
     {
         const std::lock_guard guard(m_lock);
         const auto saved = m_identity.saveAuthorizationInfo(request, [&](const LocalData &known) {
-            return LocalData{visitor->token, visitor->visitorIdentifier, known.userIdentifier};
+            return LocalData{visitor.token, visitor.visitorIdentifier, known.userIdentifier};
         });
         if (!saved)
             return;
         noteAnswer(request);
-        const auto last = std::exchange(m_launchedVisitor, visitor->visitorIdentifier);
+        const auto last = std::exchange(m_launchedVisitor, visitor.visitorIdentifier);
         isNew = !isRepeated() || last != m_launchedVisitor;
         send = arrive(saved->userIdentifier ? Sequence::userId : Sequence::visitorId);
     }
     if (isNew)
-        logReceived(*visitor);
+        logReceived(visitor);
     if (send)
         send();
     if (isNew)
@@ -130,19 +128,17 @@ Block StartUp::attachRequest(const QString &userIdentifier, Purpose purpose) {
     if (purpose == Purpose::pendingUser)
         m_pendingAttach = attachment.request;
     return [self = shared_from_this(), attachment] {
-        self->m_api->setUserIdentifier(
-            attachment.userIdentifier,
-            [self, attachment](const auto &visitor, const auto &, const auto &error) {
-                self->attachmentAnswered(attachment, visitor, error);
-            });
+        self->m_api->setUserIdentifier(attachment.userIdentifier,
+                                       [self, attachment](const VisitorAnswer &answer) {
+                                           self->attachmentAnswered(attachment, answer);
+                                       });
     };
 }
 
-void StartUp::attachmentAnswered(const Attachment &attachment,
-                                 const std::optional<ResponseVisitors> &visitor,
-                                 const std::optional<Error> &error) {
-    if (error)
-        fail(attachment.request, attachment.purpose, {}, error);
+void StartUp::attachmentAnswered(const Attachment &attachment, const VisitorAnswer &answer) {
+    const bool failed = answer.error.has_value();
+    if (failed)
+        fail(attachment.request, attachment.purpose, answer);
     bool launches = false;
     Block send;
     {
@@ -150,8 +146,8 @@ void StartUp::attachmentAnswered(const Attachment &attachment,
         const bool endsStartUp = m_pendingAttach == attachment.request;
         if (endsStartUp)
             m_pendingAttach.reset();
-        launches = !error && settleAttachment(attachment, visitor);
-        if (!error)
+        launches = !failed && settleAttachment(attachment, answer.value);
+        if (!failed)
             noteAnswer(attachment.request);
         const bool moved = launches && m_bootstrap->step(Sequence::userId);
         if (endsStartUp)

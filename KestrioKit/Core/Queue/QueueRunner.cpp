@@ -16,21 +16,19 @@ enum class Outcome { finished, retry, retryWhenEnabled };
 
 // A server error or a failure may be temporary. A request that the service refuses would be refused
 // again.
-Outcome outcome(const std::optional<HTTPURLResponse> &response, const std::optional<Error> &error) {
-    const HTTPStatusClass status = statusClass(response ? response->statusCode : 0);
+Outcome outcome(const SimpleAnswer &answer) {
+    const HTTPStatusClass status = statusClass(answer.response ? answer.response->statusCode : 0);
     if (status == HTTPStatusClass::serverError)
         return Outcome::retry;
-    if (status == HTTPStatusClass::clientError || !error)
+    if (status == HTTPStatusClass::clientError || !answer.error)
         return Outcome::finished;
-    return isDisabledError(*error) ? Outcome::retryWhenEnabled : Outcome::retry;
+    return isDisabledError(*answer.error) ? Outcome::retryWhenEnabled : Outcome::retry;
 }
 
-void callCompletion(const QueueTask &task, const std::optional<HTTPURLResponse> &response,
-                    const std::optional<Error> &error) {
+void callCompletion(const QueueTask &task, const SimpleAnswer &answer) {
     if (!task.completion)
         return;
-    DispatchQueue::main().async(
-        [completion = task.completion, response, error] { completion(response, error); });
+    DispatchQueue::main().async([completion = task.completion, answer] { completion(answer); });
 }
 
 } // namespace
@@ -117,10 +115,10 @@ void QueueRunner::runFlush() {
     }
     log(LogLevel::info,
         u"Attempting %1 tasks. Remaining in queue %2"_s.arg(ready.size()).arg(m_queue.size()));
-    performTasks(ready, [self = shared_from_this()](const auto &tasks, bool retry,
-                                                    const auto &response, const auto &error) {
-        self->finish(tasks, retry, response, error);
-    });
+    performTasks(ready,
+                 [self = shared_from_this()](const auto &tasks, bool retry, const auto &answer) {
+                     self->finish(tasks, retry, answer);
+                 });
 }
 
 QList<QueueTask> QueueRunner::selectReadyTasks() {
@@ -161,25 +159,24 @@ void QueueRunner::send(const URLRequest &request, const QList<QueueTask> &tasks,
         return;
     sender->sendSimpleRequest(
         request, m_visitorToken,
-        [self = shared_from_this(), tasks, completion](const auto &response, const auto &error) {
-            const Outcome what = outcome(response, error);
+        [self = shared_from_this(), tasks, completion](const SimpleAnswer &answer) {
+            const Outcome what = outcome(answer);
             if (what == Outcome::retryWhenEnabled)
                 self->m_enabled = false;
-            completion(tasks, what != Outcome::finished, response, error);
+            completion(tasks, what != Outcome::finished, answer);
         });
 }
 
 // One block moves the tasks, so that a save never finds a task in neither list.
 void QueueRunner::finish(const QList<QueueTask> &tasks, bool retryTasks,
-                         const std::optional<HTTPURLResponse> &response,
-                         const std::optional<Error> &error) {
-    m_runQueue.async([self = shared_from_this(), tasks, retryTasks, response, error] {
+                         const SimpleAnswer &answer) {
+    m_runQueue.async([self = shared_from_this(), tasks, retryTasks, answer] {
         self->removeFromFlight(tasks);
         if (retryTasks) {
-            self->retry(tasks, response, error);
+            self->retry(tasks, answer);
         } else {
             for (const QueueTask &task : tasks)
-                callCompletion(task, response, error);
+                callCompletion(task, answer);
         }
         self->flushFinished();
     });
@@ -196,9 +193,7 @@ void QueueRunner::removeFromFlight(const QList<QueueTask> &tasks) {
     }
 }
 
-void QueueRunner::retry(const QList<QueueTask> &tasks,
-                        const std::optional<HTTPURLResponse> &response,
-                        const std::optional<Error> &error) {
+void QueueRunner::retry(const QList<QueueTask> &tasks, const SimpleAnswer &answer) {
     QList<QueueTask> again;
     for (const QueueTask &task : tasks) {
         task.retryStrategy->failure();
@@ -206,7 +201,7 @@ void QueueRunner::retry(const QList<QueueTask> &tasks,
             log(LogLevel::info, u"Re-enqueuing task"_s);
             again.append(task);
         } else {
-            callCompletion(task, response, error);
+            callCompletion(task, answer);
         }
     }
     take(again);

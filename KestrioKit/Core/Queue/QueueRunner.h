@@ -79,10 +79,9 @@ public:
 
 protected:
     /// Called when the requests of `tasks` complete. `retry` tells whether the tasks are to be
-    /// retried. `response` and `error` are passed on to the tasks' completions.
+    /// retried. `answer` is passed on to the tasks' completions.
     using Finished =
-        std::function<void(const QList<QueueTask> &tasks, bool retry,
-                           std::optional<HTTPURLResponse> response, std::optional<Error> error)>;
+        std::function<void(const QList<QueueTask> &tasks, bool retry, const SimpleAnswer &answer)>;
 
     /// Returns the maximum number of tasks passed to one `performTasks()`.
     virtual qsizetype mostAtOnce() const = 0;
@@ -109,12 +108,10 @@ private:
     void scheduleNextRun();
     void schedule(DispatchTime nextRun);
     /// Completes or retries the tasks of a request. May be called from any thread.
-    void finish(const QList<QueueTask> &tasks, bool retry,
-                const std::optional<HTTPURLResponse> &response, const std::optional<Error> &error);
+    void finish(const QList<QueueTask> &tasks, bool retry, const SimpleAnswer &answer);
     void removeFromFlight(const QList<QueueTask> &tasks);
     /// Appends the tasks that may be sent again and completes the others.
-    void retry(const QList<QueueTask> &tasks, const std::optional<HTTPURLResponse> &response,
-               const std::optional<Error> &error);
+    void retry(const QList<QueueTask> &tasks, const SimpleAnswer &answer);
     void flushFinished();
     void log(LogLevel level, const QString &message) const;
 

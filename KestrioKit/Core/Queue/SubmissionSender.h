@@ -3,6 +3,7 @@
 #include "KestrioKit/Core/Platform/HTTP/URLRequest.h"
 #include "KestrioKit/Core/Protocol/DisabledError.h"
 #include "KestrioKit/Core/Protocol/KestrioServiceRequests.h"
+#include "KestrioKit/Core/Protocol/ServiceAnswer.h"
 
 #include <functional>
 #include <memory>
@@ -11,8 +12,7 @@
 namespace KestrioKit {
 
 /// Receives the outcome of a request whose response body is not needed.
-using SimpleCompletion =
-    std::function<void(std::optional<HTTPURLResponse> response, std::optional<Error> error)>;
+using SimpleCompletion = std::function<void(const SimpleAnswer &answer)>;
 
 /// The part of the network service that the queue uses. The service owns the queue. Thread-safe.
 class SubmissionSender {

@@ -171,10 +171,23 @@ void KestrioService::perform(const URLSession &session, const URLRequest &reques
 }
 
 template <typename Value>
+ServiceAnswer<Value> KestrioService::decodedAnswer(const URLResult &result) {
+    ServiceAnswer<Value> answer{{result.response, result.error}, std::nullopt};
+    if (!result.data || result.error || !isSuccess(result.response))
+        return answer;
+    Decoded<Value> decoded = decodeJSON<Value>(*result.data);
+    if (auto *const value = std::get_if<Value>(&decoded))
+        answer.value = std::move(*value);
+    else
+        answer.error = reportDecodingError(std::get<DecodingError>(decoded));
+    return answer;
+}
+
+template <typename Value>
 void KestrioService::sendRequest(const URLRequest &request, bool anonymous,
                                  Completion<Value> completion, AfterCut afterwards) {
     if (const std::optional<Error> error = refusalOfAnswered()) {
-        completion({}, {}, error);
+        completion(ServiceAnswer<Value>::failed(error));
         return;
     }
     const auto judge = [self = shared_from_this(), request, anonymous,
@@ -184,24 +197,8 @@ void KestrioService::sendRequest(const URLRequest &request, bool anonymous,
             return;
         }
         // The answer may have been on its way when the requests were cancelled.
-        if (self->m_isWithdrawn) {
-            completion({}, {}, self->refusal());
-            return;
-        }
-        if (!result.data || result.error) {
-            completion({}, result.response, result.error);
-            return;
-        }
-        if (!isSuccess(result.response)) {
-            completion({}, result.response, {});
-            return;
-        }
-        const Decoded<Value> decoded = decodeJSON<Value>(*result.data);
-        if (const auto *const value = std::get_if<Value>(&decoded))
-            completion(*value, result.response, {});
-        else
-            completion({}, result.response,
-                       self->reportDecodingError(std::get<DecodingError>(decoded)));
+        completion(self->m_isWithdrawn ? ServiceAnswer<Value>::failed(self->refusal())
+                                       : self->decodedAnswer<Value>(result));
     };
     perform(anonymous ? *m_sessions.anonymousSession() : *m_sessions.session(authorizationToken()),
             request, u"[KestrioService] Sending request"_s, URLTransport::Body::keep, judge);
@@ -211,7 +208,7 @@ void KestrioService::sendSimpleRequest(const URLRequest &request,
                                        const std::optional<QString> &token,
                                        SimpleCompletion completion) {
     if (const std::optional<Error> error = refusal()) {
-        completion({}, error);
+        completion({{}, error});
         return;
     }
     perform(*m_sessions.session(token), request, u"[KestrioService] Sending simple request"_s,
@@ -221,7 +218,7 @@ void KestrioService::sendSimpleRequest(const URLRequest &request,
                     result.error || !result.response
                         ? result.error
                         : undecidedError(request, result.response->statusCode);
-                completion(result.response, error);
+                completion({result.response, error});
             });
 }
 
@@ -247,29 +244,27 @@ void KestrioService::fetchConfig(const Completion<ResponseConfig> &completion) {
     if (const auto request = m_networkRequests->newConfig()) {
         sendRequest<ResponseConfig>(
             *request, false,
-            [self = shared_from_this(), completion](const auto &config, const auto &response,
-                                                    const auto &error) {
-                self->checkDisabled(config, response, error, completion);
+            [self = shared_from_this(), completion](const ServiceAnswer<ResponseConfig> &answer) {
+                self->checkDisabled(answer, completion);
             },
             AfterCut::sendAgain);
     }
 }
 
-void KestrioService::checkDisabled(const std::optional<ResponseConfig> &config,
-                                   const std::optional<HTTPURLResponse> &response,
-                                   const std::optional<Error> &error,
+void KestrioService::checkDisabled(ServiceAnswer<ResponseConfig> answer,
                                    const Completion<ResponseConfig> &completion) {
     // A reason that the service gave is kept, although it makes this very request fail.
-    if (error && !config && !disabledError())
+    if (answer.error && !disabledError())
         setDisabledError(DisabledError{DisabledError::local, {}});
-    const std::optional<DisabledError> disabled = config ? config->checkDisabled() : std::nullopt;
-    if (!disabled) {
-        completion(config, response, error);
-        return;
+    const std::optional<DisabledError> disabled =
+        answer.value ? answer.value->checkDisabled() : std::nullopt;
+    if (disabled) {
+        setDisabledError(disabled);
+        logLine(LogLevel::error, u"Kestrio SDK disabled: "_s + disabled->localizedDescription());
+        answer.value.reset();
+        answer.error = disabled->toError();
     }
-    setDisabledError(disabled);
-    logLine(LogLevel::error, u"Kestrio SDK disabled: "_s + disabled->localizedDescription());
-    completion({}, response, disabled->toError());
+    completion(answer);
 }
 
 void KestrioService::fetchVisitorIdentifier(const std::optional<QString> &userIdentifier,
@@ -295,10 +290,9 @@ void KestrioService::trackEvent(const QString &event, bool batch,
     const Request::TrackEvent body = Request::makeTrackEvent(
         event, Request::makeMetadata(DeviceFacts::current()), m_context.clock);
     if (batch) {
-        append(makeQueueTask(body, m_context.clock,
-                             [completion](const auto &response, const auto &error) {
-                                 completion({}, response, error);
-                             }));
+        append(makeQueueTask(body, m_context.clock, [completion](const SimpleAnswer &answer) {
+            completion({{answer.response, answer.error}, std::nullopt});
+        }));
         return;
     }
     const auto request = m_networkRequests->newTrackEvent(body);
@@ -306,8 +300,8 @@ void KestrioService::trackEvent(const QString &event, bool batch,
         return;
     // The service responds with null to an event that triggers no survey.
     sendRequest<std::optional<Survey>>(
-        *request, false, [completion](const auto &answer, const auto &response, const auto &error) {
-            completion(answer.value_or(std::nullopt), response, error);
+        *request, false, [completion](const ServiceAnswer<std::optional<Survey>> &answer) {
+            completion({{answer.response, answer.error}, answer.value.value_or(std::nullopt)});
         });
 }
 

@@ -4,6 +4,7 @@
 #include "KestrioKit/Core/Platform/Logging.h"
 #include "KestrioKit/Core/Protocol/ResponseConfig.h"
 #include "KestrioKit/Core/Protocol/ResponseVisitors.h"
+#include "KestrioKit/Core/Protocol/ServiceAnswer.h"
 #include "KestrioKit/Core/Queue/SubmissionQueue.h"
 #include "KestrioKit/Core/Service/ServiceSessions.h"
 #include "KestrioKit/Core/Survey/Survey.h"
@@ -28,13 +29,8 @@ namespace KestrioKit {
 class KestrioService final : public SubmissionSender,
                              public std::enable_shared_from_this<KestrioService> {
 public:
-    /// Receives the decoded response as `value`. `value` is absent if the request failed or if the
-    /// status is not 2xx. `response` is absent if no response arrived. `error` is absent if the
-    /// service answered, unless the response could not be decoded.
     template <typename Value>
-    using Completion = std::function<void(const std::optional<Value> &value,
-                                          const std::optional<HTTPURLResponse> &response,
-                                          const std::optional<Error> &error)>;
+    using Completion = std::function<void(const ServiceAnswer<Value> &answer)>;
     using ErrorHandler = std::function<void(const Error &error)>;
     /// Told what changes. Called on any thread, while locks are held: it must not call back.
     struct Observer {
@@ -163,6 +159,9 @@ private:
     template <typename Value>
     void sendRequest(const URLRequest &request, bool anonymous, Completion<Value> completion,
                      AfterCut afterwards = AfterCut::fail);
+    /// Returns the answer that `result` stands for. Reports a response that cannot be decoded.
+    template <typename Value>
+    ServiceAnswer<Value> decodedAnswer(const URLResult &result);
     /// Returns why requests fail at the moment; absent while they may be sent.
     std::optional<Error> refusal() const;
     /// The same for requests that return data. While start-up is repeated, they are allowed
@@ -175,9 +174,7 @@ private:
     Error reportDecodingError(const DecodingError &error);
     /// Disables the library if the configuration says so or could not be fetched, then calls
     /// `completion`.
-    void checkDisabled(const std::optional<ResponseConfig> &config,
-                       const std::optional<HTTPURLResponse> &response,
-                       const std::optional<Error> &error,
+    void checkDisabled(ServiceAnswer<ResponseConfig> answer,
                        const Completion<ResponseConfig> &completion);
 
     /// Returns the queue, which is created at the first call.

@@ -22,10 +22,10 @@ protected:
     }
 
     void append(const QString &name, QueueableRequest request) {
-        queue->appendRequest(makeQueueTask(
-            std::move(request), clock, [this, name](const auto &response, const auto &) {
+        queue->appendRequest(
+            makeQueueTask(std::move(request), clock, [this, name](const SimpleAnswer &answer) {
                 EXPECT_EQ(QThread::currentThread(), qApp->thread());
-                const int status = response ? response->statusCode : 0;
+                const int status = answer.response ? answer.response->statusCode : 0;
                 completions.append(name + u' ' + QString::number(status));
             }));
     }

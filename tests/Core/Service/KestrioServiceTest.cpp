@@ -51,9 +51,9 @@ TEST_F(KestrioServiceTest, TakesAWholeAnswerOfAnyOtherStatusForNeitherValueNorEr
     for (const int status : {300, 301, 302, 303, 304, 307, 404, 503, 600}) {
         answer("GET /config", ServerAnswer::redirect(status, portal.url().toEncoded()));
         int told = 0;
-        service->fetchConfig([&](const auto &config, const auto &response, const auto &error) {
-            EXPECT_FALSE(config || error) << status;
-            told = response ? response->statusCode : 0;
+        service->fetchConfig([&](const auto &answer) {
+            EXPECT_FALSE(answer.value || answer.error) << status;
+            told = answer.response ? answer.response->statusCode : 0;
         });
         finish();
         EXPECT_EQ(told, status);

@@ -18,7 +18,8 @@ inline constexpr int tooManyRequests = 429;
 
 } // namespace HTTPStatus
 
-/// The class of a status code, which its first digit tells (RFC 9110, 15).
+/// The class of a status code, which its first digit tells (RFC 9110, 15). The classes are in
+/// the order of their codes.
 enum class HTTPStatusClass {
     /// 1xx, or no status at all (0): this is not the final response.
     notFinal,
