@@ -22,12 +22,12 @@ void EventTracking::setSurvey(std::optional<Survey> survey) {
 }
 
 void EventTracking::track(const QString &name) {
-    m_api->trackEvent(name, true, [](auto &&...) {});
+    m_api->queueEvent(name);
 }
 
 void EventTracking::trackForSurvey(const QString &name, const SharedHandler &handler) {
     m_api->trackEvent(
-        name, false, [self = shared_from_this(), handler](const ServiceAnswer<Survey> &answer) {
+        name, [self = shared_from_this(), handler](const ServiceAnswer<Survey> &answer) {
             if (answer.value) {
                 callOnMain(handler, self->surveyReceived(*answer.value));
                 return;

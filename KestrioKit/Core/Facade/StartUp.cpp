@@ -141,8 +141,8 @@ void StartUp::configReceived(RequestNumber request, const ConfigAnswer &answer) 
         if (answer.value->checkDisabled())
             m_bootstrap->step(Sequence::error);
         const std::optional<QString> pending = m_bootstrap->userId();
-        send = visitorRequest(pending ? pending : m_identity.localData().userIdentifier, false,
-                              Purpose::visitor);
+        send = visitorRequest(pending ? pending : m_identity.localData().userIdentifier,
+                              Authorization::visitor, Purpose::visitor);
     }
     send();
 }

@@ -81,6 +81,7 @@ private:
         pendingUser,
         laterUser,
     };
+    using Authorization = KestrioService::Authorization;
     using ConfigAnswer = ServiceAnswer<ResponseConfig>;
     using VisitorAnswer = ServiceAnswer<ResponseVisitors>;
 
@@ -107,7 +108,7 @@ private:
 
     // Called with the lock held. Returned blocks send a request and must run without the lock.
     Block configRequest();
-    Block visitorRequest(const std::optional<QString> &userIdentifier, bool anonymous,
+    Block visitorRequest(const std::optional<QString> &userIdentifier, Authorization authorization,
                          Purpose purpose);
     Block attachRequest(const QString &userIdentifier, Purpose purpose);
     Block nextAttachRequest(const Attachment &attachment);
@@ -124,7 +125,9 @@ private:
     void beginRepeating();
     void endRepeating();
     void giveUp();
-    void announce(bool fails, const QString &line);
+    /// Logs that start-up is being retried, or how that has ended. Each is logged once.
+    void announceFailure();
+    void announceEnd(const QString &line);
     bool recordsAreTheVisitors() const;
 
     Executor &m_executor;

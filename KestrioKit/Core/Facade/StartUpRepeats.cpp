@@ -81,7 +81,7 @@ void StartUp::fail(RequestNumber request, Purpose purpose, const SimpleAnswer &a
             }
             if (m_retries && purpose != Purpose::laterUser && mayPass(answer)) {
                 awaitRepeat();
-                announce(true, u"Start-up has failed. It is repeated until it succeeds."_s);
+                announceFailure();
             } else {
                 giveUp();
                 // They must not run for the visitor of another `configure()`.
@@ -110,13 +110,22 @@ bool StartUp::mayPass(const SimpleAnswer &answer) const {
 void StartUp::giveUp() {
     if (isRepeated())
         endRepeating();
-    announce(false, u"Start-up is not repeated any more."_s);
+    announceEnd(u"Start-up is not repeated any more."_s);
     m_phase = Phase::idle;
 }
 
-// Logs on the library's thread, so that a slow reader of the log does not block the host's thread.
-void StartUp::announce(bool fails, const QString &line) {
-    if (std::exchange(m_isAnnounced, fails) != fails)
+// These log on the library's thread, so that a slow reader of the log does not block the host's
+// thread.
+void StartUp::announceFailure() {
+    if (std::exchange(m_isAnnounced, true))
+        return;
+    m_executor.post([] {
+        logLine(u"Start-up has failed. It is repeated until it succeeds."_s, LogCategory::info);
+    });
+}
+
+void StartUp::announceEnd(const QString &line) {
+    if (std::exchange(m_isAnnounced, false))
         m_executor.post([line] { logLine(line, LogCategory::info); });
 }
 

@@ -25,12 +25,12 @@ void logReceived(const ResponseVisitors &visitor) {
 
 // The visitor
 
-Block StartUp::visitorRequest(const std::optional<QString> &userIdentifier, bool anonymous,
-                              Purpose purpose) {
+Block StartUp::visitorRequest(const std::optional<QString> &userIdentifier,
+                              Authorization authorization, Purpose purpose) {
     const RequestNumber request = m_identity.beginRequest();
     m_awaitedRequest = request;
-    return [self = shared_from_this(), userIdentifier, anonymous, purpose, request] {
-        self->m_api->fetchVisitorIdentifier(userIdentifier, anonymous,
+    return [self = shared_from_this(), userIdentifier, authorization, purpose, request] {
+        self->m_api->fetchVisitorIdentifier(userIdentifier, authorization,
                                             [self, request, purpose](const VisitorAnswer &answer) {
                                                 self->visitorReceived(request, purpose, answer);
                                             });
@@ -84,7 +84,7 @@ void StartUp::succeed(bool moved) {
         m_api->setDisabledError(std::nullopt);
         m_api->resumeSubmissions();
     }
-    announce(false, u"Start-up has succeeded."_s);
+    announceEnd(u"Start-up has succeeded."_s);
     m_phase = Phase::idle;
     if (moved)
         m_bootstrap->flush();
@@ -93,7 +93,7 @@ void StartUp::succeed(bool moved) {
 }
 
 void StartUp::trackLaunch() {
-    m_api->trackEvent(launchEvent, true, [](auto &&...) {});
+    m_api->queueEvent(launchEvent);
 }
 
 // Users
@@ -123,7 +123,8 @@ Block StartUp::attachRequest(const QString &userIdentifier, Purpose purpose) {
     const std::optional<qint64> visitorBefore = m_api->visitorIdentifier();
     const bool isOther = m_identity.localData().userIdentifier.has_value();
     if (!visitorBefore || isOther)
-        return visitorRequest(userIdentifier, isOther, purpose);
+        return visitorRequest(userIdentifier,
+                              isOther ? Authorization::none : Authorization::visitor, purpose);
     const Attachment attachment{m_identity.beginRequest(), userIdentifier, visitorBefore, purpose};
     if (purpose == Purpose::pendingUser)
         m_pendingAttach = attachment.request;
@@ -219,8 +220,9 @@ void StartUp::logout() {
             return;
         if (m_phase == Phase::starting)
             m_phase = Phase::idle;
-        send = m_phase == Phase::repeating ? configRequest()
-                                           : visitorRequest(std::nullopt, false, Purpose::visitor);
+        send = m_phase == Phase::repeating
+                   ? configRequest()
+                   : visitorRequest(std::nullopt, Authorization::visitor, Purpose::visitor);
     }
     send();
 }

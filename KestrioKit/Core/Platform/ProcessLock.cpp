@@ -34,7 +34,7 @@ QDateTime timeOf(const QString &path) {
 
 // Qt considers a holder alive while any process of the same program has its process id. In a
 // sandbox this may happen at every start-up. The kernel's lock on the file is reliable.
-bool removeStale(QLockFile &lock, bool thorough) {
+bool removeStale(QLockFile &lock, ProcessLock::Check check) {
     qint64 holder = 0;
     QString host;
     QString program;
@@ -45,7 +45,7 @@ bool removeStale(QLockFile &lock, bool thorough) {
         return lock.getLockInfo(&holder, &host, &program);
     };
     if (lock.error() != QLockFile::LockFailedError || !isKnown() ||
-        (!thorough && holder != QCoreApplication::applicationPid()))
+        (check == ProcessLock::Check::quick && holder != QCoreApplication::applicationPid()))
         return false;
     // The result is reliable only while `removal` is locked.
     return removal.tryLock(0) && isKnown() && lock.removeStaleLockFile();
@@ -60,13 +60,13 @@ ProcessLock::~ProcessLock() {
     release();
 }
 
-ProcessLock::Attempt ProcessLock::tryLock(bool thorough) {
+ProcessLock::Attempt ProcessLock::tryLock(Check check) {
     const std::lock_guard guard(registry().lock);
     if (isOwn())
         return Attempt::held;
     auto lock = std::make_unique<QLockFile>(m_path);
     lock->setStaleLockTime(0);
-    const bool succeeds = lock->tryLock(0) || (removeStale(*lock, thorough) && lock->tryLock(0));
+    const bool succeeds = lock->tryLock(0) || (removeStale(*lock, check) && lock->tryLock(0));
     // On failure a lock held before is kept, since its file may only be unreachable for now.
     if (!succeeds && lock->error() != QLockFile::LockFailedError)
         return Attempt::failed;

@@ -22,14 +22,21 @@ public:
         failed,
     };
 
+    /// How `tryLock()` finds out whether the holder is alive.
+    enum class Check {
+        quick,
+        /// Also detects a dead holder whose process id now belongs to another process. This needs
+        /// a second file.
+        thorough,
+    };
+
     /// `path` is the path of the lock file. Its folder should exist.
     explicit ProcessLock(QString path);
     ~ProcessLock();
     Q_DISABLE_COPY_MOVE(ProcessLock)
 
-    /// Takes the lock if this object does not hold it yet. A `thorough` attempt also detects a dead
-    /// holder whose process id now belongs to another process. It needs a second file.
-    Attempt tryLock(bool thorough);
+    /// Takes the lock if this object does not hold it yet.
+    Attempt tryLock(Check check);
 
     /// Returns whether this object holds the lock and its file has not been removed.
     bool isHeld() const;

@@ -13,7 +13,9 @@ quint64 wholeSecondsSince1970(const Clock &clock) {
 } // namespace
 
 TrackEvent makeTrackEvent(QString event, Metadata metadata, const Clock &clock) {
-    return {std::move(event), std::move(metadata), false, wholeSecondsSince1970(clock)};
+    return {.event = std::move(event),
+            .metadata = std::move(metadata),
+            .timestamp = wholeSecondsSince1970(clock)};
 }
 
 BatchTrackEvent makeBatchTrackEvent(QList<TrackEvent> events, const Clock &clock) {

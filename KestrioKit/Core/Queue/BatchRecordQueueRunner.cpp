@@ -26,7 +26,7 @@ void BatchRecordQueueRunner::performTasks(const QList<QueueTask> &tasks,
     } else if (request)
         send(*request, tasks, completion);
     else
-        completion(tasks, false, {});
+        completion(tasks, Outcome::finished, {});
 }
 
 } // namespace KestrioKit

@@ -12,19 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Outcome { finished, retry, retryWhenEnabled };
-
-// A server error or a failure may be temporary. A request that the service refuses would be refused
-// again.
-Outcome outcome(const SimpleAnswer &answer) {
-    const HTTPStatusClass status = statusClass(answer.response ? answer.response->statusCode : 0);
-    if (status == HTTPStatusClass::serverError)
-        return Outcome::retry;
-    if (status == HTTPStatusClass::clientError || !answer.error)
-        return Outcome::finished;
-    return isDisabledError(*answer.error) ? Outcome::retryWhenEnabled : Outcome::retry;
-}
-
 void callCompletion(const QueueTask &task, const SimpleAnswer &answer) {
     if (!task.completion)
         return;
@@ -115,10 +102,10 @@ void QueueRunner::runFlush() {
     }
     log(LogLevel::info,
         u"Attempting %1 tasks. Remaining in queue %2"_s.arg(ready.size()).arg(m_queue.size()));
-    performTasks(ready,
-                 [self = shared_from_this()](const auto &tasks, bool retry, const auto &answer) {
-                     self->finish(tasks, retry, answer);
-                 });
+    performTasks(
+        ready, [self = shared_from_this()](const auto &tasks, Outcome outcome, const auto &answer) {
+            self->finish(tasks, outcome, answer);
+        });
 }
 
 QList<QueueTask> QueueRunner::selectReadyTasks() {
@@ -152,6 +139,15 @@ void QueueRunner::schedule(DispatchTime nextRun) {
     });
 }
 
+QueueRunner::Outcome QueueRunner::outcomeOf(const SimpleAnswer &answer) {
+    const HTTPStatusClass status = statusClass(answer.response ? answer.response->statusCode : 0);
+    if (status == HTTPStatusClass::serverError)
+        return Outcome::retry;
+    if (status == HTTPStatusClass::clientError || !answer.error)
+        return Outcome::finished;
+    return isDisabledError(*answer.error) ? Outcome::retryWhenEnabled : Outcome::retry;
+}
+
 void QueueRunner::send(const URLRequest &request, const QList<QueueTask> &tasks,
                        const Finished &completion) {
     const std::shared_ptr<SubmissionSender> sender = m_api.lock();
@@ -160,19 +156,19 @@ void QueueRunner::send(const URLRequest &request, const QList<QueueTask> &tasks,
     sender->sendSimpleRequest(
         request, m_visitorToken,
         [self = shared_from_this(), tasks, completion](const SimpleAnswer &answer) {
-            const Outcome what = outcome(answer);
-            if (what == Outcome::retryWhenEnabled)
+            const Outcome outcome = outcomeOf(answer);
+            if (outcome == Outcome::retryWhenEnabled)
                 self->m_enabled = false;
-            completion(tasks, what != Outcome::finished, answer);
+            completion(tasks, outcome, answer);
         });
 }
 
 // One block moves the tasks, so that a save never finds a task in neither list.
-void QueueRunner::finish(const QList<QueueTask> &tasks, bool retryTasks,
+void QueueRunner::finish(const QList<QueueTask> &tasks, Outcome outcome,
                          const SimpleAnswer &answer) {
-    m_runQueue.async([self = shared_from_this(), tasks, retryTasks, answer] {
+    m_runQueue.async([self = shared_from_this(), tasks, outcome, answer] {
         self->removeFromFlight(tasks);
-        if (retryTasks) {
+        if (outcome != Outcome::finished) {
             self->retry(tasks, answer);
         } else {
             for (const QueueTask &task : tasks)

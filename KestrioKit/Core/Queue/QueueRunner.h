@@ -78,10 +78,18 @@ public:
     bool isIdle() const;
 
 protected:
-    /// Called when the requests of `tasks` complete. `retry` tells whether the tasks are to be
-    /// retried. `answer` is passed on to the tasks' completions.
-    using Finished =
-        std::function<void(const QList<QueueTask> &tasks, bool retry, const SimpleAnswer &answer)>;
+    /// What becomes of tasks whose request completes.
+    enum class Outcome {
+        finished,
+        /// They are sent again after their back-off.
+        retry,
+        /// The same, but the runner is disabled until the service is enabled.
+        retryWhenEnabled,
+    };
+    /// Called when the requests of `tasks` complete. `answer` is passed on to the tasks'
+    /// completions.
+    using Finished = std::function<void(const QList<QueueTask> &tasks, Outcome outcome,
+                                        const SimpleAnswer &answer)>;
 
     /// Returns the maximum number of tasks passed to one `performTasks()`.
     virtual qsizetype mostAtOnce() const = 0;
@@ -100,6 +108,9 @@ protected:
     std::unique_ptr<const KestrioServiceRequests> networkRequests() const;
 
 private:
+    /// A server error or a failure may be temporary. A request that the service refuses would be
+    /// refused again.
+    static Outcome outcomeOf(const SimpleAnswer &answer);
     /// Sends the ready tasks now. Does nothing while the runner is disabled.
     void runFlush();
     /// Moves the ready tasks from the waiting list to those in flight.
@@ -108,7 +119,7 @@ private:
     void scheduleNextRun();
     void schedule(DispatchTime nextRun);
     /// Completes or retries the tasks of a request. May be called from any thread.
-    void finish(const QList<QueueTask> &tasks, bool retry, const SimpleAnswer &answer);
+    void finish(const QList<QueueTask> &tasks, Outcome outcome, const SimpleAnswer &answer);
     void removeFromFlight(const QList<QueueTask> &tasks);
     /// Appends the tasks that may be sent again and completes the others.
     void retry(const QList<QueueTask> &tasks, const SimpleAnswer &answer);

@@ -12,7 +12,7 @@ void SingleRecordQueueRunner::performTasks(const QList<QueueTask> &tasks,
         if (request)
             send(*request, {task}, completion);
         else
-            completion({task}, false, {});
+            completion({task}, Outcome::finished, {});
     }
 }
 

@@ -23,6 +23,7 @@ qint64 maximumSize(qsizetype queueLimit) {
 }
 
 using Attempt = ProcessLock::Attempt;
+using Check = ProcessLock::Check;
 
 } // namespace
 
@@ -43,7 +44,7 @@ bool StateFolder::open() {
     m_main.emplace(file.path() + u'/' + file.completeBaseName());
     // If no lock file can be created, nothing can be stored either, but stored records can still be
     // sent.
-    m_owns = lock(*m_main, true) != Attempt::refused;
+    m_owns = lock(*m_main, Check::thorough) != Attempt::refused;
     return true;
 }
 
@@ -55,7 +56,7 @@ StateFolder::Found StateFolder::load(std::optional<qint64> visitor) {
         return found;
     if (const auto state = read(m_main->path, visitor))
         found.states.append({*state, {}});
-    found.states += leftStates(visitor, true);
+    found.states += leftStates(visitor, Occasion::start);
     return found;
 }
 
@@ -64,7 +65,8 @@ StateFolder::Found StateFolder::search(std::optional<qint64> visitor) {
         return {};
     if (!keepsOwning())
         takeOver();
-    return {.states = m_owns ? leftStates(visitor, false) : QList<LeftState>(), .owns = m_owns};
+    return {.states = m_owns ? leftStates(visitor, Occasion::later) : QList<LeftState>(),
+            .owns = m_owns};
 }
 
 bool StateFolder::store(const PersistentQueue &state) {
@@ -82,7 +84,7 @@ bool StateFolder::store(const PersistentQueue &state) {
     }
     if (!m_side)
         m_side.emplace(newBase());
-    return lock(*m_side, false) == Attempt::held &&
+    return lock(*m_side, Check::quick) == Attempt::held &&
            Storage::store(std::optional(state), m_side->path);
 }
 
@@ -91,7 +93,7 @@ void StateFolder::clear() {
     if (!m_main || !keepsOwning())
         return;
     QFile::remove(m_main->path);
-    for (const auto &file : leftFiles(false))
+    for (const auto &file : leftFiles(Check::quick))
         QFile::remove(file->path);
 }
 
@@ -117,14 +119,14 @@ QString StateFolder::newBase() const {
 
 // The lock may have been deleted with the folder, and another process may hold it now.
 bool StateFolder::keepsOwning() {
-    m_owns = m_owns && lock(*m_main, false) != Attempt::refused;
+    m_owns = m_owns && lock(*m_main, Check::quick) != Attempt::refused;
     return m_owns;
 }
 
 // The previous owner's records may belong to another visitor who may come back. The file is
 // therefore kept under the name of a file that a process left behind.
 void StateFolder::takeOver() {
-    if (lock(*m_main, false) != Attempt::held)
+    if (lock(*m_main, Check::quick) != Attempt::held)
         return;
     const QString path = m_main->path;
     m_owns = !QFile::exists(path) || QFile::rename(path, newBase() + u".json"_s);
@@ -132,17 +134,17 @@ void StateFolder::takeOver() {
         m_main.emplace(path.chopped(".json"_L1.size()));
 }
 
-ProcessLock::Attempt StateFolder::lock(LockedStateFile &file, bool thorough) const {
-    const Attempt attempt = file.lock.tryLock(thorough);
+ProcessLock::Attempt StateFolder::lock(LockedStateFile &file, Check check) const {
+    const Attempt attempt = file.lock.tryLock(check);
     if (attempt != Attempt::failed)
         return attempt;
     // The folder may have been deleted while the program runs.
     Storage::createLibraryFolder();
-    return file.lock.tryLock(thorough);
+    return file.lock.tryLock(check);
 }
 
 /// Returns the files of ended processes, oldest first, with their locks held.
-QList<std::shared_ptr<LockedStateFile>> StateFolder::leftFiles(bool thorough) const {
+QList<std::shared_ptr<LockedStateFile>> StateFolder::leftFiles(Check check) const {
     static const QRegularExpression side(u"\\ASubmissionQueue-[0-9a-f]{32}\\z"_s);
     const QDir folder = QFileInfo(m_main->path).dir();
     QStringList bases;
@@ -156,15 +158,16 @@ QList<std::shared_ptr<LockedStateFile>> StateFolder::leftFiles(bool thorough) co
     for (const QString &base : std::as_const(bases)) {
         const auto file = std::make_shared<LockedStateFile>(base);
         const bool isOwn = m_side && m_side->path == file->path;
-        if (!isOwn && file->lock.tryLock(thorough) == Attempt::held)
+        if (!isOwn && file->lock.tryLock(check) == Attempt::held)
             files.append(file);
     }
     return files;
 }
 
-QList<LeftState> StateFolder::leftStates(std::optional<qint64> visitor, bool isStart) const {
+QList<LeftState> StateFolder::leftStates(std::optional<qint64> visitor, Occasion occasion) const {
+    const bool isStart = occasion == Occasion::start;
     QList<LeftState> states;
-    for (const auto &file : leftFiles(isStart)) {
+    for (const auto &file : leftFiles(isStart ? Check::thorough : Check::quick)) {
         if (const auto state = read(file->path, visitor))
             states.append({*state, file});
         else if (isStart && Storage::isOld(QFileInfo(file->path)))

@@ -78,9 +78,10 @@ private:
     /// Becomes the owner if the previous owner has ended.
     void takeOver();
     /// Takes the lock, after creating the folder if it is missing.
-    ProcessLock::Attempt lock(LockedStateFile &file, bool thorough) const;
-    QList<std::shared_ptr<LockedStateFile>> leftFiles(bool thorough) const;
-    QList<LeftState> leftStates(std::optional<qint64> visitor, bool isStart) const;
+    ProcessLock::Attempt lock(LockedStateFile &file, ProcessLock::Check check) const;
+    QList<std::shared_ptr<LockedStateFile>> leftFiles(ProcessLock::Check check) const;
+    enum class Occasion { start, later };
+    QList<LeftState> leftStates(std::optional<qint64> visitor, Occasion occasion) const;
     void removeSideFile();
 
     const qsizetype m_queueLimit;

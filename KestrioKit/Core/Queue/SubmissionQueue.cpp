@@ -160,7 +160,7 @@ void SubmissionQueue::resume() {
 void SubmissionQueue::enableRunners() {
     const bool reachable =
         m_reachability && m_reachability->connection() != Reachability::Connection::unavailable;
-    enableAll(reachable && serviceEnabled());
+    setAllEnabled(reachable && serviceEnabled());
 }
 
 void SubmissionQueue::configureReachability() {
@@ -197,7 +197,7 @@ void SubmissionQueue::report(const ReachabilityError &error) {
 void SubmissionQueue::networkReachable() {
     m_queue.async([self = shared_from_this()] {
         KSLog(LogLevel::info, "[SubmissionQueue] Reachable = true. Enabling queues");
-        self->enableAll(self->serviceEnabled());
+        self->setAllEnabled(self->serviceEnabled());
         self->flushAll();
     });
 }
@@ -205,7 +205,7 @@ void SubmissionQueue::networkReachable() {
 void SubmissionQueue::networkUnreachable() {
     m_queue.async([self = shared_from_this()] {
         KSLog(LogLevel::info, "[SubmissionQueue] Reachable = false. Disabling queues");
-        self->enableAll(false);
+        self->setAllEnabled(false);
     });
 }
 
@@ -214,7 +214,7 @@ bool SubmissionQueue::serviceEnabled() const {
     return sender && !sender->disabledError();
 }
 
-void SubmissionQueue::enableAll(bool enabled) {
+void SubmissionQueue::setAllEnabled(bool enabled) {
     for (const auto &runner : m_runners)
         runner->setEnabled(enabled);
 }

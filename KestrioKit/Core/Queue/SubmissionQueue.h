@@ -91,7 +91,7 @@ private:
     void networkReachable();
     void networkUnreachable();
     bool serviceEnabled() const;
-    void enableAll(bool enabled);
+    void setAllEnabled(bool enabled);
     void enableRunners();
     void flushAll();
     /// Appends the task and requests a prompt save in the same block.

@@ -31,6 +31,12 @@ class KestrioService final : public SubmissionSender,
 public:
     template <typename Value>
     using Completion = std::function<void(const ServiceAnswer<Value> &answer)>;
+    /// Whose token a request carries.
+    enum class Authorization {
+        /// The current visitor's, if there is one.
+        visitor,
+        none,
+    };
     using ErrorHandler = std::function<void(const Error &error)>;
     /// Told what changes. Called on any thread, while locks are held: it must not call back.
     struct Observer {
@@ -103,22 +109,23 @@ public:
     /// the end of the application object interrupted it.
     void fetchConfig(const Completion<ResponseConfig> &completion);
     /// Requests a visitor for the given user, or one without a user if `userIdentifier` is absent.
-    /// With `anonymous`, the request carries no token.
-    void fetchVisitorIdentifier(const std::optional<QString> &userIdentifier, bool anonymous,
+    void fetchVisitorIdentifier(const std::optional<QString> &userIdentifier,
+                                Authorization authorization,
                                 const Completion<ResponseVisitors> &completion);
     /// Tells the service which user the current visitor is. The service may return another visitor.
     void setUserIdentifier(const QString &userIdentifier,
                            const Completion<ResponseVisitors> &completion);
-    /// Reports an event with the current time. With `batch`, the event is queued and never returns
-    /// a survey; the completion is called on the main thread, as for the operations below.
-    /// Otherwise the event is sent immediately and may return a survey.
-    void trackEvent(const QString &event, bool batch, const Completion<Survey> &completion);
+    /// Reports an event with the current time. The service may return a survey.
+    void trackEvent(const QString &event, const Completion<Survey> &completion);
     /// Fetches a survey by its id.
     void fetchSurvey(qint64 surveyId, const Completion<Survey> &completion);
 
     // The following operations queue a record. The completion is called on the main thread when the
     // record is delivered, refused, given up or impossible to build. It is not called for a record
     // that is dropped unsent.
+
+    /// Queues an event with the current time. The service returns no survey for it.
+    void queueEvent(const QString &event);
     void setVisitorAttribute(const QString &key, const QString &value,
                              const SimpleCompletion &completion);
     void setVisitorAttributes(const QMap<QString, QString> &attributes,
@@ -157,8 +164,8 @@ private:
     enum class AfterCut { fail, sendAgain };
 
     template <typename Value>
-    void sendRequest(const URLRequest &request, bool anonymous, Completion<Value> completion,
-                     AfterCut afterwards = AfterCut::fail);
+    void sendRequest(const URLRequest &request, Authorization authorization,
+                     Completion<Value> completion, AfterCut afterwards = AfterCut::fail);
     /// Returns the answer that `result` stands for. Reports a response that cannot be decoded.
     template <typename Value>
     ServiceAnswer<Value> decodedAnswer(const URLResult &result);
@@ -177,6 +184,8 @@ private:
     void checkDisabled(ServiceAnswer<ResponseConfig> answer,
                        const Completion<ResponseConfig> &completion);
 
+    /// Returns the record of an event that happens now.
+    Request::TrackEvent trackedEvent(const QString &event) const;
     /// Returns the queue, which is created at the first call.
     std::shared_ptr<SubmissionQueue> submissionQueue();
     /// Queues the record, unless the host has withdrawn the visitor's consent.

@@ -2,6 +2,15 @@
 
 namespace KestrioKit {
 
+Request::TrackEvent KestrioService::trackedEvent(const QString &event) const {
+    return Request::makeTrackEvent(event, Request::makeMetadata(DeviceFacts::current()),
+                                   m_context.clock);
+}
+
+void KestrioService::queueEvent(const QString &event) {
+    append(trackedEvent(event));
+}
+
 void KestrioService::setVisitorAttribute(const QString &key, const QString &value,
                                          const SimpleCompletion &completion) {
     append(makeQueueTask(Request::UpdateAttribute{key, value}, m_context.clock, completion));

@@ -74,24 +74,27 @@ ServiceAnswer<Value> KestrioService::decodedAnswer(const URLResult &result) {
 }
 
 template <typename Value>
-void KestrioService::sendRequest(const URLRequest &request, bool anonymous,
+void KestrioService::sendRequest(const URLRequest &request, Authorization authorization,
                                  Completion<Value> completion, AfterCut afterwards) {
     if (const std::optional<Error> error = refusalOfAnswered()) {
         completion(ServiceAnswer<Value>::failed(error));
         return;
     }
-    const auto judge = [self = shared_from_this(), request, anonymous,
+    const auto judge = [self = shared_from_this(), request, authorization,
                         completion = std::move(completion), afterwards](const URLResult &result) {
         if (result.cutOff && afterwards == AfterCut::sendAgain) {
-            self->sendRequest<Value>(request, anonymous, completion, afterwards);
+            self->sendRequest<Value>(request, authorization, completion, afterwards);
             return;
         }
         // The answer may have been on its way when the requests were cancelled.
         completion(self->m_isWithdrawn ? ServiceAnswer<Value>::failed(self->refusal())
                                        : self->decodedAnswer<Value>(result));
     };
-    perform(anonymous ? *m_sessions.anonymousSession() : *m_sessions.session(authorizationToken()),
-            request, u"[KestrioService] Sending request"_s, URLTransport::Body::keep, judge);
+    const auto session = authorization == Authorization::none
+                             ? m_sessions.anonymousSession()
+                             : m_sessions.session(authorizationToken());
+    perform(*session, request, u"[KestrioService] Sending request"_s, URLTransport::Body::keep,
+            judge);
 }
 
 void KestrioService::sendSimpleRequest(const URLRequest &request,
@@ -128,7 +131,7 @@ Error KestrioService::reportDecodingError(const DecodingError &error) {
 void KestrioService::fetchConfig(const Completion<ResponseConfig> &completion) {
     if (const auto request = m_networkRequests->newConfig()) {
         sendRequest<ResponseConfig>(
-            *request, false,
+            *request, Authorization::visitor,
             [self = shared_from_this(), completion](const ServiceAnswer<ResponseConfig> &answer) {
                 self->checkDisabled(answer, completion);
             },
@@ -153,39 +156,32 @@ void KestrioService::checkDisabled(ServiceAnswer<ResponseConfig> answer,
 }
 
 void KestrioService::fetchVisitorIdentifier(const std::optional<QString> &userIdentifier,
-                                            bool anonymous,
+                                            Authorization authorization,
                                             const Completion<ResponseVisitors> &completion) {
     if (const auto request = m_networkRequests->newVisitors(userIdentifier))
-        sendRequest<ResponseVisitors>(*request, anonymous, completion, AfterCut::sendAgain);
+        sendRequest<ResponseVisitors>(*request, authorization, completion, AfterCut::sendAgain);
 }
 
 void KestrioService::setUserIdentifier(const QString &userIdentifier,
                                        const Completion<ResponseVisitors> &completion) {
     if (const auto request = m_networkRequests->newSetUserIdentifier(userIdentifier))
-        sendRequest<ResponseVisitors>(*request, false, completion, AfterCut::sendAgain);
+        sendRequest<ResponseVisitors>(*request, Authorization::visitor, completion,
+                                      AfterCut::sendAgain);
 }
 
 void KestrioService::fetchSurvey(qint64 surveyId, const Completion<Survey> &completion) {
     if (const auto request = m_networkRequests->newFetchSurvey(surveyId))
-        sendRequest<Survey>(*request, false, completion);
+        sendRequest<Survey>(*request, Authorization::visitor, completion);
 }
 
-void KestrioService::trackEvent(const QString &event, bool batch,
-                                const Completion<Survey> &completion) {
-    const Request::TrackEvent body = Request::makeTrackEvent(
-        event, Request::makeMetadata(DeviceFacts::current()), m_context.clock);
-    if (batch) {
-        append(makeQueueTask(body, m_context.clock, [completion](const SimpleAnswer &answer) {
-            completion({{answer.response, answer.error}, std::nullopt});
-        }));
-        return;
-    }
-    const auto request = m_networkRequests->newTrackEvent(body);
+void KestrioService::trackEvent(const QString &event, const Completion<Survey> &completion) {
+    const auto request = m_networkRequests->newTrackEvent(trackedEvent(event));
     if (!request)
         return;
     // The service responds with null to an event that triggers no survey.
     sendRequest<std::optional<Survey>>(
-        *request, false, [completion](const ServiceAnswer<std::optional<Survey>> &answer) {
+        *request, Authorization::visitor,
+        [completion](const ServiceAnswer<std::optional<Survey>> &answer) {
             completion({{answer.response, answer.error}, answer.value.value_or(std::nullopt)});
         });
 }

@@ -16,6 +16,7 @@ namespace KestrioKit {
 using namespace Qt::StringLiterals;
 
 using enum ProcessLock::Attempt;
+using enum ProcessLock::Check;
 
 class ProcessLockTest : public ::testing::Test {
 protected:
@@ -37,24 +38,24 @@ protected:
 TEST_F(ProcessLockTest, OneHoldsItUntilItGoesOrItsProcessEndsInWhateverWay) {
     std::optional<ProcessLock> first(path);
     ProcessLock second(path);
-    EXPECT_EQ(first->tryLock(true), held);
-    EXPECT_EQ(second.tryLock(true), refused);
+    EXPECT_EQ(first->tryLock(thorough), held);
+    EXPECT_EQ(second.tryLock(thorough), refused);
     // The child ends with a copy, which it does not hold.
     inChild([&] {
         if (!first->isHeld())
             first.reset();
     });
     EXPECT_TRUE(first->isHeld());
-    EXPECT_EQ(second.tryLock(true), refused);
+    EXPECT_EQ(second.tryLock(thorough), refused);
     first.reset();
     EXPECT_FALSE(QFile::exists(path));
-    inChild([this] { (new ProcessLock(path))->tryLock(false); });
+    inChild([this] { (new ProcessLock(path))->tryLock(quick); });
     EXPECT_TRUE(QFile::exists(path)) << "it was cut off";
-    EXPECT_EQ(second.tryLock(false), held);
+    EXPECT_EQ(second.tryLock(quick), held);
 }
 
 TEST_F(ProcessLockTest, TheNumberOfADeadHolderMayBeAnotherProcesss) {
-    inChild([this] { (new ProcessLock(path))->tryLock(false); });
+    inChild([this] { (new ProcessLock(path))->tryLock(quick); });
     QFile left(path);
     ASSERT_TRUE(left.open(QIODevice::ReadOnly));
     const QByteArray text = left.readAll();
@@ -63,11 +64,11 @@ TEST_F(ProcessLockTest, TheNumberOfADeadHolderMayBeAnotherProcesss) {
     if (other == 0)
         for (;;)
             pause();
-    for (const auto &[process, isThorough] : {std::pair(getpid(), false), std::pair(other, true)}) {
+    for (const auto &[process, check] : {std::pair(getpid(), quick), std::pair(other, thorough)}) {
         left.close();
         ASSERT_TRUE(left.open(QIODevice::WriteOnly) &&
                     left.write(QByteArray::number(process) + name) > name.size() && left.flush());
-        EXPECT_EQ(ProcessLock(path).tryLock(isThorough), held);
+        EXPECT_EQ(ProcessLock(path).tryLock(check), held);
     }
     ::kill(other, SIGKILL);
     waitpid(other, nullptr, 0);

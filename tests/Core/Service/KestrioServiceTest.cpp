@@ -21,7 +21,7 @@ protected:
 TEST_F(KestrioServiceTest, TracesNoTokenAndNothingOfWhatIsRecorded) {
     answer("POST /1/environments/env/visitors", {200, R"({"vid":1,"token":"secret\"secret"})"});
     testing::internal::CaptureStdout();
-    service->fetchVisitorIdentifier(u"user"_s, true, [](auto &&...) {});
+    service->fetchVisitorIdentifier(u"user"_s, KestrioService::Authorization::none, [](auto &&) {});
     service->authorize(u"secret"_s, 1);
     service->setVisitorAttribute(u"!email"_s, u"a@b"_s, {});
     finish();
@@ -39,7 +39,7 @@ TEST_F(KestrioServiceTest, TakesTheNearestQueueLimitUntilThereIsAQueue) {
     service->authorize(u"t"_s, 5);
     service->setQueueLimit(10);
     for (const QString &name : {u"a"_s, u"b"_s})
-        service->trackEvent(name, true, [](auto &&...) {});
+        service->queueEvent(name);
     settle();
     flagsSource->change(ReachabilityFlag::reachable);
     finish();
