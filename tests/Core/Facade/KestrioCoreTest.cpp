@@ -57,6 +57,7 @@ TEST_F(KestrioCoreTest, StaysOffWithoutAConfigurationAndStartsOverWithoutAVisito
         {ServerAnswer::cut(200, 0), good, disabled, disabled},
         {{200, R"({"disabled":"why"})"}, good, disabled, disabled},
         {{404}, good, std::nullopt, std::nullopt},
+        {{600}, good, std::nullopt, std::nullopt},
         {{200}, ServerAnswer::cut(200, 0), disabled, noSurvey},
         {{200}, {200, R"({"token":"t"})"}, disabled, noSurvey},
     };

@@ -41,19 +41,6 @@ TEST_F(QueueRunnerTest, RetriesServerErrorsAndFailuresUpToFiveSends) {
     }
 }
 
-TEST_F(QueueRunnerTest, SendsOneBatchOfEventsAtATimeWhichSharesItsOutcome) {
-    appendEvent(u"a"_s);
-    settle();
-    appendEvent(u"b"_s);
-    appendEvent(u"c"_s);
-    settle();
-    EXPECT_EQ(sender->out(), QStringList(u"a"_s));
-    answer(200);
-    EXPECT_EQ(sender->out(), QStringList(u"b,c"_s));
-    answer(200);
-    EXPECT_EQ(completions, (QStringList{u"a 200"_s, u"b 200"_s, u"c 200"_s}));
-}
-
 TEST_F(QueueRunnerTest, FinishesWhatCannotBeSent) {
     queue->updateAuth(std::nullopt, std::nullopt);
     appendEvent(u"event"_s);
