@@ -98,12 +98,15 @@ void Identity::forget() {
 
 void Identity::forgetLocked() {
     voidEarlierRequests();
-    removeFile();
+    changeFile([] { Storage::remove(identityFilename); });
     m_localData.setValue({});
 }
 
-void Identity::removeFile() {
-    changeFile([] { Storage::remove(identityFilename); });
+void Identity::eraseFile() {
+    changeFile([] {
+        Storage::remove(identityFilename);
+        Storage::removeLeftovers(identityFilename, Storage::Leftovers::all);
+    });
 }
 
 void Identity::changeFile(Block change) {
@@ -142,6 +145,7 @@ std::optional<LocalData> Identity::saveAuthorizationInfo(RequestNumber request,
     m_api->authorize(record.token, record.visitorIdentifier);
     changeFile([record] {
         Storage::store(std::optional(record), Storage::localLibraryURL(identityFilename));
+        Storage::removeLeftovers(identityFilename, Storage::Leftovers::old);
     });
     m_localData.setValue(record);
     return record;

@@ -42,8 +42,8 @@ public:
     void clearAuthorizationInfo();
     /// Like `clearAuthorizationInfo()`, but does not change the service.
     void forget();
-    /// Removes the file asynchronously.
-    void removeFile();
+    /// Removes the file and what interrupted writes left of it, asynchronously.
+    void eraseFile();
 
     /// Returns the number for a request that is about to be sent.
     RequestNumber beginRequest();

@@ -156,7 +156,7 @@ void StartUp::withdrawConsent() {
         forgetAll();
     }
     whenThereIsAFolder([self = shared_from_this()] {
-        self->m_identity.removeFile();
+        self->m_identity.eraseFile();
         self->m_api->eraseStored();
     });
 }

@@ -41,12 +41,12 @@ void Storage::setUp() {
 
 // QSaveFile names its temporary file "<name>.json." plus six letters, and a crash leaves it behind.
 // A recent one may belong to another process that is writing it.
-void Storage::removeLeftovers(Leftovers which) {
+void Storage::removeLeftovers(const QString &names, Leftovers which) {
     const std::optional<QString> folder = libraryFolder();
     if (!folder)
         return;
-    static const QRegularExpression unfinished(
-        u"\\A(SubmissionQueue(-[0-9a-f]{32})?|VisitorData)\\.json\\.[A-Za-z]{6}\\z"_s);
+    const QRegularExpression unfinished(
+        QRegularExpression::anchoredPattern(u"(%1)\\.json\\.[A-Za-z]{6}"_s.arg(names)));
     for (const QFileInfo &file : QDir(*folder).entryInfoList(QDir::Files)) {
         if ((which == Leftovers::all || isOld(file)) &&
             unfinished.match(file.fileName()).hasMatch())

@@ -27,8 +27,9 @@ public:
     static void createLibraryFolder();
 
     enum class Leftovers { old, all };
-    /// Removes the temporary files that interrupted writes left in the folder, if they are old.
-    static void removeLeftovers(Leftovers which = Leftovers::old);
+    /// Removes the temporary files that interrupted writes left in the folder. `names` is a regular
+    /// expression for the names of the files that were being written, without their extension.
+    static void removeLeftovers(const QString &names, Leftovers which);
     /// Returns whether the file was last modified at least an hour ago. No process is writing it
     /// any more then.
     static bool isOld(const QFileInfo &file);

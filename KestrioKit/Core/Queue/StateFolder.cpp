@@ -14,6 +14,14 @@ namespace {
 
 constexpr QLatin1StringView filename("SubmissionQueue");
 
+QString sideNames() {
+    return filename + u"-[0-9a-f]{32}"_s;
+}
+
+void removeLeftovers(Storage::Leftovers which) {
+    Storage::removeLeftovers(filename + u'|' + sideNames(), which);
+}
+
 // Far more than records with long texts need. A larger file was not written by the library.
 qint64 maximumSize(qsizetype queueLimit) {
     constexpr qint64 base = 256 * 1024 * 1024;
@@ -97,9 +105,13 @@ void StateFolder::clear() {
         QFile::remove(file->path);
 }
 
+void StateFolder::tidyUp() {
+    removeLeftovers(Storage::Leftovers::old);
+}
+
 void StateFolder::erase() {
     clear();
-    Storage::removeLeftovers(Storage::Leftovers::all);
+    removeLeftovers(Storage::Leftovers::all);
 }
 
 void StateFolder::eraseStored() {
@@ -145,7 +157,7 @@ ProcessLock::Attempt StateFolder::lock(LockedStateFile &file, Check check) const
 
 /// Returns the files of ended processes, oldest first, with their locks held.
 QList<std::shared_ptr<LockedStateFile>> StateFolder::leftFiles(Check check) const {
-    static const QRegularExpression side(u"\\ASubmissionQueue-[0-9a-f]{32}\\z"_s);
+    static const QRegularExpression side(QRegularExpression::anchoredPattern(sideNames()));
     const QDir folder = QFileInfo(m_main->path).dir();
     QStringList bases;
     for (const QFileInfo &file : folder.entryInfoList({u"*.json"_s, u"*.lock"_s}, QDir::Files,

@@ -59,6 +59,9 @@ public:
     /// behind.
     void clear();
 
+    /// Removes the temporary files that interrupted writes of any process left, if they are old.
+    static void tidyUp();
+
     /// Removes everything that is stored, including temporary files, except the files of other
     /// running processes.
     void erase();

@@ -1,7 +1,6 @@
 #include "KestrioKit/Core/Queue/SubmissionQueue.h"
 
 #include "KestrioKit/Core/Platform/Logging.h"
-#include "KestrioKit/Core/Platform/Storage.h"
 
 #include <algorithm>
 
@@ -63,7 +62,7 @@ void SubmissionQueue::start() {
     m_queue.async([self = shared_from_this()] {
         self->enableRunners();
         self->loadState();
-        Storage::removeLeftovers();
+        StateFolder::tidyUp();
     });
     // Observing starts last: a save that precedes the first block would overwrite the stored state
     // with an empty one.

@@ -2,6 +2,7 @@
 
 #include "KestrioKit/Core/Platform/LanguageBundle.h"
 
+#include <QDateTime>
 #include <QRegularExpression>
 
 namespace KestrioKit {
@@ -318,6 +319,21 @@ TEST_F(KestrioCoreTest, ForgetsEverythingOnceConsentIsWithdrawn) {
     EXPECT_EQ(requests(configLine).last().header("Authorization"), std::nullopt);
     EXPECT_EQ(bodies(visitorLine).last(), QJsonObject());
     EXPECT_EQ(track(), SurveyState::noSurvey);
+}
+
+TEST_F(KestrioCoreTest, TidiesUpAfterProcessesThatWereCutOff) {
+    const QString young = u"VisitorData.json.abcABC"_s; // perhaps it is being written
+    const QString somebodys = u"VisitorData.json.backup1"_s;
+    for (const QString &name :
+         {young, somebodys, u"VisitorData.json.xyzXYZ"_s, u"SubmissionQueue.json.xyzXYZ"_s}) {
+        QFile file(folder().filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.setFileTime(QDateTime::currentDateTime().addSecs(name == young ? 0 : -2 * 3600),
+                         QFileDevice::FileModificationTime);
+    }
+    configure();
+    EXPECT_EQ(storedFiles(),
+              QStringList({u"SubmissionQueue.json"_s, u"VisitorData.json"_s, young, somebodys}));
 }
 
 TEST_F(KestrioCoreTest, ErasesWhatEarlierProcessesHaveLeftWithoutBeingConfigured) {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -37,23 +36,6 @@ TEST(StorageTest, KeepsWholeRecordsThatTheirOwnerAloneCanRead) {
     ASSERT_TRUE(QFile::remove(path) && mkfifo(qPrintable(path), S_IRWXU) == 0);
     EXPECT_EQ(Storage::load<Record>(path, maximumSize), std::nullopt) << "waited for a writer";
     QFile::remove(path);
-}
-
-TEST(StorageTest, TidiesUpAfterProcessesThatWereCutOff) {
-    const QString path = Storage::localLibraryURL("VisitorData"_L1).value();
-    const QString young = path + u".abcABC"_s;
-    const QString old = path + u".xyzXYZ"_s;
-    const QString somebodys = path + u".backup1"_s;
-    for (const QString &name : {young, old, somebodys}) {
-        QFile file(name);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.setFileTime(QDateTime::currentDateTime().addSecs(name == young ? 0 : -2 * 3600),
-                         QFileDevice::FileModificationTime);
-    }
-    Storage::removeLeftovers();
-    EXPECT_TRUE(QFile::exists(young)) << "perhaps it is being written";
-    EXPECT_FALSE(QFile::exists(old));
-    EXPECT_TRUE(QFile::exists(somebodys));
 }
 
 } // namespace KestrioKit
