@@ -23,6 +23,7 @@ QStringList all() {
 LikertQuestionContentView::LikertQuestionContentView(const SurveyQuestion &question,
                                                      const SurveyTexts &texts,
                                                      const SurveyColors &colors)
-    : ScaleQuestionContentView(question, texts, colors, LikertAccessibility::all()) {}
+    : ScaleQuestionContentView(question, texts, colors,
+                               numberButtons(question, colors, LikertAccessibility::all())) {}
 
 } // namespace KestrioKit

@@ -29,6 +29,7 @@ QStringList all() {
 
 NpsQuestionContentView::NpsQuestionContentView(const SurveyQuestion &question,
                                                const SurveyTexts &texts, const SurveyColors &colors)
-    : ScaleQuestionContentView(question, texts, colors, NpsAccessibility::all()) {}
+    : ScaleQuestionContentView(question, texts, colors,
+                               numberButtons(question, colors, NpsAccessibility::all())) {}
 
 } // namespace KestrioKit

@@ -5,7 +5,6 @@
 #include "KestrioKit/Widgets/Controls/ThemedButton.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 #include "KestrioKit/Widgets/Questions/LabelRow.h"
-#include "KestrioKit/Widgets/Questions/ScaleRow.h"
 
 #include <QBoxLayout>
 
@@ -22,19 +21,16 @@ constexpr int height = 50;
 ScaleQuestionContentView::ScaleQuestionContentView(const SurveyQuestion &question,
                                                    const SurveyTexts &texts,
                                                    const SurveyColors &colors,
-                                                   const QStringList &identifiers)
+                                                   const ScaleRow::ButtonFactory &makeButton)
     : QuestionContentContainer(question, texts, colors) {
-    auto *const buttonsContainerView = new ScaleRow(colors, Constant::height);
-    for (int value = question.firstValue; const QString &identifier : identifiers) {
-        auto *const button = new ThemedButton(QString::number(value), colors, {});
-        button->setObjectName(identifier);
+    auto *const buttonsContainerView =
+        new ScaleRow(question.firstValue, question.lastValue, makeButton, colors, Constant::height);
+    for (int value = question.firstValue;
+         const ThemedButton *const button : buttonsContainerView->buttons()) {
         connect(button, &QAbstractButton::clicked, this, [this, value] { Q_EMIT answered(value); });
-        buttonsContainerView->addButton(button);
-        m_buttons.append(button);
         ++value;
     }
-    // The row connects after its buttons, so that they already have the new font.
-    connect(&colors, &SurveyColors::changed, buttonsContainerView, &ScaleRow::layOut);
+    m_buttons = {buttonsContainerView->buttons().begin(), buttonsContainerView->buttons().end()};
     setRadioGroup(m_buttons, texts, question.firstLabel, question.lastLabel);
     new ArrowKeys(m_buttons, ArrowKeys::TabStops::one, this);
 
@@ -43,6 +39,16 @@ ScaleQuestionContentView::ScaleQuestionContentView(const SurveyQuestion &questio
     stackView->setSpacing(KestrioUI::Padding::tiny);
     stackView->addWidget(buttonsContainerView);
     stackView->addWidget(new LabelRow(question.firstLabel, question.lastLabel, colors));
+}
+
+ScaleRow::ButtonFactory ScaleQuestionContentView::numberButtons(const SurveyQuestion &question,
+                                                                const SurveyColors &colors,
+                                                                const QStringList &identifiers) {
+    return [first = question.firstValue, &colors, identifiers](int value) {
+        auto *const button = new ThemedButton(QString::number(value), colors, {});
+        button->setObjectName(identifiers.value(value - first));
+        return button;
+    };
 }
 
 QWidget *ScaleQuestionContentView::firstControl() const {

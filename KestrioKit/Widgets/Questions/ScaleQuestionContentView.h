@@ -1,13 +1,14 @@
 #pragma once
 
 #include "KestrioKit/Widgets/Questions/QuestionContentContainer.h"
+#include "KestrioKit/Widgets/Questions/ScaleRow.h"
 
 #include <QStringList>
 
 namespace KestrioKit {
 
-/// Shows a row of numbered buttons with a label at each end. Clicking a button answers with its
-/// number. Use it on the main thread only.
+/// Shows a button for each number on the question's scale, and a label at each end. Clicking a
+/// button answers with its number. Use it on the main thread only.
 class ScaleQuestionContentView : public QuestionContentContainer {
     Q_OBJECT
 
@@ -15,10 +16,15 @@ public:
     QWidget *firstControl() const override;
 
 protected:
-    /// Creates a button for each of `identifiers`, which become the object names. The first button
-    /// has the question's `firstValue`, and each further one the next number.
+    /// `makeButton` decides what the buttons look like.
     ScaleQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
-                             const SurveyColors &colors, const QStringList &identifiers);
+                             const SurveyColors &colors, const ScaleRow::ButtonFactory &makeButton);
+
+    /// Returns a factory of buttons that show their numbers. `identifiers` become the object names,
+    /// in the order of the scale. `colors` must outlive the buttons.
+    static ScaleRow::ButtonFactory numberButtons(const SurveyQuestion &question,
+                                                 const SurveyColors &colors,
+                                                 const QStringList &identifiers);
 
 private:
     QList<QWidget *> m_buttons;

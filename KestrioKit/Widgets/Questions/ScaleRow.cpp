@@ -25,13 +25,16 @@ constexpr QMargins titleInsets(2, 2, 2, 2);
 } // namespace
 
 // A fixed height could be undone by a host's style sheet. The size hint cannot.
-ScaleRow::ScaleRow(const SurveyColors &colors, int height) : m_colors(colors), m_height(height) {
+ScaleRow::ScaleRow(int firstValue, int lastValue, const ButtonFactory &makeButton,
+                   const SurveyColors &colors, int height)
+    : m_colors(colors), m_height(height) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-}
-
-void ScaleRow::addButton(ThemedButton *button) {
-    button->setParent(this);
-    m_buttons.append(button);
+    for (int value = firstValue; value <= lastValue; ++value) {
+        m_buttons.append(makeButton(value));
+        m_buttons.last()->setParent(this);
+    }
+    // The row connects after its buttons, so that they already have the new font.
+    connect(&colors, &SurveyColors::changed, this, &ScaleRow::layOut);
 }
 
 void ScaleRow::layOut() {

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <functional>
+
 namespace KestrioKit {
 
 class ThemedButton;
@@ -14,14 +16,17 @@ class ScaleRow final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `height` is the fixed height in device-independent pixels. `colors` must outlive the row.
-    ScaleRow(const SurveyColors &colors, int height);
+    /// Creates the button for a number on the scale.
+    using ButtonFactory = std::function<ThemedButton *(int value)>;
 
-    /// Adds `button` at the trailing end. The row then owns it.
-    void addButton(ThemedButton *button);
+    /// Calls `makeButton` for each number from `firstValue` to `lastValue` and owns the buttons
+    /// that it returns. `height` is the fixed height in device-independent pixels. `colors` must
+    /// outlive the row.
+    ScaleRow(int firstValue, int lastValue, const ButtonFactory &makeButton,
+             const SurveyColors &colors, int height);
 
-    /// Places the buttons and gives all titles the largest common size that fits.
-    void layOut();
+    /// Returns the buttons, from the leading to the trailing end.
+    const QList<ThemedButton *> &buttons() const { return m_buttons; }
 
     QSize sizeHint() const override { return {0, m_height}; }
 
@@ -31,6 +36,7 @@ protected:
     bool event(QEvent *event) override;
 
 private:
+    void layOut();
     void sizeTitles();
 
     const SurveyColors &m_colors;
