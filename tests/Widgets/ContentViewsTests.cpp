@@ -6,6 +6,7 @@
 #include "KestrioKit/Widgets/Questions/MultiSelectQuestionContentView.h"
 #include "KestrioKit/Widgets/Questions/NpsQuestionContentView.h"
 #include "KestrioKit/Widgets/Questions/OpenQuestionContentView.h"
+#include "KestrioKit/Widgets/Questions/QuestionContentViews.h"
 #include "tests/Widgets/ViewTest.h"
 
 #include <QAccessible>
@@ -15,6 +16,7 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QMetaEnum>
 #include <QPushButton>
 #include <QTextEdit>
 
@@ -86,6 +88,16 @@ protected:
 
     QVariantList answers;
 };
+
+TEST_F(ContentViews, AreRegisteredForEveryKnownType) {
+    const auto types = QMetaEnum::fromType<SurveyQuestion::Type>();
+    for (int index = 0; index < types.keyCount(); ++index) {
+        SurveyQuestion asked;
+        asked.type = SurveyQuestion::Type(types.value(index));
+        const std::unique_ptr<QWidget> view(makeContentView(asked, {}, colors));
+        EXPECT_EQ(bool(view), asked.type != SurveyQuestion::Type::Other) << types.key(index);
+    }
+}
 
 TEST_F(ContentViews, ScalesAnswerWithTheirNumbersAndAreOneStopForTab) {
     make<LikertQuestionContentView>();

@@ -4,37 +4,13 @@
 #include "KestrioKit/Widgets/Controls/DoublePressFilter.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
-#include "KestrioKit/Widgets/Questions/LikertQuestionContentView.h"
-#include "KestrioKit/Widgets/Questions/MultipleChoiceQuestionContentView.h"
-#include "KestrioKit/Widgets/Questions/MultiSelectQuestionContentView.h"
-#include "KestrioKit/Widgets/Questions/NpsQuestionContentView.h"
-#include "KestrioKit/Widgets/Questions/OpenQuestionContentView.h"
+#include "KestrioKit/Widgets/Questions/QuestionContentViews.h"
 
 #include <QBoxLayout>
 
 namespace KestrioKit {
 
 namespace {
-
-QuestionContentContainer *makeContentView(const SurveyQuestion &question, const SurveyTexts &texts,
-                                          const SurveyColors &colors) {
-    using Type = SurveyQuestion::Type;
-    switch (question.type) {
-    case Type::Open:
-        return new OpenQuestionContentView(question, texts, colors);
-    case Type::Likert:
-        return new LikertQuestionContentView(question, texts, colors);
-    case Type::MultipleChoice:
-        return new MultipleChoiceQuestionContentView(question, texts, colors);
-    case Type::MultiSelect:
-        return new MultiSelectQuestionContentView(question, texts, colors);
-    case Type::Nps:
-        return new NpsQuestionContentView(question, texts, colors);
-    case Type::Other:
-        return nullptr;
-    }
-    Q_UNREACHABLE();
-}
 
 // A checkable button only selects an option. Another button sends the answer.
 QList<QAbstractButton *> answeringButtons(const QWidget &contentView) {
