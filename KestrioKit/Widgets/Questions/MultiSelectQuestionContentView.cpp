@@ -3,7 +3,6 @@
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/ArrowKeys.h"
 #include "KestrioKit/Widgets/Controls/CheckboxButton.h"
-#include "KestrioKit/Widgets/Controls/LeadingStack.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QBoxLayout>
@@ -30,10 +29,12 @@ MultiSelectQuestionContentView::MultiSelectQuestionContentView(const SurveyQuest
     connect(m_actionButton, &QAbstractButton::clicked, this,
             &MultiSelectQuestionContentView::actionButtonTapped);
 
-    auto *const stackView = new LeadingStack(KestrioUI::Padding::regular);
-    setLayout(stackView);
+    auto *const stackView = new QVBoxLayout(this);
+    stackView->setContentsMargins({});
+    stackView->setSpacing(KestrioUI::Padding::regular);
     stackView->addLayout(buttonsStackView);
-    stackView->addWidget(m_actionButton);
+    stackView->setAlignment(buttonsStackView, Qt::AlignLeft);
+    stackView->addWidget(m_actionButton, 0, Qt::AlignLeft);
 }
 
 QLayout *MultiSelectQuestionContentView::makeColumn() {
