@@ -1,7 +1,6 @@
 #include "KestrioKit/Widgets/Controls/CheckboxButton.h"
 
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
-#include "KestrioKit/Widgets/Drawing/Fonts.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QPainter>
@@ -27,8 +26,9 @@ constexpr qreal checkmarkLineWidth = 1;
 /// scale 1.
 constexpr qreal contrastLineWidth = 2;
 constexpr QMargins insets(14, 12, 14, 12);
-/// Distance between the image and the label.
+/// Distance between the image and the title.
 constexpr int spacing = KestrioUI::Padding::tiny;
+constexpr QMargins titleInsets = insets + QMargins(imageSize.width() + spacing, 0, 0, 0);
 constexpr qreal highlightedAlpha = 0.5;
 constexpr auto dissolveDuration = 100ms;
 constexpr auto identifierPrefix = "Multi-select option: "_L1;
@@ -56,12 +56,9 @@ DrawnImage::Draw drawingOf(const SurveyColors &colors, bool isChecked) {
 } // namespace
 
 CheckboxButton::CheckboxButton(const QString &title, const SurveyColors &colors)
-    : Button(title),
-      m_label(title, preferredFont(TextStyle::body)),
-      m_colors(colors),
+    : TitledButton(title, colors, Constant::titleInsets, Constant::imageSize.height()),
       m_uncheckedImage(Constant::checkboxSize, drawingOf(colors, false)),
       m_checkedImage(Constant::checkboxSize, drawingOf(colors, true)) {
-    followFont(this, colors, m_label, TextStyle::body);
     connect(&colors, &SurveyColors::changed, this, [this] {
         m_uncheckedImage.redraw();
         m_checkedImage.redraw();
@@ -93,40 +90,27 @@ qreal CheckboxButton::alpha() const {
 }
 
 qreal CheckboxButton::opacity() const {
-    return m_colors->keepsContrast ? 1 : alpha();
-}
-
-int CheckboxButton::heightForWidth(int width) const {
-    const int labelWidth = width - Constant::insets.left() - Constant::imageSize.width() -
-                           Constant::spacing - Constant::insets.right();
-    return std::max(m_label.heightForWidth(labelWidth), Constant::imageSize.height()) +
-           Constant::insets.top() + Constant::insets.bottom();
-}
-
-QSize CheckboxButton::sizeHint() const {
-    const int width = Constant::insets.left() + Constant::imageSize.width() + Constant::spacing +
-                      m_label.naturalWidth() + Constant::insets.right();
-    return {width, heightForWidth(width)};
+    return colors()->keepsContrast ? 1 : alpha();
 }
 
 void CheckboxButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    if (isHighlighted() && m_colors->keepsContrast)
+    if (isHighlighted() && colors()->keepsContrast)
         drawPressed(painter);
     drawCheckbox(painter);
     painter.setOpacity(opacity());
-    drawLabel(painter);
+    drawTitle(painter, colors()->text, Qt::AlignLeft);
     drawRoundedBorder(painter, rect(), KestrioUI::CornerRadius::r3, KestrioUI::BorderWidth::b1,
-                      m_colors->controlBorder);
+                      colors()->controlBorder);
     if (isFocusVisible())
-        drawFocusRing(painter, rect(), KestrioUI::CornerRadius::r3, m_colors->focusRing);
+        drawFocusRing(painter, rect(), KestrioUI::CornerRadius::r3, colors()->focusRing);
 }
 
 void CheckboxButton::drawPressed(QPainter &painter) const {
     QPainterPath shape;
     shape.addRoundedRect(rect(), KestrioUI::CornerRadius::r3, KestrioUI::CornerRadius::r3);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(shape, m_colors->pressedAnswer);
+    painter.fillPath(shape, colors()->pressedAnswer);
 }
 
 void CheckboxButton::drawCheckbox(QPainter &painter) const {
@@ -140,15 +124,6 @@ void CheckboxButton::drawCheckbox(QPainter &painter) const {
         painter.drawPixmap(box, m_uncheckedImage.at(devicePixelRatio()));
     painter.setOpacity(opacity() * m_checkedAlpha);
     painter.drawPixmap(box, m_checkedImage.at(devicePixelRatio()));
-}
-
-void CheckboxButton::drawLabel(QPainter &painter) const {
-    const QRect area = rect().marginsRemoved(Constant::insets);
-    QRect label = area.adjusted(Constant::imageSize.width() + Constant::spacing, 0, 0, 0);
-    const int height = m_label.heightForWidth(label.width());
-    label.adjust(0, (label.height() - height) / 2, 0, 0);
-    m_label.draw(painter, QStyle::visualRect(layoutDirection(), rect(), label), m_colors->text,
-                 QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft));
 }
 
 } // namespace KestrioKit

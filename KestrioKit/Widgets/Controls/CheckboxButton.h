@@ -1,16 +1,14 @@
 #pragma once
 
-#include "KestrioKit/Widgets/Controls/Button.h"
+#include "KestrioKit/Widgets/Controls/TitledButton.h"
 #include "KestrioKit/Widgets/Drawing/Animation.h"
 #include "KestrioKit/Widgets/Drawing/DrawnImage.h"
-#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
-#include "KestrioKit/Widgets/Drawing/WrappedText.h"
 
 namespace KestrioKit {
 
 /// A selectable row with a check box and a title that wraps. A click alone does not select it: its
 /// owner calls `setChecked()` or `toggleAnimated()`. Use it on the main thread only.
-class CheckboxButton final : public Button {
+class CheckboxButton final : public TitledButton {
     Q_OBJECT
 
 public:
@@ -22,9 +20,6 @@ public:
 
     /// Returns the opacity: reduced while the button is pressed, otherwise 1.
     qreal alpha() const override;
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override;
-    QSize sizeHint() const override;
 
 protected:
     void checkStateSet() override;
@@ -37,10 +32,7 @@ private:
     qreal opacity() const;
     void drawPressed(QPainter &painter) const;
     void drawCheckbox(QPainter &painter) const;
-    void drawLabel(QPainter &painter) const;
 
-    WrappedText m_label;
-    const SurveyColors &m_colors;
     DrawnImage m_uncheckedImage;
     DrawnImage m_checkedImage;
     /// Opacity of the checked image, from 0 (invisible) to 1 (opaque).

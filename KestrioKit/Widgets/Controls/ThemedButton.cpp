@@ -1,20 +1,14 @@
 #include "KestrioKit/Widgets/Controls/ThemedButton.h"
 
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
-#include "KestrioKit/Widgets/Drawing/Fonts.h"
 #include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QPainter>
-#include <QStyle>
 
 namespace KestrioKit {
 
 ThemedButton::ThemedButton(const QString &title, const SurveyColors &colors, const Look &look)
-    : Button(title),
-      m_title(title, preferredFont(TextStyle::body)),
-      m_colors(colors),
-      m_look(look) {
-    followFont(this, colors, m_title, TextStyle::body);
+    : TitledButton(title, colors, look.insets), m_look(look) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
 }
 
@@ -37,19 +31,8 @@ void ThemedButton::setBackgroundShape(const QPainterPath &shape) {
 }
 
 void ThemedButton::setTitleSize(int pixels) {
-    m_title.setFontSize(pixels);
+    title().setFontSize(pixels);
     update();
-}
-
-int ThemedButton::heightForWidth(int width) const {
-    const QMargins &insets = m_look.insets;
-    return m_title.heightForWidth(width - insets.left() - insets.right()) + insets.top() +
-           insets.bottom();
-}
-
-QSize ThemedButton::sizeHint() const {
-    const int width = m_title.naturalWidth() + m_look.insets.left() + m_look.insets.right();
-    return {width, heightForWidth(width)};
 }
 
 void ThemedButton::paintEvent(QPaintEvent *) {
@@ -57,12 +40,12 @@ void ThemedButton::paintEvent(QPaintEvent *) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_isTinted)
         drawBackground(painter);
-    drawTitle(painter);
+    drawTitle(painter, colors()->text, m_look.alignment);
     if (m_look.borderWidth > 0)
         drawRoundedBorder(painter, rect(), m_look.cornerRadius, m_look.borderWidth,
-                          m_colors->controlBorder);
+                          colors()->controlBorder);
     if (isFocusVisible())
-        drawFocusRing(painter, rect(), m_look.cornerRadius, m_colors->focusRing);
+        drawFocusRing(painter, rect(), m_look.cornerRadius, colors()->focusRing);
 }
 
 void ThemedButton::drawBackground(QPainter &painter) const {
@@ -70,15 +53,7 @@ void ThemedButton::drawBackground(QPainter &painter) const {
     shape.addRoundedRect(rect(), m_look.cornerRadius, m_look.cornerRadius);
     if (m_backgroundShape)
         shape = shape.intersected(m_backgroundShape->translated(-pos()));
-    painter.fillPath(shape, m_colors->pressedAnswer);
-}
-
-void ThemedButton::drawTitle(QPainter &painter) const {
-    const QRect area = rect().marginsRemoved(m_look.insets);
-    const int height = m_title.heightForWidth(area.width());
-    const QRect middle(area.x(), area.y() + (area.height() - height) / 2, area.width(), height);
-    m_title.draw(painter, middle, m_colors->text,
-                 QStyle::visualAlignment(layoutDirection(), m_look.alignment));
+    painter.fillPath(shape, colors()->pressedAnswer);
 }
 
 } // namespace KestrioKit

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "KestrioKit/Widgets/Controls/Button.h"
-#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
-#include "KestrioKit/Widgets/Drawing/WrappedText.h"
+#include "KestrioKit/Widgets/Controls/TitledButton.h"
 
 #include <QPainterPath>
 
@@ -11,7 +9,7 @@
 namespace KestrioKit {
 
 /// A button for one answer, with a title that wraps. Use it on the main thread only.
-class ThemedButton final : public Button {
+class ThemedButton final : public TitledButton {
     Q_OBJECT
 
 public:
@@ -36,13 +34,9 @@ public:
 
     /// Returns the font size in pixels at which the title fits into `room` without wrapping, at
     /// most the usual size.
-    int titleSizeWithin(const QSize &room) const { return m_title.fontSizeWithin(room); }
+    int titleSizeWithin(const QSize &room) const { return title().fontSizeWithin(room); }
     /// Sets the font size of the title, in pixels.
     void setTitleSize(int pixels);
-
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override;
-    QSize sizeHint() const override;
 
 protected:
     void highlightedChanged() override;
@@ -51,10 +45,7 @@ protected:
 private:
     void setTinted(bool isTinted);
     void drawBackground(QPainter &painter) const;
-    void drawTitle(QPainter &painter) const;
 
-    WrappedText m_title;
-    const SurveyColors &m_colors;
     Look m_look;
     std::optional<QPainterPath> m_backgroundShape;
     /// Whether the background is filled. Holds whichever changed last, selection or highlight.
