@@ -5,23 +5,27 @@
 
 #include <utility>
 
+using namespace std::chrono_literals;
+
 namespace {
 
-constexpr int pollMilliseconds = 5;
+constexpr auto pollInterval = 5ms;
 
 } // namespace
 
 void ConditionWait::start(Condition condition, std::chrono::milliseconds limit, Answer finished) {
     auto *const wait = new ConditionWait(std::move(condition), limit, std::move(finished));
     wait->setParent(QCoreApplication::instance());
-    wait->m_timer.start(0, wait);
+    wait->m_timer.start(0ms);
 }
 
 ConditionWait::ConditionWait(Condition condition, std::chrono::milliseconds limit, Answer finished)
-    : m_condition(std::move(condition)), m_deadline(limit), m_finished(std::move(finished)) {}
+    : m_condition(std::move(condition)), m_deadline(limit), m_finished(std::move(finished)) {
+    connect(&m_timer, &QTimer::timeout, this, &ConditionWait::check);
+}
 
-void ConditionWait::timerEvent(QTimerEvent *) {
-    m_timer.start(pollMilliseconds, this);
+void ConditionWait::check() {
+    m_timer.start(pollInterval);
     if (!m_isAsking) {
         m_isAsking = true;
         m_condition([wait = QPointer(this)](bool holds) {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QBasicTimer>
 #include <QDeadlineTimer>
 #include <QObject>
+#include <QTimer>
 
 #include <chrono>
 #include <functional>
@@ -21,18 +21,16 @@ public:
     /// running when the limit expires counts as failed.
     static void start(Condition condition, std::chrono::milliseconds limit, Answer finished);
 
-protected:
-    void timerEvent(QTimerEvent *event) override;
-
 private:
     ConditionWait(Condition condition, std::chrono::milliseconds limit, Answer finished);
 
+    void check();
     void answered(bool holds);
     void finish(bool holds);
 
     Condition m_condition;
     QDeadlineTimer m_deadline;
     Answer m_finished;
-    QBasicTimer m_timer;
+    QTimer m_timer;
     bool m_isAsking = false;
 };

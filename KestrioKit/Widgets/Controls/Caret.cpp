@@ -7,6 +7,8 @@
 
 namespace KestrioKit {
 
+using namespace std::chrono_literals;
+
 namespace {
 
 constexpr int width = 2;
@@ -16,6 +18,7 @@ constexpr int width = 2;
 Caret::Caret(QTextEdit &field, const SurveyColors &colors) : m_field(field), m_colors(colors) {
     field.setCursorWidth(0);
     connect(&field, &QTextEdit::cursorPositionChanged, this, &Caret::fieldChanged);
+    connect(&m_timer, &QTimer::timeout, this, [this] { setVisible(!m_isVisible); });
 }
 
 void Caret::fieldChanged() {
@@ -25,18 +28,14 @@ void Caret::fieldChanged() {
 
 void Caret::restart() {
     setVisible(true);
-    const int period = QGuiApplication::styleHints()->cursorFlashTime();
-    if (period > 0)
-        m_timer.start(period / 2, this);
+    const std::chrono::milliseconds period(QGuiApplication::styleHints()->cursorFlashTime());
+    if (period > 0ms)
+        m_timer.start(period / 2);
 }
 
 void Caret::stop() {
     m_timer.stop();
     setVisible(false);
-}
-
-void Caret::timerEvent(QTimerEvent *) {
-    setVisible(!m_isVisible);
 }
 
 void Caret::setVisible(bool isVisible) {

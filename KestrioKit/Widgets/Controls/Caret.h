@@ -2,8 +2,8 @@
 
 #include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 
-#include <QBasicTimer>
 #include <QObject>
+#include <QTimer>
 
 class QPainter;
 class QTextEdit;
@@ -28,16 +28,13 @@ public:
     /// Draws the caret if it is visible. `painter` must paint on the field's viewport.
     void draw(QPainter &painter) const;
 
-protected:
-    void timerEvent(QTimerEvent *event) override;
-
 private:
     void fieldChanged();
     void setVisible(bool isVisible);
 
     QTextEdit &m_field;
     const SurveyColors &m_colors;
-    QBasicTimer m_timer;
+    QTimer m_timer;
     bool m_isVisible = false;
 };
 

@@ -8,8 +8,6 @@ namespace KestrioKit {
 
 namespace {
 
-constexpr double secondsPerMillisecond = 0.001;
-
 // These are the keys that click a `Button`.
 bool isPress(int key) {
     return key == Qt::Key_Space || key == Qt::Key_Select || key == Qt::Key_Return ||
@@ -42,10 +40,11 @@ DoublePressFilter::DoublePressFilter(const QList<QAbstractButton *> &buttons, co
 bool DoublePressFilter::isSecondPress(const QObject *button, const QEvent &event) const {
     if (!m_hasClicked || button != m_pressed)
         return false;
-    const int interval = QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    const std::chrono::milliseconds interval(
+        QGuiApplication::styleHints()->mouseDoubleClickInterval());
     // The platform recognizes a double-click correctly even if its events are delivered late.
     return event.type() == QEvent::MouseButtonDblClick ||
-           m_clock.now() < m_pressedAt + interval * secondsPerMillisecond;
+           m_clock.now().sinceReference < m_pressedAt.sinceReference + interval;
 }
 
 bool DoublePressFilter::eventFilter(QObject *watched, QEvent *event) {
