@@ -1,21 +1,12 @@
 #include "KestrioKit/Core/Session/SurveyForms.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
-#include "KestrioKit/Widgets/Questions/LikertQuestionContentView.h"
-#include "KestrioKit/Widgets/Questions/MultipleChoiceQuestionContentView.h"
-#include "KestrioKit/Widgets/Questions/MultiSelectQuestionContentView.h"
-#include "KestrioKit/Widgets/Questions/NpsQuestionContentView.h"
-#include "KestrioKit/Widgets/Questions/OpenQuestionContentView.h"
 #include "KestrioKit/Widgets/Questions/QuestionContentViews.h"
 #include "tests/Widgets/ViewTest.h"
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>
-#include <QApplication>
-#include <QBitmap>
 #include <QClipboard>
-#include <QContextMenuEvent>
-#include <QMenu>
 #include <QMetaEnum>
 #include <QPushButton>
 #include <QTextEdit>
@@ -40,26 +31,14 @@ SurveyQuestion question(QuestionType::Kind kind) {
     return questionsToShow({question}, AnyLanguageBundle(u"en"_s)).first();
 }
 
-template <typename View>
-constexpr auto kindOf = QuestionType::open;
-template <>
-constexpr auto kindOf<LikertQuestionContentView> = QuestionType::likert;
-template <>
-constexpr auto kindOf<MultipleChoiceQuestionContentView> = QuestionType::multipleChoice;
-template <>
-constexpr auto kindOf<MultiSelectQuestionContentView> = QuestionType::multiSelect;
-template <>
-constexpr auto kindOf<NpsQuestionContentView> = QuestionType::nps;
-
 } // namespace
 
 class ContentViews : public ViewTest {
 protected:
-    template <typename View>
-    View *make() {
+    QuestionContentContainer *make(QuestionType::Kind kind) {
         auto *const view =
-            new View(question(kindOf<View>), textsToShow(AnyLanguageBundle(u"en"_s)), colors);
-        QObject::connect(view, &View::answered, view,
+            makeContentView(question(kind), textsToShow(AnyLanguageBundle(u"en"_s)), colors);
+        QObject::connect(view, &QuestionContentContainer::answered, view,
                          [this](const QVariant &answer) { answers.append(answer); });
         show(view, width);
         view->firstControl()->setFocus(Qt::TabFocusReason);
@@ -83,7 +62,7 @@ protected:
         return {view->mapTo(&window, QPoint()), view->size()};
     }
     QTextEdit *makeText() {
-        return make<OpenQuestionContentView>()->findChild<QTextEdit *>(u"Open question prompt"_s);
+        return make(QuestionType::open)->findChild<QTextEdit *>(u"Open question prompt"_s);
     }
 
     QVariantList answers;
@@ -100,7 +79,7 @@ TEST_F(ContentViews, AreRegisteredForEveryKnownType) {
 }
 
 TEST_F(ContentViews, ScalesAnswerWithTheirNumbersAndAreOneStopForTab) {
-    make<LikertQuestionContentView>();
+    const auto *const likert = make(QuestionType::likert);
     QPushButton after(&window);
     after.lower();
     after.show();
@@ -111,8 +90,8 @@ TEST_F(ContentViews, ScalesAnswerWithTheirNumbersAndAreOneStopForTab) {
     click(u"Option 1"_s);
     click(u"Option 5"_s);
     keys({Qt::Key_Home, Qt::Key_Left, Qt::Key_Right, Qt::Key_Down, Qt::Key_Up, Qt::Key_Space});
-    delete window.findChild<LikertQuestionContentView *>();
-    make<NpsQuestionContentView>();
+    delete likert;
+    make(QuestionType::nps);
     click(u"Option 0"_s);
     keys({Qt::Key_End, Qt::Key_Right, Qt::Key_Return});
     for (const int number : {1, 5, 2, 0, 10})
@@ -120,7 +99,7 @@ TEST_F(ContentViews, ScalesAnswerWithTheirNumbersAndAreOneStopForTab) {
 }
 
 TEST_F(ContentViews, ChoicesAnswerWithIdAndValue) {
-    make<MultipleChoiceQuestionContentView>();
+    make(QuestionType::multipleChoice);
     click(u"Multi-choice option: Nameless"_s);
     click(u"Multi-choice option: Yes"_s);
     keys({Qt::Key_End, Qt::Key_Enter});
@@ -129,7 +108,7 @@ TEST_F(ContentViews, ChoicesAnswerWithIdAndValue) {
 }
 
 TEST_F(ContentViews, CheckBoxesAnswerWithTheSelectedIds) {
-    make<MultiSelectQuestionContentView>();
+    make(QuestionType::multiSelect);
     click(u"Multi-select submit button"_s);
     click(u"Multi-select option: Yes"_s);
     click(u"Multi-select option: Nameless"_s);
@@ -169,24 +148,13 @@ TEST_F(ContentViews, TextIsAnsweredAsTyped) {
     EXPECT_EQ(colorAt(14, 13), theme);
 }
 
-TEST_F(ContentViews, TextFieldHasAnUndoAndAMenuOfItsOwn) {
+TEST_F(ContentViews, TextFieldUndoesWhatWasTypedAlone) {
     auto *const field = makeText();
     const qreal margin = field->document()->documentMargin();
     QTest::keyClick(field, Qt::Key_X);
     for (int times = 0; times < 3; ++times)
         QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(field->document()->documentMargin(), margin);
-    // The offscreen platform warns of what it cannot do for a menu.
-    const auto handler = qInstallMessageHandler([](auto, auto &, auto &) {});
-    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, field->mapToGlobal(QPoint()));
-    QCoreApplication::sendEvent(field, &event);
-    auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-    ASSERT_NE(menu, nullptr);
-    const QImage picture = menu->grab().toImage();
-    qInstallMessageHandler(handler);
-    EXPECT_EQ(picture.pixelColor(4, 4), Qt::white);
-    EXPECT_FALSE(QRegion(QBitmap::fromImage(picture, Qt::ThresholdDither)).isEmpty());
-    menu->close();
 }
 
 // A screen reader asks about a control as soon as it hears of it.
@@ -194,8 +162,8 @@ TEST_F(ContentViews, ScalesAndChoicesAreRadioGroupsForAScreenReader) {
     QAccessible::installUpdateHandler(
         [](QAccessibleEvent *event) { event->accessibleInterface(); });
     QAccessible::setActive(true);
-    make<LikertQuestionContentView>();
-    make<MultipleChoiceQuestionContentView>();
+    make(QuestionType::likert);
+    make(QuestionType::multipleChoice);
     const std::pair<QString, QString> cases[] = {{u"Option 1"_s, u"Never, 1 of 5"_s},
                                                  {u"Option 2"_s, u"2 of 5"_s},
                                                  {u"Multi-choice option: Yes"_s, u"1 of 4"_s}};
@@ -214,7 +182,7 @@ TEST_F(ContentViews, ScalesAndChoicesAreRadioGroupsForAScreenReader) {
 TEST_F(ContentViews, ScalesShareTheRowEquallyAtEachWidth) {
     for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
         window.setLayoutDirection(direction);
-        auto *const view = make<NpsQuestionContentView>();
+        auto *const view = make(QuestionType::nps);
         for (const int row : {288, 358, 467}) {
             show(view, row);
             int left = 0;
@@ -240,8 +208,8 @@ TEST_F(ContentViews, ScalesShareTheRowEquallyAtEachWidth) {
 TEST_F(ContentViews, StackTheirControlsAtTheLeadingEdge) {
     for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
         window.setLayoutDirection(direction);
-        const QList<QWidget *> views{make<MultiSelectQuestionContentView>(),
-                                     make<MultipleChoiceQuestionContentView>()};
+        const QList<QWidget *> views{make(QuestionType::multiSelect),
+                                     make(QuestionType::multipleChoice)};
         for (const QWidget *const view : views) {
             int bottom = -8;
             for (const auto *const button : view->findChildren<QAbstractButton *>()) {

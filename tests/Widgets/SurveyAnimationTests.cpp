@@ -32,18 +32,6 @@ struct ManualAnimationDriver final : QAnimationDriver {
     qint64 time = 0;
 };
 
-/// Counts how often a widget is painted.
-struct PaintCounter final : QObject {
-    explicit PaintCounter(QWidget &view) { view.installEventFilter(this); }
-
-    bool eventFilter(QObject *, QEvent *event) override {
-        count += event->type() == QEvent::Paint;
-        return false;
-    }
-
-    int count = 0;
-};
-
 } // namespace
 
 /// The same with everything moving; time passes as the test says.
@@ -74,7 +62,7 @@ TEST_F(SurveyAnimation, SpringsInAndSlidesOut) {
     EXPECT_EQ(cardTop(), height);
     pass(1);
     EXPECT_GT(cardTop(), place + (height - place) / 2);
-    const PaintCounter hostFrames(button);
+    const EventCounter hostFrames(button, QEvent::Paint);
     pass(20);
     EXPECT_EQ(hostFrames.count, 0) << "the host is painted for each frame";
     int highest = height;

@@ -276,25 +276,16 @@ TEST_F(SurveyPresentation, IsClosedByATapOnTheDimmingAlone) {
 }
 
 TEST_F(SurveyPresentation, KeepsGesturesFromTheHost) {
-    class Grabber : public QObject {
-        bool eventFilter(QObject *, QEvent *event) override {
-            gestures += event->type() == QEvent::Gesture;
-            return false;
-        }
-
-    public:
-        int gestures = 0;
-    } grabber;
     window.grabGesture(Qt::TapGesture);
-    window.installEventFilter(&grabber);
+    EventCounter gestures(window, QEvent::Gesture);
     tap({200, 200});
-    EXPECT_GT(std::exchange(grabber.gestures, 0), 0);
+    EXPECT_GT(std::exchange(gestures.count, 0), 0);
     present(scaleAndText);
     tap(frame(u"Option 3"_s).center());
     EXPECT_EQ(focused(), u"Open question prompt"_s);
     tap({5, 5});
     EXPECT_EQ(survey(), nullptr);
-    EXPECT_EQ(grabber.gestures, 0);
+    EXPECT_EQ(gestures.count, 0);
 }
 
 TEST_F(SurveyPresentation, SaysWhyItCannotShowASurvey) {

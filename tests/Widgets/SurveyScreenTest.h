@@ -13,6 +13,20 @@
 
 namespace KestrioKit {
 
+/// Counts the events of a type that are sent to an object.
+struct EventCounter final : QObject {
+    EventCounter(QObject &object, QEvent::Type counted) : type(counted) {
+        object.installEventFilter(this);
+    }
+    bool eventFilter(QObject *, QEvent *event) override {
+        count += event->type() == type;
+        return false;
+    }
+
+    const QEvent::Type type;
+    int count = 0;
+};
+
 /// A host's window with a field and a button, and surveys over it that the service sends and is
 /// told about. Nothing moves: each state is there at once, but for `finishDelay`.
 class SurveyScreenTest : public OnlineFixture {
