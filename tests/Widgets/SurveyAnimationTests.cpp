@@ -15,6 +15,7 @@
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -23,13 +24,13 @@ struct ManualAnimationDriver final : QAnimationDriver {
     ManualAnimationDriver() { install(); }
     ~ManualAnimationDriver() override { uninstall(); }
 
-    qint64 elapsed() const override { return time; }
+    qint64 elapsed() const override { return time.count(); }
     void start() override {
-        time = 0;
+        time = 0ms;
         QAnimationDriver::start();
     }
 
-    qint64 time = 0;
+    std::chrono::milliseconds time{0};
 };
 
 } // namespace
@@ -39,8 +40,8 @@ class SurveyAnimation : public SurveyScreenTest {
 protected:
     SurveyAnimation() { QApplication::setStyle(QStyleFactory::create(u"fusion"_s)); }
 
-    void pass(int milliseconds) {
-        driver.time += milliseconds;
+    void pass(std::chrono::milliseconds duration) {
+        driver.time += duration;
         driver.advance();
         // What begins now begins in the event loop.
         QCoreApplication::processEvents();
@@ -57,31 +58,32 @@ TEST_F(SurveyAnimation, SpringsInAndSlidesOut) {
     present(twoScales);
     const int height = window.height();
     const int place = height - view<SurveyView>()->height();
-    pass(199);
+    pass(199ms);
     EXPECT_GT(view<BackgroundView>()->alpha(), 0.9);
     EXPECT_EQ(cardTop(), height);
-    pass(1);
+    pass(1ms);
     EXPECT_GT(cardTop(), place + (height - place) / 2);
     const EventCounter hostFrames(button, QEvent::Paint);
-    pass(20);
+    pass(20ms);
     EXPECT_EQ(hostFrames.count, 0) << "the host is painted for each frame";
     int highest = height;
-    for (int time = 0; time < 600 && !survey()->findChildren<Animation *>().isEmpty(); time += 10) {
+    for (auto time = 0ms; time < 600ms && !survey()->findChildren<Animation *>().isEmpty();
+         time += 10ms) {
         highest = std::min(highest, cardTop());
-        pass(10);
+        pass(10ms);
     }
     EXPECT_NEAR(highest, place - (height - place) * 0.046, 3);
     EXPECT_EQ(cardTop(), place);
     EXPECT_GT(hostFrames.count, 0) << "what has changed under the survey does not come to light";
     EXPECT_EQ(view<BackgroundView>()->alpha(), 1);
     key(Qt::Key_Escape);
-    pass(70);
+    pass(70ms);
     EXPECT_GT(cardTop(), place);
     EXPECT_LT(cardTop(), height);
-    pass(200);
+    pass(200ms);
     EXPECT_EQ(cardTop(), height);
     EXPECT_TRUE(core->survey());
-    pass(250);
+    pass(250ms);
     EXPECT_FALSE(survey() || core->survey());
 }
 
@@ -93,25 +95,25 @@ TEST_F(SurveyAnimation, CountsKeysAndTapsOnceItIsThere) {
         click(QPoint(5, 5));
     };
     use();
-    pass(200);
-    pass(399);
+    pass(200ms);
+    pass(399ms);
     use();
     QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, QPoint(5, 5));
-    pass(1);
+    pass(1ms);
     QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, QPoint(5, 5));
     EXPECT_EQ(focused(), u"Option 1"_s);
     EXPECT_EQ(history(), QStringList({u"seen"_s, u"seen 11"_s}));
     use();
     while (survey())
-        pass(50);
+        pass(50ms);
     EXPECT_EQ(history(), QStringList({u"closed 12"_s, u"seen"_s, u"seen 11"_s, u"seen 12"_s}));
     EXPECT_EQ(responses(), QList<QStringList>({{u"11=1"_s}}));
 }
 
 TEST_F(SurveyAnimation, APageIsAnsweredOnceItIsSeen) {
     present(twoScales);
-    pass(200);
-    pass(400);
+    pass(200ms);
+    pass(400ms);
     const QPoint option = frame(u"Option 3"_s).center();
     click(option);
     key(Qt::Key_Space);
@@ -119,23 +121,23 @@ TEST_F(SurveyAnimation, APageIsAnsweredOnceItIsSeen) {
     click(option);
     key(Qt::Key_Right);
     key(Qt::Key_Space);
-    pass(70);
+    pass(70ms);
     EXPECT_LT(ViewEffect::alpha(view<QuestionView>()), 0.9);
-    pass(200);
+    pass(200ms);
     EXPECT_EQ(ViewEffect::alpha(view<ScrollView>()), 0);
     const int growing = view<SurveyView>()->height();
     click(option);
     key(Qt::Key_Space);
-    pass(250);
+    pass(250ms);
     EXPECT_GT(view<SurveyView>()->height(), growing);
     EXPECT_EQ(view<PageControl>()->currentPage(), 1);
     EXPECT_EQ(focused(), u"Option 1"_s);
-    pass(250);
+    pass(250ms);
     click(u"Option 5"_s);
-    pass(60);
+    pass(60ms);
     key(Qt::Key_Escape);
     while (survey())
-        pass(50);
+        pass(50ms);
     EXPECT_EQ(history(), QStringList({u"closed"_s, u"seen"_s, u"seen 11"_s, u"seen 12"_s}));
     EXPECT_EQ(responses(), QList<QStringList>({{u"11=3"_s, u"11=4"_s, u"12=5"_s}}));
 }
