@@ -8,7 +8,9 @@ class ScrollView;
 class SurveyColors;
 
 /// A narrow scroll bar that shows which part of a scroll view's content is visible. The visitor can
-/// drag it. It is hidden while the whole content is visible. Use it on the main thread only.
+/// drag it, and a press beside it moves it there. It is hidden while the whole content is visible.
+/// `QScrollBar` is not used because its handle moves by whole pixels, and a press beside the handle
+/// scrolls by a page. Use it on the main thread only.
 class ScrollIndicator final : public QWidget {
     Q_OBJECT
 

@@ -8,7 +8,8 @@ class SurveyColors;
 
 /// Shows content that is as wide as the view and scrolls it vertically if it is higher. The visitor
 /// scrolls with a finger, the wheel or the keyboard. The view is opaque, so that widgets behind it
-/// are not painted. Use it on the main thread only.
+/// are not painted. `QScrollArea` is not used because it ignores the pixel distances of touchpads
+/// and adds its viewport to what assistive technology sees. Use it on the main thread only.
 class ScrollView final : public QWidget {
     Q_OBJECT
 

@@ -29,6 +29,7 @@ private:
     void buttonTapped();
 
     TextView *m_textView;
+    /// Replaces the field's own placeholder, which stays at the left in a right-to-left survey.
     Label *m_placeholderLabel;
     ActionButton *m_button;
 };
