@@ -32,7 +32,7 @@ QColor dimming() {
 QColor tintedCard(const SurveyPalette &palette) {
     constexpr int steps = 30;
     for (int step = steps; step > 0; --step) {
-        const QColor tinted = mixed(palette.card, palette.accent, tintAlpha * step / steps);
+        const QColor tinted = mixed(palette.card, palette.accent, tintAlpha * float(step) / steps);
         if (contrastRatio(palette.text, tinted) >= leastTextContrast &&
             contrastRatio(palette.symbol, tinted) >= lineContrast &&
             contrastRatio(palette.controlBorder, tinted) >= lineContrast)
