@@ -109,7 +109,12 @@ void NetworkTask::giveUp(const QString &reason) {
     if (!m_completion)
         return;
     m_reason = reason;
+    // A reply has one error only, or else Qt logs a warning. One that has an error is about to
+    // finish. One that is aborted must not receive the error that may be on its way.
+    if (m_reply->error() != QNetworkReply::NoError)
+        return;
     m_reply->abort();
+    delete m_reply;
 }
 
 void NetworkTask::readBody() {
