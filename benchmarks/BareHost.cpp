@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 // A host without the library. It is the floor for the host with the library.
-//     kestrio-bench-bare idle [online] | read FILE | quit
+//     kestrio-bench-bare idle [minute | online] | read FILE | quit
 
 using namespace Qt::StringLiterals;
 

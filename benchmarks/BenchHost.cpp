@@ -19,6 +19,7 @@ namespace {
 
 /// Qt keeps the thread of a host name look-up for 30 seconds.
 constexpr auto idleAfter = 35s;
+constexpr auto watchedTime = 60s;
 
 void report(const QJsonObject &figures) {
     std::puts(QJsonDocument(figures).toJson(QJsonDocument::Compact).constData());
@@ -41,8 +42,31 @@ int privateDirtyMemory() {
     return 0;
 }
 
-int threads() {
-    return int(QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
+QStringList threads() {
+    return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+}
+
+/// Returns how often the threads of the process have slept, which is how often they woke up.
+int wakeUps() {
+    int sum = 0;
+    for (const QString &thread : threads()) {
+        QFile file(u"/proc/self/task/%1/status"_s.arg(thread));
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        for (const QByteArray &line : file.readAll().split('\n')) {
+            if (line.startsWith("voluntary_ctxt_switches:"))
+                sum += line.simplified().split(' ').at(1).toInt();
+        }
+    }
+    return sum;
+}
+
+void reportWakeUps(QJsonObject figures) {
+    QTimer::singleShot(watchedTime, qApp, [figures, before = wakeUps()]() mutable {
+        figures[u"wakeUps"_s] = wakeUps() - before;
+        report(figures);
+        QCoreApplication::quit();
+    });
 }
 
 } // namespace
@@ -56,11 +80,11 @@ BenchHost::BenchHost(int &argc, char **argv) : m_application(argc, argv) {
         makeRequest();
 }
 
-QString BenchHost::mode() const {
+QString BenchHost::mode() {
     return QCoreApplication::arguments().value(1);
 }
 
-QString BenchHost::detail() const {
+QString BenchHost::detail() {
     return QCoreApplication::arguments().value(2);
 }
 
@@ -82,7 +106,10 @@ void BenchHost::reportTimeOf(const std::function<void()> &block) {
 void BenchHost::reportWhenIdle() {
     QTimer::singleShot(idleAfter, qApp, [] {
         const int memory = privateDirtyMemory();
-        report({{u"KiB"_s, memory}, {u"threads"_s, threads()}});
+        const QJsonObject figures{{u"KiB"_s, memory}, {u"threads"_s, threads().size()}};
+        if (detail() == "minute"_L1)
+            return reportWakeUps(figures);
+        report(figures);
         QCoreApplication::quit();
     });
 }

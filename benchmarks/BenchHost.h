@@ -16,14 +16,15 @@ public:
     BenchHost(int &argc, char **argv);
 
     /// Returns the first argument, which selects what the host does.
-    QString mode() const;
+    static QString mode();
     /// Returns the second argument.
-    QString detail() const;
+    static QString detail();
 
     /// Runs `block`, reports its duration in microseconds and ends the host.
     static void reportTimeOf(const std::function<void()> &block);
     /// Reports the host's private memory and number of threads, once Qt's host name look-ups have
-    /// ended.
+    /// ended. If the second argument is "minute", also reports how often its threads wake up in the
+    /// next minute.
     static void reportWhenIdle();
     /// Reports the time of the machine's monotonic clock in milliseconds, and quits.
     static void quit();

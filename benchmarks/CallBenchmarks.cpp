@@ -1,18 +1,18 @@
+#include "benchmarks/DiskSyncs.h"
 #include "benchmarks/Programs.h"
+#include "benchmarks/RunningLibrary.h"
 
-#include "KestrioKit/Core/Facade/KestrioCore.h"
 #include "KestrioKit/Kestrio.h"
 
 #include <benchmark/benchmark.h>
 
-#include <QEventLoop>
 #include <QThread>
-#include <QTimer>
 
-#include <future>
+#include <chrono>
+#include <ctime>
 #include <thread>
+#include <vector>
 
-using namespace KestrioKit;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -21,32 +21,21 @@ namespace {
 constexpr int calls = 1000;
 /// Long enough for the other thread to fall asleep. Waking it is the most expensive part of a call.
 constexpr auto untilAsleep = 1ms;
-/// Covers the time from the visitor's response until calls are no longer held.
-constexpr auto untilReady = 200ms;
-constexpr auto step = 10ms;
-constexpr int mostSteps = 1000;
 
-void runEventLoop(std::chrono::milliseconds time) {
-    QEventLoop loop;
-    QTimer::singleShot(time, &loop, &QEventLoop::quit);
-    loop.exec();
-}
-
-template <typename Condition>
-bool waitFor(const Condition &condition) {
-    for (int steps = 0; steps < mostSteps; ++steps) {
-        if (condition())
-            return true;
-        runEventLoop(step);
+/// Measures the process between its construction and `report()`.
+class Usage {
+public:
+    /// Adds the processor time in microseconds and the disk syncs per call.
+    void report(benchmark::State &state) const {
+        const double seconds = double(std::clock() - m_processorTime) / CLOCKS_PER_SEC;
+        state.counters["processor"] = seconds * 1e6 / calls;
+        state.counters["syncs"] = double(diskSyncs() - m_syncs) / calls;
     }
-    return false;
-}
 
-bool isIdle() {
-    std::promise<bool> idle;
-    KestrioCore::shared()->api()->reportIdle([&idle](bool is) { idle.set_value(is); });
-    return idle.get_future().get();
-}
+private:
+    std::clock_t m_processorTime = std::clock();
+    int m_syncs = diskSyncs();
+};
 
 template <typename Call>
 void timeCalls(benchmark::State &state, const Call &call, std::chrono::milliseconds pause) {
@@ -65,19 +54,17 @@ void timeCalls(benchmark::State &state, const Call &call, std::chrono::milliseco
 }
 
 void track(benchmark::State &state, std::chrono::milliseconds pause, bool savesPromptly) {
-    if (!serviceRuns())
-        return state.SkipWithError("there is no service");
-    Kestrio &kestrio = Kestrio::shared();
-    kestrio.configure(u"answers"_s);
-    if (!waitFor([&kestrio] { return kestrio.visitorIdentifier().has_value(); }))
+    if (!libraryRuns())
         return state.SkipWithError("there is no visitor");
-    runEventLoop(untilReady);
+    Kestrio &kestrio = Kestrio::shared();
     kestrio.setSavesPromptly(savesPromptly);
+    const Usage usage;
     timeCalls(
         state, [&kestrio] { kestrio.track(u"Catalogue Opened"_s); }, pause);
     kestrio.setSavesPromptly(false);
-    if (!waitFor(isIdle))
+    if (!waitUntilDelivered())
         state.SkipWithError("the events are not delivered");
+    usage.report(state);
 }
 
 void postEmptyBlock(benchmark::State &state, std::chrono::milliseconds pause) {
@@ -85,6 +72,7 @@ void postEmptyBlock(benchmark::State &state, std::chrono::milliseconds pause) {
     QObject receiver;
     receiver.moveToThread(&thread);
     thread.start();
+    const Usage usage;
     timeCalls(
         state,
         [&receiver] {
@@ -94,6 +82,7 @@ void postEmptyBlock(benchmark::State &state, std::chrono::milliseconds pause) {
         pause);
     thread.quit();
     thread.wait();
+    usage.report(state);
 }
 
 constexpr auto aThousand = [](auto *benchmark) {

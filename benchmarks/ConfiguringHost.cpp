@@ -2,13 +2,15 @@
 
 #include <KestrioKit/Kestrio.h>
 
+#include <QSslCertificate>
+#include <QSslConfiguration>
 #include <QTimer>
 
 #include <chrono>
 #include <functional>
 
 // A host with the library.
-//     kestrio-bench-host idle [online] | configure | quit ENVIRONMENT
+//     kestrio-bench-host idle [minute | online | https CERTIFICATE] | configure | quit ENVIRONMENT
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -16,6 +18,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto environment = "answers"_L1;
+constexpr auto secureService = "127.0.0.1:8443"_L1;
 constexpr int callsBeforeQuit = 1000;
 constexpr auto step = 10ms;
 
@@ -29,6 +32,16 @@ void whenVisitor(const std::function<void()> &then) {
     });
 }
 
+/// Makes the library use the service over HTTPS, as it uses the real one. The host trusts the
+/// certificate in that file in the way that any host may trust a certificate of its own.
+void useSecureService(const QString &certificate) {
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.setCaCertificates(QSslCertificate::fromPath(certificate));
+    QSslConfiguration::setDefaultConfiguration(configuration);
+    qunsetenv("KESTRIO_ENVIRONMENT");
+    Kestrio::shared().setServiceHost(secureService);
+}
+
 void callAndQuit() {
     for (int call = 0; call < callsBeforeQuit; ++call)
         Kestrio::shared().track(u"Catalogue Opened"_s);
@@ -40,6 +53,8 @@ void callAndQuit() {
 int main(int argc, char **argv) {
     BenchHost host(argc, argv);
     QCoreApplication::setApplicationName(u"kestrio-bench"_s);
+    if (host.detail() == "https"_L1)
+        useSecureService(QCoreApplication::arguments().value(3));
     const auto configure = [&host] {
         Kestrio::shared().configure(host.mode() == "quit"_L1 ? host.detail()
                                                              : QString(environment));

@@ -10,9 +10,12 @@
 #include <benchmark/benchmark.h>
 
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QDialog>
 #include <QEventLoop>
+#include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
@@ -34,6 +37,8 @@ constexpr QColor themeColor(0x3B, 0x5B, 0xDB);
 /// Longer than any animation.
 constexpr auto settlingTime = 800ms;
 constexpr int presentations = 10;
+constexpr int manyWidgets = 1000;
+constexpr int columns = 25;
 /// Half of the frames of a 200 ms animation at 60 Hz; the other half may be dropped.
 constexpr std::size_t fewestFrames = 6;
 
@@ -128,8 +133,7 @@ private:
 /// `show` shows something over the window and returns it. The time includes `show` and the first
 /// paint.
 template <typename Show>
-void timeFirstFrame(benchmark::State &state, const Show &show) {
-    DemoWindow window;
+void timeFirstFrame(benchmark::State &state, QWidget &window, const Show &show) {
     window.resize(windowSize);
     window.show();
     settle();
@@ -148,14 +152,50 @@ void timeFirstFrame(benchmark::State &state, const Show &show) {
     state.counters["median"] = quantile(times, 0.5);
 }
 
+QWidget *showSurvey(QWidget *window) {
+    auto *const controller = new SurveyViewController(session(), Clock::system());
+    controller->present(window);
+    return controller;
+}
+
 void present(benchmark::State &state) {
-    timeFirstFrame(state, [](QWidget *window) {
-        auto *const controller = new SurveyViewController(session(), Clock::system());
-        controller->present(window);
-        return controller;
-    });
+    DemoWindow window;
+    timeFirstFrame(state, window, showSurvey);
 }
 BENCHMARK(present)->Iterations(presentations)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+/// Returns one of the kinds of controls that a host's window has most of.
+QWidget *makeControl(int index) {
+    const QString text = QString::number(index);
+    switch (index % 4) {
+    case 0:
+        return new QPushButton(text);
+    case 1:
+        return new QCheckBox(text);
+    case 2:
+        return new QLineEdit(text);
+    default:
+        return new QLabel(text);
+    }
+}
+
+void presentOverMany(benchmark::State &state) {
+    QWidget window;
+    auto *const grid = new QGridLayout(&window);
+    grid->setContentsMargins({});
+    grid->setSpacing(0);
+    for (int index = 0; index < manyWidgets; ++index) {
+        QWidget *const control = makeControl(index);
+        // All of them are within the window, so that each is painted.
+        control->setMinimumSize(1, 1);
+        grid->addWidget(control, index / columns, index % columns);
+    }
+    timeFirstFrame(state, window, showSurvey);
+}
+BENCHMARK(presentOverMany)
+    ->Iterations(presentations)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 /// Shows a modal dialog with the controls of the survey's first page as plain Qt widgets.
 QWidget *showDialog(QWidget *window) {
@@ -184,7 +224,8 @@ QWidget *showDialog(QWidget *window) {
 }
 
 void presentDialog(benchmark::State &state) {
-    timeFirstFrame(state, showDialog);
+    DemoWindow window;
+    timeFirstFrame(state, window, showDialog);
 }
 BENCHMARK(presentDialog)->Iterations(presentations)->UseManualTime()->Unit(benchmark::kMillisecond);
 

@@ -78,6 +78,7 @@ void idle(benchmark::State &state, const QString &program, const QStringList &ar
         return state.SkipWithError("there is no service");
     std::vector<double> memory;
     std::vector<double> threads;
+    std::vector<double> wakeUps;
     for ([[maybe_unused]] auto iteration : state) {
         // Hosts that share a folder would look at each other's files.
         const QTemporaryDir data[hostsAtOnce];
@@ -88,17 +89,27 @@ void idle(benchmark::State &state, const QString &program, const QStringList &ar
             const QJsonObject figures = report(process);
             memory.push_back(figures[u"KiB"].toDouble());
             threads.push_back(figures[u"threads"].toDouble());
+            wakeUps.push_back(figures[u"wakeUps"_s].toDouble());
             if (memory.back() == 0 || !process.finish())
                 state.SkipWithError("the host has failed");
         }
     }
     state.counters["KiB"] = quantile(memory, 0.5);
     state.counters["threads"] = quantile(threads, 0.5);
+    state.counters["wakeUps"] = quantile(wakeUps, 0.5);
 }
-BENCHMARK_CAPTURE(idle, bare, bareHost, {u"idle"_s})->Iterations(1);
-BENCHMARK_CAPTURE(idle, configured, host, {u"idle"_s})->Iterations(1);
+BENCHMARK_CAPTURE(idle, bare, bareHost, {u"idle"_s, u"minute"_s})->Iterations(1);
+BENCHMARK_CAPTURE(idle, configured, host, {u"idle"_s, u"minute"_s})->Iterations(1);
 BENCHMARK_CAPTURE(idle, bare_online, bareHost, {u"idle"_s, u"online"_s})->Iterations(1);
 BENCHMARK_CAPTURE(idle, configured_online, host, {u"idle"_s, u"online"_s})->Iterations(1);
+
+void idleOverHTTPS(benchmark::State &state) {
+    const QString certificate = secureServiceCertificate();
+    if (certificate.isEmpty())
+        return state.SkipWithError("there is no service over HTTPS");
+    idle(state, host, {u"idle"_s, u"https"_s, certificate});
+}
+BENCHMARK(idleOverHTTPS)->Iterations(1);
 
 /// Measures the time from the host's call of quit() until the end of the process. The state file
 /// must then hold at least `records` events.

@@ -1,6 +1,7 @@
 #include "benchmarks/Programs.h"
 
 #include <QCoreApplication>
+#include <QTemporaryDir>
 
 #include <algorithm>
 
@@ -9,6 +10,21 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int patience = 120'000; // ms
+
+/// A certificate of the service, made by and for this run.
+struct Certificate {
+    QString file() const { return folder.filePath(u"certificate.pem"_s); }
+    QString key() const { return folder.filePath(u"key.pem"_s); }
+    bool make() const {
+        QStringList arguments{u"req"_s, u"-x509"_s, u"-nodes"_s, u"-newkey"_s, u"rsa:2048"_s};
+        arguments << u"-days"_s << u"1"_s << u"-subj"_s << u"/CN=127.0.0.1"_s;
+        arguments << u"-addext"_s << u"subjectAltName=IP:127.0.0.1"_s;
+        arguments << u"-keyout"_s << key() << u"-out"_s << file();
+        return QProcess::execute(u"openssl"_s, arguments) == 0;
+    }
+
+    const QTemporaryDir folder;
+};
 
 } // namespace
 
@@ -53,4 +69,14 @@ bool serviceRuns() {
     static Program service(u"kestrio-bench-service"_s, {});
     static const bool runs = !service.line("listening").isEmpty();
     return runs;
+}
+
+QString secureServiceCertificate() {
+    static const Certificate certificate;
+    static const bool isMade = certificate.make();
+    if (!isMade)
+        return {};
+    static Program service(u"kestrio-bench-service"_s, {certificate.file(), certificate.key()});
+    static const bool runs = !service.line("listening").isEmpty();
+    return runs ? certificate.file() : QString();
 }

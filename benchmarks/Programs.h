@@ -29,3 +29,7 @@ private:
 
 /// Starts the service on port 8080 at the first call; all cases share it. Returns whether it runs.
 bool serviceRuns();
+
+/// Starts the service on port 8443, over HTTPS, at the first call. Returns the path of its
+/// certificate; empty if the service does not run.
+QString secureServiceCertificate();

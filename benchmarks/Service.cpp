@@ -8,10 +8,13 @@
 // The smallest service that the library can use, in a separate process so that it takes no time
 // from the measured threads. The environment of the visitor selects how it treats that visitor's
 // requests: "answers", "refuses" or "silent". It ends when its standard input is closed.
+//     kestrio-bench-service                   over HTTP, on port 8080
+//     kestrio-bench-service CERTIFICATE KEY   over HTTPS, on port 8443
 
 namespace {
 
-constexpr int port = 8080;
+constexpr int httpPort = 8080;
+constexpr int httpsPort = 8443;
 constexpr std::size_t threads = 64;
 constexpr std::size_t requestsPerConnection = 1'000'000;
 constexpr int forbidden = 403;
@@ -37,10 +40,7 @@ void answer(const httplib::Request &request, httplib::Response &response) {
     response.set_content(body, "application/json; charset=utf-8");
 }
 
-} // namespace
-
-int main() {
-    httplib::Server server;
+void setUp(httplib::Server &server) {
     server.new_task_queue = [] {
         return new httplib::ThreadPool(threads);
     };
@@ -54,14 +54,35 @@ int main() {
     });
     constexpr auto everyPath = ".*";
     server.Get(everyPath, answer).Post(everyPath, answer).Put(everyPath, answer);
-    if (!server.bind_to_port("::", port) && !server.bind_to_port("0.0.0.0", port))
-        return 1;
+}
+
+void endWithStandardInput() {
     std::thread([] {
         while (std::getchar() != EOF)
             continue;
         std::_Exit(0);
     }).detach();
+}
+
+int serve(httplib::Server &server, int port) {
+    setUp(server);
+    if (!server.is_valid())
+        return 1;
+    if (!server.bind_to_port("::", port) && !server.bind_to_port("0.0.0.0", port))
+        return 1;
+    endWithStandardInput();
     std::puts("listening");
     std::fflush(stdout);
     return server.listen_after_bind() ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    if (argc == 3) {
+        httplib::SSLServer server(argv[1], argv[2]);
+        return serve(server, httpsPort);
+    }
+    httplib::Server server;
+    return serve(server, httpPort);
 }
