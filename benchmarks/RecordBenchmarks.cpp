@@ -1,5 +1,6 @@
 #include "benchmarks/FullState.h"
 
+#include "KestrioKit/Core/Platform/HTTP/URLSession.h"
 #include "KestrioKit/Core/Platform/Storage.h"
 #include "KestrioKit/Core/Survey/Survey.h"
 
@@ -15,29 +16,40 @@ namespace {
 
 constexpr qint64 maximumSize = 1 << 30;
 constexpr int repetitions = 5;
+constexpr qint64 usualSurvey = 3000; // bytes
+constexpr qint64 largestSurvey = URLTransport::maximumBodySize;
 
 constexpr auto forBothLimits = [](auto *registered) {
     registered->Arg(defaultLimit)->Arg(largestLimit);
+};
+constexpr auto forBothSizes = [](auto *registered) {
+    registered->Arg(usualSurvey)->Arg(largestSurvey);
 };
 constexpr auto repeated = [](auto *registered) {
     registered->Unit(benchmark::kMicrosecond)->Repetitions(repetitions)->ReportAggregatesOnly();
 };
 
-/// Returns a survey of about 3 KB.
-QByteArray surveyText() {
+/// Returns a survey of as many questions as fit in `size` bytes.
+QByteArray surveyText(qint64 size) {
+    const QByteArray start =
+        R"({"unitId":1,"vid":7,"surveyId":3,"responseGroupUid":"G","locale":"en","questions":[)";
+    const QByteArray end = "]}";
     QByteArray questions;
-    for (int name = 1; name <= 8; ++name)
-        questions += (name > 1 ? "," : "") +
-                     QByteArray(R"({"name":%,"type":"multiplechoice","props":{"message":)"
-                                R"("How likely are you to recommend our shop to a friend?",)"
-                                R"("options":[{"id":1,"label":"A friend told me","value":"f"},)"
-                                R"({"id":2,"label":"A search engine","value":"s"},)"
-                                R"({"id":3,"label":"Somewhere else","value":"o"}],)"
-                                R"("routingOptions":[{"comparator":"eq","value":"2","target":3},)"
-                                R"({"comparator":"answered","value":0,"target":1}]}})")
-                         .replace('%', QByteArray::number(name));
-    return R"({"unitId":1,"vid":7,"surveyId":3,"responseGroupUid":"G","locale":"en","questions":[)" +
-           questions + "]}";
+    for (int name = 1;; ++name) {
+        const QByteArray question =
+            QByteArray(R"({"name":%,"type":"multiplechoice","props":{"message":)"
+                       R"("How likely are you to recommend our shop to a friend?",)"
+                       R"("options":[{"id":1,"label":"A friend told me","value":"f"},)"
+                       R"({"id":2,"label":"A search engine","value":"s"},)"
+                       R"({"id":3,"label":"Somewhere else","value":"o"}],)"
+                       R"("routingOptions":[{"comparator":"eq","value":"2","target":3},)"
+                       R"({"comparator":"answered","value":0,"target":1}]}})")
+                .replace('%', QByteArray::number(name));
+        const qsizetype left = size - start.size() - end.size() - questions.size();
+        if (question.size() + 1 > left)
+            return start + questions + end;
+        questions += (name > 1 ? "," : "") + question;
+    }
 }
 
 QString file() {
@@ -46,19 +58,19 @@ QString file() {
 }
 
 void decodeSurvey(benchmark::State &state) {
-    const QByteArray text = surveyText();
+    const QByteArray text = surveyText(state.range(0));
     for ([[maybe_unused]] auto iteration : state)
         benchmark::DoNotOptimize(decodeJSON<Survey>(text));
     state.counters["bytes"] = double(text.size());
 }
-BENCHMARK(decodeSurvey)->Apply(repeated);
+BENCHMARK(decodeSurvey)->Apply(repeated)->Apply(forBothSizes);
 
 void parseSurvey(benchmark::State &state) {
-    const QByteArray text = surveyText();
+    const QByteArray text = surveyText(state.range(0));
     for ([[maybe_unused]] auto iteration : state)
         benchmark::DoNotOptimize(QJsonDocument::fromJson(text));
 }
-BENCHMARK(parseSurvey)->Apply(repeated);
+BENCHMARK(parseSurvey)->Apply(repeated)->Apply(forBothSizes);
 
 void encodeState(benchmark::State &state) {
     const PersistentQueue queue = fullState(state.range(0));
