@@ -31,7 +31,7 @@ enum class HTTPStatusClass {
     clientError,
     /// 5xx: the server failed, possibly for a short time only.
     serverError,
-    /// 600 and above, which no specification defines.
+    /// 600 and above. RFC 9110 does not define these codes.
     invalid,
 };
 
