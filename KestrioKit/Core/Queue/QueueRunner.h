@@ -78,7 +78,7 @@ public:
     bool isIdle() const;
 
 protected:
-    /// What becomes of tasks whose request completes.
+    /// States what happens to the tasks of a completed request.
     enum class Outcome {
         finished,
         /// They are sent again after their back-off.

@@ -31,7 +31,7 @@ class KestrioService final : public SubmissionSender,
 public:
     template <typename Value>
     using Completion = std::function<void(const ServiceAnswer<Value> &answer)>;
-    /// Whose token a request carries.
+    /// Selects the visitor whose token a request carries.
     enum class Authorization {
         /// The current visitor's, if there is one.
         visitor,
