@@ -33,7 +33,7 @@ TEST(JSONCodingTest, WritesWhatItReadsInTheOrderOfTheTable) {
         {R"( {"leaves":[],"name":"ü\"\n\u2028😀","more":[]} )",
          "{\"name\":\"ü\\\"\\n\u2028😀\",\"leaves\":[]}"},
         {"\xEF\xBB\xBF{\"name\":\"\",\"leaves\":[]}", R"({"name":"","leaves":[]})"},
-        {R"({"name":"\uFEFFü\"","leaves":[]})", R"({"name":"\uFEFFü\"","leaves":[]})"},
+        {R"({"name":"\uFEFFü\"","leaves":[]})", "{\"name\":\"\uFEFFü\\\"\",\"leaves\":[]}"},
         {R"({"name":"","leaves":[{"note":null,"n":5.0},{"n":9223372036854775807,"mood":7}]})",
          R"({"name":"","leaves":[{"n":5},{"n":9223372036854775807}]})"},
     };
@@ -42,6 +42,14 @@ TEST(JSONCodingTest, WritesWhatItReadsInTheOrderOfTheTable) {
         ASSERT_TRUE(std::holds_alternative<Tree>(tree)) << row.read.constData();
         EXPECT_EQ(encodeJSON(std::get<Tree>(tree)), row.written);
     }
+}
+
+TEST(JSONCodingTest, KeepsByteOrderMarksInsideTexts) {
+    using Texts = QMap<QString, QString>;
+    const Texts texts{{u"\uFEFFl"_s, u"\uFEFF"_s}, {u"l"_s, u"\uFEFF\uFEFFü\uFEFF"_s}};
+    const Decoded<Texts> again = decodeJSON<Texts>(encodeJSON(texts));
+    ASSERT_TRUE(std::holds_alternative<Texts>(again));
+    EXPECT_EQ(std::get<Texts>(again), texts);
 }
 
 TEST(JSONCodingTest, SaysWhatIsWrongAndWhere) {

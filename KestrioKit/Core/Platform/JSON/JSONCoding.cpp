@@ -24,6 +24,15 @@ bool startsWithContainer(const QByteArray &text) {
     return first != text.end() && (*first == '{' || *first == '[');
 }
 
+/// Escapes the mark at the beginning of each text and key. Qt reads them one by one as UTF-8, drops
+/// the mark in that place, and then does not find the key.
+QByteArray withMarksEscaped(const QByteArray &text) {
+    static const QByteArray openingMark = '"' + byteOrderMark.toByteArray();
+    if (!text.contains(openingMark))
+        return text;
+    return QByteArray(text).replace(openingMark, R"("\uFEFF)");
+}
+
 DecodingError notJSON(const QString &reason) {
     return {DecodingError::Reason::notJSON, {}, u"it is not JSON: %1"_s.arg(reason)};
 }
@@ -99,8 +108,8 @@ bool JSONCoding<float>::decode(const QJsonValue &value, float &result, DecodingE
 
 Decoded<QJsonValue> parseJSON(const QByteArray &bytes) {
     // RFC 8259, section 8.1, allows parsers to ignore the mark. Qt's parser refuses it.
-    const QByteArray text =
-        bytes.startsWith(byteOrderMark) ? bytes.sliced(byteOrderMark.size()) : bytes;
+    const QByteArray text = withMarksEscaped(
+        bytes.startsWith(byteOrderMark) ? bytes.sliced(byteOrderMark.size()) : bytes);
     const bool container = startsWithContainer(text);
     QJsonParseError failure;
     const QJsonDocument document =

@@ -6,7 +6,6 @@
 #include <QStringEncoder>
 
 #include <cmath>
-#include <cstring>
 
 namespace KestrioKit {
 
@@ -25,24 +24,6 @@ public:
         name.copy(out + 1, name.size());
         out[name.size() + 1] = '"';
     }
-
-    /// Writes a text that begins with a byte order mark. The mark is escaped, since Qt's parser
-    /// drops it otherwise.
-    void markedText(std::string_view utf8) {
-        Prefix(rapidjson::kStringType);
-        escapedMark.copy(os_->Push(escapedMark.size()), escapedMark.size());
-        const std::size_t rest = os_->GetSize();
-        WriteString(utf8.data() + mark.size(), rapidjson::SizeType(utf8.size() - mark.size()));
-        // Removes the quotation mark with which the rest begins.
-        char *const quote = os_->Push(0) - (os_->GetSize() - rest);
-        std::memmove(quote, quote + 1, os_->GetSize() - rest - 1);
-        os_->Pop(1);
-    }
-
-    static constexpr std::string_view mark = "\xEF\xBB\xBF";
-
-private:
-    static constexpr std::string_view escapedMark = R"("\uFEFF)";
 };
 
 } // namespace
@@ -93,10 +74,7 @@ void JSONWriter::endArray() {
 
 void JSONWriter::string(const QString &text) {
     const std::string_view utf8 = m_output->encoded(text);
-    if (utf8.starts_with(Writer::mark))
-        m_output->writer.markedText(utf8);
-    else
-        m_output->writer.String(utf8.data(), rapidjson::SizeType(utf8.size()));
+    m_output->writer.String(utf8.data(), rapidjson::SizeType(utf8.size()));
 }
 
 void JSONWriter::integer(qint64 number) {
