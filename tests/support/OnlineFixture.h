@@ -92,12 +92,13 @@ protected:
     void answer(const QByteArray &line, ServerAnswer answer) {
         m_answers.mutate([&](auto &answers) { answers.insert(line, std::move(answer)); });
     }
-    /// Waits until no request is in flight and `settle()` has nothing left to wait for.
+    /// Waits until no request is in flight and `settle()` has nothing left to wait for, also after
+    /// the time has passed for which events wait to be sent together and changes to be saved
+    /// together.
     void finish() {
-        do {
-            ASSERT_TRUE(waitFor([this] { return network->tasksInFlight() == 0; }));
-            settle();
-        } while (network->tasksInFlight() != 0);
+        finishNow();
+        advance(togetherFor);
+        finishNow();
     }
     /// Delivers the held response at `index` and waits until its effects are complete.
     void release(qsizetype index = 0) {
@@ -132,6 +133,14 @@ protected:
         std::make_shared<NetworkTransport>(thread, clock), server.url());
 
 private:
+    static constexpr double togetherFor = 0.02;
+
+    void finishNow() {
+        do {
+            ASSERT_TRUE(waitFor([this] { return network->tasksInFlight() == 0; }));
+            settle();
+        } while (network->tasksInFlight() != 0);
+    }
     static bool isLine(const RecordedRequest &request, const QByteArray &line) {
         const QByteArrayList parts = line.split(' ');
         return request.method == parts[0] && request.target.endsWith(parts[1]);

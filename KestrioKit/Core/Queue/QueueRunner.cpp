@@ -92,6 +92,9 @@ void QueueRunner::runFlush() {
         m_again = true;
         return;
     }
+    // A full queue does not wait, since it drops the oldest task when the next one comes.
+    if (m_clock.now() < m_earliestSend && m_queue.size() < m_queueLimit)
+        return flushAfterInterval();
     const QList<QueueTask> ready = selectReadyTasks();
     // More tasks may be ready than can be sent together.
     m_again = m_queue.nextAttempt() <= m_clock.now();
@@ -100,12 +103,26 @@ void QueueRunner::runFlush() {
         log(LogLevel::fine, u"No tasks ready. Remaining in queue %1"_s.arg(m_queue.size()));
         return;
     }
+    m_earliestSend = {m_clock.now().sinceReference + interval()};
     log(LogLevel::info,
         u"Attempting %1 tasks. Remaining in queue %2"_s.arg(ready.size()).arg(m_queue.size()));
     performTasks(
         ready, [self = shared_from_this()](const auto &tasks, Outcome outcome, const auto &answer) {
             self->finish(tasks, outcome, answer);
         });
+}
+
+void QueueRunner::flushAfterInterval() {
+    if (m_waitsForInterval)
+        return;
+    m_waitsForInterval = true;
+    m_runQueue.asyncAfter(m_earliestSend,
+                          std::make_shared<DispatchWorkItem>([runner = weak_from_this()] {
+                              if (const auto self = runner.lock()) {
+                                  self->m_waitsForInterval = false;
+                                  self->runFlush();
+                              }
+                          }));
 }
 
 QList<QueueTask> QueueRunner::selectReadyTasks() {

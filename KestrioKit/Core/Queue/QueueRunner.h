@@ -7,6 +7,7 @@
 #include <QList>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -93,6 +94,8 @@ protected:
 
     /// Returns the maximum number of tasks passed to one `performTasks()`.
     virtual qsizetype mostAtOnce() const = 0;
+    /// Returns the minimum time between two calls of `performTasks()`.
+    virtual std::chrono::milliseconds interval() const = 0;
     /// Sends the tasks. Calls `completion` once for each task, with any number of tasks per call.
     /// Called on the run queue.
     virtual void performTasks(const QList<QueueTask> &tasks, const Finished &completion) = 0;
@@ -111,8 +114,11 @@ private:
     /// A server error or a failure may be temporary. A request that the service refuses would be
     /// refused again.
     static Outcome outcomeOf(const SimpleAnswer &answer);
-    /// Sends the ready tasks now. Does nothing while the runner is disabled.
+    /// Sends the ready tasks now, or once the interval has passed. Does nothing while the runner is
+    /// disabled.
     void runFlush();
+    /// Schedules a flush for `m_earliestSend`.
+    void flushAfterInterval();
     /// Moves the ready tasks from the waiting list to those in flight.
     QList<QueueTask> selectReadyTasks();
     /// Schedules a flush for the time when the next waiting task is ready.
@@ -135,6 +141,10 @@ private:
     std::optional<QString> m_visitorToken;
     /// Whether another flush follows when the requests in flight complete.
     bool m_again = false;
+    /// Tasks are not sent before this time.
+    DispatchTime m_earliestSend;
+    /// Whether a flush is scheduled for that time.
+    bool m_waitsForInterval = false;
     QString m_name;
     qsizetype m_queueLimit;
     std::weak_ptr<QueueRunnerDelegate> m_delegate;

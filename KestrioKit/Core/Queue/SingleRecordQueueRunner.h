@@ -12,6 +12,7 @@ public:
 protected:
     // This many requests keep every connection to the service busy.
     qsizetype mostAtOnce() const override { return 100; }
+    std::chrono::milliseconds interval() const override { return {}; }
     void performTasks(const QList<QueueTask> &tasks, const Finished &completion) override;
 };
 

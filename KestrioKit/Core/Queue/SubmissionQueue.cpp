@@ -27,7 +27,7 @@ SubmissionQueue::SubmissionQueue(std::weak_ptr<SubmissionSender> api, const Libr
       m_queueLimit(queueLimit),
       m_droppedRecords(std::make_shared<DroppedRecords>(m_queue, m_clock, queueLimit)),
       m_stateFile(context.fileExecutor, queueLimit),
-      m_promptSaves(m_queue, context.clock),
+      m_saveSchedule(m_queue, context.clock),
       m_runners(makeRunners()) {}
 
 SubmissionQueue::Runners SubmissionQueue::makeRunners() const {
@@ -71,10 +71,6 @@ void SubmissionQueue::start() {
 
 void SubmissionQueue::observeApplication() {
     using Event = ApplicationLifecycle::Event;
-    const Block saveIfAlive = [weak = weak_from_this()] {
-        if (const auto self = weak.lock())
-            self->saveState(AfterSave::rest);
-    };
     ApplicationLifecycle &lifecycle = ApplicationLifecycle::shared();
     m_lastSaveObserver = lifecycle.observe(Event::lastSave, [weak = weak_from_this()] {
         if (const auto self = weak.lock()) {
@@ -82,14 +78,15 @@ void SubmissionQueue::observeApplication() {
             self->saveState(AfterSave::rest);
         }
     });
-    m_willResignActiveObserver = lifecycle.observe(Event::willResignActive, saveIfAlive);
+    m_willResignActiveObserver =
+        lifecycle.observe(Event::willResignActive, savingBlock(AfterSave::rest));
 }
 
 void SubmissionQueue::appendRequest(QueueTask task) {
     if (m_disableNetworkAccess)
         return;
     const std::shared_ptr<QueueRunner> &target = runner(task.request);
-    if (m_promptSaves.enabled())
+    if (m_saveSchedule.savesPromptly())
         appendAndSave(target, std::move(task));
     else
         target->append(std::move(task));
@@ -101,10 +98,7 @@ void SubmissionQueue::appendRequest(QueueTask task) {
 void SubmissionQueue::appendAndSave(const std::shared_ptr<QueueRunner> &target, QueueTask task) {
     m_queue.async([self = shared_from_this(), target, task = std::move(task)] {
         target->take({task});
-        self->m_promptSaves.request([weak = self->weak_from_this()] {
-            if (const auto strong = weak.lock())
-                strong->saveState(AfterSave::rest);
-        });
+        self->m_saveSchedule.recordsAppended(self->savingBlock(AfterSave::rest));
     });
 }
 
@@ -142,8 +136,9 @@ void SubmissionQueue::setIdentity(std::optional<qint64> visitorIdentifier,
 
 void SubmissionQueue::reportIdle(std::function<void(bool idle)> report) {
     m_queue.async([self = shared_from_this(), report = std::move(report)] {
-        report(std::all_of(self->m_runners.begin(), self->m_runners.end(),
-                           [](const auto &runner) { return runner->isIdle(); }));
+        report(!self->m_saveSchedule.isWaiting() &&
+               std::ranges::all_of(self->m_runners, &QueueRunner::isIdle,
+                                   &std::shared_ptr<QueueRunner>::get));
     });
 }
 

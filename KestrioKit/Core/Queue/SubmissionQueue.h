@@ -5,8 +5,8 @@
 #include "KestrioKit/Core/Queue/BatchRecordQueueRunner.h"
 #include "KestrioKit/Core/Queue/DroppedRecords.h"
 #include "KestrioKit/Core/Queue/PersistentQueue.h"
-#include "KestrioKit/Core/Queue/PromptSaves.h"
 #include "KestrioKit/Core/Queue/Reachability.h"
+#include "KestrioKit/Core/Queue/SaveSchedule.h"
 #include "KestrioKit/Core/Queue/SingleRecordQueueRunner.h"
 #include "KestrioKit/Core/Queue/StateFile.h"
 
@@ -19,8 +19,9 @@ namespace KestrioKit {
 
 /// Holds all unsent records: one runner per record kind and one state file.
 ///
-/// The state file is written after each completed send, when the application becomes inactive and
-/// when it ends. With `setSavesPromptly(true)` it is also written shortly after each new request.
+/// The state file is written within 20 ms after each completed send, when the application becomes
+/// inactive and when it ends. With `setSavesPromptly(true)` it is also written shortly after each
+/// new request.
 /// Bulk attribute changes are never stored. Several processes may share the folder: records that
 /// one process leaves behind are sent by another process or at the next start-up.
 ///
@@ -43,7 +44,7 @@ public:
 
     /// While true, each appended request is saved shortly afterwards. Default: false. Switching
     /// this on does not save the requests that are already queued.
-    void setSavesPromptly(bool saves) { m_promptSaves.setEnabled(saves); }
+    void setSavesPromptly(bool saves) { m_saveSchedule.setSavesPromptly(saves); }
 
     /// Appends a task to the runner of its record kind. Ignored while network access is disabled.
     void appendRequest(QueueTask task);
@@ -62,7 +63,9 @@ public:
     /// unreachable or the service is disabled.
     void resume();
 
-    /// Writes the state file in the background. The end of the application waits for the write.
+    /// Writes the state file in the background: immediately, or together with other changes if it
+    /// was written a moment ago. The end of the application waits for the write. To be called on
+    /// the library's thread.
     void save() override;
     /// Counts tasks that a runner dropped, for the log. Called on the library's thread.
     void tasksDropped(qsizetype count) override { m_droppedRecords->add(count); }
@@ -70,8 +73,8 @@ public:
     /// The minimum time between two searches for records that other processes left behind.
     static constexpr std::chrono::seconds searchInterval{10};
 
-    /// Calls `report` on the library's thread. `idle` is true when no request is in flight and no
-    /// task is ready.
+    /// Calls `report` on the library's thread. `idle` is true when no request is in flight, no
+    /// task is ready, and no save is scheduled.
     void reportIdle(std::function<void(bool idle)> report);
 
 private:
@@ -101,6 +104,8 @@ private:
     /// twice.
     enum class AfterSave { rest, search };
     void saveState(AfterSave next);
+    /// Returns a block that saves the state if the queue still exists.
+    Block savingBlock(AfterSave next);
     void loadState();
     /// Searches if `m_nextSearch` has passed. Used while this process owns the stored state.
     void searchAfterSave();
@@ -128,7 +133,7 @@ private:
     const qsizetype m_queueLimit;
     std::shared_ptr<DroppedRecords> m_droppedRecords;
     StateFile m_stateFile;
-    PromptSaves m_promptSaves;
+    SaveSchedule m_saveSchedule;
     /// The number of saves that wait on the queue. Only the last one is carried out.
     std::atomic<int> m_savesWaiting = 0;
     /// `m_searchesAfterSaves`: whether the next search runs after a save instead of at a set time.

@@ -35,7 +35,14 @@ void forEachKind(const Runners &runners, const Visit &visit) {
 // Saving
 
 void SubmissionQueue::save() {
-    saveState(AfterSave::search);
+    m_saveSchedule.recordsSent(savingBlock(AfterSave::search));
+}
+
+Block SubmissionQueue::savingBlock(AfterSave next) {
+    return [weak = weak_from_this(), next] {
+        if (const auto self = weak.lock())
+            self->saveState(next);
+    };
 }
 
 void SubmissionQueue::saveState(AfterSave next) {
@@ -45,7 +52,7 @@ void SubmissionQueue::saveState(AfterSave next) {
         // When several saves wait, the last one covers all of them.
         if (--self->m_savesWaiting > 0 || self->m_isErased)
             return;
-        self->m_promptSaves.saved();
+        self->m_saveSchedule.saved();
         self->m_stateFile.store(self->currentState(), task);
         if (next == AfterSave::search)
             self->searchAfterSave();

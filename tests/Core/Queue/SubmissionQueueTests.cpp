@@ -117,6 +117,8 @@ TEST_F(SubmissionQueueTest, AnotherVisitorEmptiesItButForWhatComesAfter) {
     appendEvent(u"after"_s);
     queue->save();
     settle();
+    EXPECT_EQ(file(), "none");
+    advance(0.02);
     EXPECT_EQ(file(), stateText({"after"}).replace(R"(8,"token":"token")", R"(9,"token":"other")"));
     answer(503);
     EXPECT_EQ(sender->out(), QStringList(u"after"_s));
@@ -133,6 +135,23 @@ TEST_F(SubmissionQueueTest, SendsAsTheVisitorWhoseRecordsItHolds) {
     appendAttribute(u"new"_s);
     settle();
     EXPECT_EQ(sender->lastSend(), u"/1/visitors/9/attributes/new other"_s);
+}
+
+TEST_F(SubmissionQueueTest, SendsEventsThatFollowCloselyTogetherButDropsNoneForThat) {
+    make(3);
+    const auto sent = [this](const QStringList &events) {
+        for (const QString &event : events)
+            appendEvent(event);
+        settle();
+        return sender->out();
+    };
+    EXPECT_EQ(sent({u"a"_s}), QStringList(u"a"_s));
+    answer(200);
+    EXPECT_EQ(sent({u"b"_s, u"c"_s}), QStringList());
+    advance(0.01);
+    EXPECT_EQ(sender->out(), QStringList(u"b,c"_s));
+    answer(200);
+    EXPECT_EQ(sent({u"d"_s, u"e"_s, u"f"_s}), QStringList(u"d,e,f"_s));
 }
 
 TEST_F(SubmissionQueueTest, SendsNoMoreTogetherThanAServiceTakes) {
@@ -154,6 +173,7 @@ TEST_F(SubmissionQueueTest, SendsNoMoreTogetherThanAServiceTakes) {
         settle();
     }
     EXPECT_EQ(completions.size(), 252);
+    advance(0.02);
     EXPECT_EQ(file(), stateText({}));
 }
 
