@@ -3,6 +3,7 @@
 #include "KestrioKit/Core/Facade/DebugSurvey.h"
 #include "KestrioKit/Core/Platform/LanguageBundle.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
+#include "KestrioKit/Widgets/Overlay/HostPicture.h"
 #include "KestrioKit/Widgets/Overlay/KeyboardObserver.h"
 
 #include <QAccessible>
@@ -167,6 +168,21 @@ TEST_F(SurveyPresentation, CoversEmbeddedWindowsWithoutMakingTheHostNative) {
         key(Qt::Key_Escape);
         EXPECT_EQ(button.windowHandle(), nullptr);
     }
+}
+
+TEST_F(SurveyPresentation, PicturesTheHostAsItIsWithoutPaintingItAgain) {
+    settle();
+    button.setText(u"Not painted yet"_s);
+    const EventCounter paints(field, QEvent::Paint);
+    QWidget cover(&window);
+    const auto picture = [&cover] {
+        return pictureBehind(&cover, {}).toImage().convertToFormat(QImage::Format_RGB32);
+    };
+    const QImage shown = picture();
+    EXPECT_EQ(paints.count, 0);
+    cover.show();
+    EXPECT_EQ(picture(), shown);
+    EXPECT_GT(paints.count, 0);
 }
 
 TEST_F(SurveyPresentation, KeepsATransparentHostTransparent) {

@@ -2,7 +2,9 @@
 
 #include "KestrioKit/Widgets/Overlay/NativeCover.h"
 
+#include <QBackingStore>
 #include <QGuiApplication>
+#include <QImage>
 #include <QPainter>
 #include <QScreen>
 
@@ -15,10 +17,66 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto widgetWindow = "QWidgetWindow";
+constexpr QLatin1StringView cocoa("cocoa");
 
 // On macOS a capture would prompt the user for the permission to record the screen.
 bool canGrabWindows() {
-    return QGuiApplication::platformName() != "cocoa"_L1;
+    return QGuiApplication::platformName() != cocoa;
+}
+
+// Qt paints these beside the window's backing store.
+bool isPaintedElsewhere(const QWidget *view) {
+    return view->testAttribute(Qt::WA_PaintOnScreen) || view->inherits("QOpenGLWidget") ||
+           view->inherits("QQuickWidget") || view->inherits("QRhiWidget");
+}
+
+/// Returns the image that holds what the window shows. Returns null if there is none, or if it does
+/// not hold everything.
+const QImage *shownImage(const QWidget *host) {
+    QBackingStore *const store = host->backingStore();
+    const QWindow *const window = host->windowHandle();
+    // On macOS the images of a backing store only hold parts of what is shown.
+    if (!store || store->size() != host->size() || !window || !window->isExposed() ||
+        QGuiApplication::platformName() == cocoa)
+        return nullptr;
+    QPaintDevice *const device = store->paintDevice();
+    if (!device || device->devType() != QInternal::Image || device->paintingActive() ||
+        std::ranges::any_of(host->findChildren<QWidget *>(), isPaintedElsewhere))
+        return nullptr;
+    return static_cast<const QImage *>(device);
+}
+
+/// Copies what the window shows, after bringing it up to date. This takes a fraction of the time
+/// that rendering all widgets takes. Returns a null pixmap if it is not known what is shown.
+QPixmap pictureOnScreen(QWidget *host) {
+    if (!shownImage(host))
+        return {};
+    QEvent update(QEvent::UpdateRequest);
+    QCoreApplication::sendEvent(host, &update);
+    const QImage *const image = shownImage(host);
+    if (!image || image->size() != host->size() * host->devicePixelRatio())
+        return {};
+    // Without the copy, the picture would share its pixels with the window.
+    QPixmap picture = QPixmap::fromImage(image->copy());
+    picture.setDevicePixelRatio(host->devicePixelRatio());
+    return picture;
+}
+
+QPixmap renderedBehind(const QWidget *cover) {
+    QWidget *const host = cover->window();
+    const bool isTranslucent = host->testAttribute(Qt::WA_TranslucentBackground);
+    QPixmap picture(host->size() * cover->devicePixelRatio());
+    picture.setDevicePixelRatio(cover->devicePixelRatio());
+    picture.fill(isTranslucent ? QColor(Qt::transparent) : host->palette().color(QPalette::Window));
+    QPainter painter(&picture);
+    host->render(&painter, {}, {}, QWidget::DrawWindowBackground);
+    for (QObject *const child : host->children()) {
+        auto *const view = qobject_cast<QWidget *>(child);
+        if (view && view != cover && !view->isWindow() && view->isVisible())
+            view->render(&painter, view->pos(), {},
+                         QWidget::DrawWindowBackground | QWidget::DrawChildren);
+    }
+    return picture;
 }
 
 } // namespace
@@ -37,19 +95,11 @@ QList<EmbeddedPicture> embeddedPictures(const QWidget *cover) {
 }
 
 QPixmap pictureBehind(const QWidget *cover, const QList<EmbeddedPicture> &embedded) {
-    QWidget *const host = cover->window();
-    const bool isTranslucent = host->testAttribute(Qt::WA_TranslucentBackground);
-    QPixmap picture(host->size() * cover->devicePixelRatio());
-    picture.setDevicePixelRatio(cover->devicePixelRatio());
-    picture.fill(isTranslucent ? QColor(Qt::transparent) : host->palette().color(QPalette::Window));
+    // While the cover is visible, what is shown includes it.
+    QPixmap picture = cover->isVisible() ? QPixmap() : pictureOnScreen(cover->window());
+    if (picture.isNull())
+        picture = renderedBehind(cover);
     QPainter painter(&picture);
-    host->render(&painter, {}, {}, QWidget::DrawWindowBackground);
-    for (QObject *const child : host->children()) {
-        auto *const view = qobject_cast<QWidget *>(child);
-        if (view && view != cover && !view->isWindow() && view->isVisible())
-            view->render(&painter, view->pos(), {},
-                         QWidget::DrawWindowBackground | QWidget::DrawChildren);
-    }
     for (const EmbeddedPicture &known : embedded) {
         if (known.window && known.window->isVisible())
             painter.drawPixmap(known.window->position(), known.picture);

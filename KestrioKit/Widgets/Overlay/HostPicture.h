@@ -18,8 +18,8 @@ struct EmbeddedPicture {
 /// list where the platform does not allow a capture.
 QList<EmbeddedPicture> embeddedPictures(const QWidget *cover);
 
-/// Renders the host window as it looks behind its child `cover`, and draws the captured windows
-/// `embedded` into it. The result is transparent where the window is.
+/// Returns a picture of the host window as it looks behind its child `cover`, with the captured
+/// windows `embedded`. The result is transparent where the window is.
 QPixmap pictureBehind(const QWidget *cover, const QList<EmbeddedPicture> &embedded);
 
 /// Keeps the transparent areas of a translucent host window transparent. It lies on top of the
