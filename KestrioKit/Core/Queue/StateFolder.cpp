@@ -77,7 +77,19 @@ StateFolder::Found StateFolder::search(std::optional<qint64> visitor) {
             .owns = m_owns};
 }
 
-bool StateFolder::store(const PersistentQueue &state) {
+void StateFolder::store(const PersistentQueue &state) {
+    m_isStored = write(state);
+    if (m_isStored)
+        removeTaken();
+}
+
+void StateFolder::removeOnceStored(const LeftFiles &taken) {
+    m_taken += taken;
+    if (m_isStored)
+        removeTaken();
+}
+
+bool StateFolder::write(const PersistentQueue &state) {
     if (!m_main)
         return false;
     if (keepsOwning()) {
@@ -96,8 +108,10 @@ bool StateFolder::store(const PersistentQueue &state) {
            Storage::store(std::optional(state), m_side->path);
 }
 
-void StateFolder::clear() {
+void StateFolder::remove() {
+    m_isStored = true;
     removeSideFile();
+    removeTaken();
     if (!m_main || !keepsOwning())
         return;
     QFile::remove(m_main->path);
@@ -110,7 +124,7 @@ void StateFolder::tidyUp() {
 }
 
 void StateFolder::erase() {
-    clear();
+    remove();
     removeLeftovers(Storage::Leftovers::all);
 }
 
@@ -156,7 +170,7 @@ ProcessLock::Attempt StateFolder::lock(LockedStateFile &file, Check check) const
 }
 
 /// Returns the files of ended processes, oldest first, with their locks held.
-QList<std::shared_ptr<LockedStateFile>> StateFolder::leftFiles(Check check) const {
+StateFolder::LeftFiles StateFolder::leftFiles(Check check) const {
     static const QRegularExpression side(QRegularExpression::anchoredPattern(sideNames()));
     const QDir folder = QFileInfo(m_main->path).dir();
     QStringList bases;
@@ -166,7 +180,7 @@ QList<std::shared_ptr<LockedStateFile>> StateFolder::leftFiles(Check check) cons
             bases.append(folder.filePath(file.completeBaseName()));
     }
     bases.removeDuplicates();
-    QList<std::shared_ptr<LockedStateFile>> files;
+    LeftFiles files;
     for (const QString &base : std::as_const(bases)) {
         const auto file = std::make_shared<LockedStateFile>(base);
         const bool isOwn = m_side && m_side->path == file->path;
@@ -192,6 +206,12 @@ void StateFolder::removeSideFile() {
     if (m_side)
         QFile::remove(m_side->path);
     m_side.reset();
+}
+
+void StateFolder::removeTaken() {
+    for (const auto &file : std::as_const(m_taken))
+        QFile::remove(file->path);
+    m_taken.clear();
 }
 
 } // namespace KestrioKit

@@ -26,7 +26,7 @@ SubmissionQueue::SubmissionQueue(std::weak_ptr<SubmissionSender> api, const Libr
       m_queue(u"KestrioSubmissionQueue"_s, context.executor),
       m_queueLimit(queueLimit),
       m_droppedRecords(std::make_shared<DroppedRecords>(m_queue, m_clock, queueLimit)),
-      m_stateFile(context.fileExecutor, queueLimit),
+      m_storedState(context.fileExecutor, queueLimit),
       m_saveSchedule(m_queue, context.clock),
       m_runners(makeRunners()) {}
 
@@ -62,7 +62,6 @@ void SubmissionQueue::start() {
     m_queue.async([self = shared_from_this()] {
         self->enableRunners();
         self->loadState();
-        StateFolder::tidyUp();
     });
     // Observing starts last: a save that precedes the first block would overwrite the stored state
     // with an empty one.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KestrioKit/Core/Platform/LibraryContext.h"
+#include "KestrioKit/Core/Platform/StoredRecord.h"
 #include "KestrioKit/Core/Platform/Threads/ApplicationLifecycle.h"
 #include "KestrioKit/Core/Queue/BatchRecordQueueRunner.h"
 #include "KestrioKit/Core/Queue/DroppedRecords.h"
@@ -8,7 +9,7 @@
 #include "KestrioKit/Core/Queue/Reachability.h"
 #include "KestrioKit/Core/Queue/SaveSchedule.h"
 #include "KestrioKit/Core/Queue/SingleRecordQueueRunner.h"
-#include "KestrioKit/Core/Queue/StateFile.h"
+#include "KestrioKit/Core/Queue/StateFolder.h"
 
 #include <array>
 #include <atomic>
@@ -132,7 +133,7 @@ private:
     DispatchQueue m_queue;
     const qsizetype m_queueLimit;
     std::shared_ptr<DroppedRecords> m_droppedRecords;
-    StateFile m_stateFile;
+    StoredRecord<PersistentQueue, StateFolder> m_storedState;
     SaveSchedule m_saveSchedule;
     /// The number of saves that wait on the queue. Only the last one is carried out.
     std::atomic<int> m_savesWaiting = 0;

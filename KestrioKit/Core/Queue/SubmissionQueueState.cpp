@@ -53,7 +53,7 @@ void SubmissionQueue::saveState(AfterSave next) {
         if (--self->m_savesWaiting > 0 || self->m_isErased)
             return;
         self->m_saveSchedule.saved();
-        self->m_stateFile.store(self->currentState(), task);
+        self->m_storedState.store(self->currentState(), task);
         if (next == AfterSave::search)
             self->searchAfterSave();
     });
@@ -72,7 +72,7 @@ PersistentQueue SubmissionQueue::currentState() const {
 void SubmissionQueue::clear() {
     for (const auto &runner : m_runners)
         runner->clear();
-    m_stateFile.remove();
+    m_storedState.remove();
 }
 
 void SubmissionQueue::erase() {
@@ -82,14 +82,14 @@ void SubmissionQueue::erase() {
                 runner->clear();
             self->setIdentity({}, {});
             self->m_isErased = true;
-            self->m_stateFile.erase(task);
+            self->m_storedState.erase(task);
         });
 }
 
 // Restoring
 
 void SubmissionQueue::loadState() {
-    adopt(m_stateFile.load(m_visitorIdentifier));
+    adopt(m_storedState.load(m_visitorIdentifier));
 }
 
 // The owner searches only after a save, so that an idle process does not wake up for it.
@@ -107,14 +107,16 @@ void SubmissionQueue::searchLater() {
 
 void SubmissionQueue::search() {
     m_nextSearch = DispatchTime::distantFuture();
-    m_stateFile.search(m_visitorIdentifier, [weak = weak_from_this()](const auto &found) {
-        if (const auto self = weak.lock())
-            self->m_queue.async([self, found] { self->adopt(found); });
-    });
+    m_storedState.run(
+        [weak = weak_from_this(), visitor = m_visitorIdentifier](StateFolder &folder) {
+            const StateFolder::Found found = folder.search(visitor);
+            if (const auto self = weak.lock())
+                self->m_queue.async([self, found] { self->adopt(found); });
+        });
 }
 
 void SubmissionQueue::adopt(const StateFolder::Found &found) {
-    StateFile::LeftFiles taken;
+    StateFolder::LeftFiles taken;
     bool isAll = true;
     for (const auto &[state, file] : found.states) {
         // The process's own file is always restored. Another process's file is left alone until it
@@ -129,8 +131,10 @@ void SubmissionQueue::adopt(const StateFolder::Found &found) {
         if (file)
             taken.append(file);
     }
-    if (!taken.isEmpty())
-        m_stateFile.store(currentState(), nullptr, taken);
+    if (!taken.isEmpty()) {
+        m_storedState.store(currentState());
+        m_storedState.run([taken](StateFolder &folder) { folder.removeOnceStored(taken); });
+    }
     m_nextSearch = m_clock.now() + double(searchInterval.count());
     m_searchesAfterSaves = found.owns && isAll;
     if (!m_searchesAfterSaves)

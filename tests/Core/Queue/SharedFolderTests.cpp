@@ -47,6 +47,23 @@ TEST_F(SharedFolderTest, WhatOneProcessLeavesTheOtherTakes) {
     EXPECT_EQ(files().size(), 1);
 }
 
+TEST_F(SharedFolderTest, WhatItTakesStaysWhereItIsUntilItCanBeStored) {
+    appendAndSave(*second, u"b"_s);
+    second.reset();
+    ASSERT_TRUE(QFileInfo(fileName).dir().mkdir(fileName)) << "a folder cannot be replaced";
+    advance(searchInterval);
+    for (const QString &event : {u"a"_s, u"c"_s}) {
+        appendAndSave(*queue, event);
+        advance(1);
+        EXPECT_EQ(files().size(), 1);
+    }
+    ASSERT_TRUE(QFileInfo(fileName).dir().rmdir(fileName));
+    queue->save();
+    settle();
+    EXPECT_EQ(file(), stateText({"a", "b", "c"}));
+    EXPECT_EQ(files().size(), 1);
+}
+
 TEST_F(SharedFolderTest, RecordsThatDoNotFitWaitAndAreSentOnce) {
     appendAndSave(*queue, u"a"_s, 20);
     appendAndSave(*second, u"b"_s, 20);
