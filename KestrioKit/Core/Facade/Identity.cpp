@@ -1,7 +1,6 @@
 #include "KestrioKit/Core/Facade/Identity.h"
 
 #include "KestrioKit/Core/Facade/FacadeLog.h"
-#include "KestrioKit/Core/Platform/Storage.h"
 
 #include <algorithm>
 
@@ -45,7 +44,7 @@ QString canonical(const QString &text) {
 } // namespace
 
 Identity::Identity(std::shared_ptr<KestrioService> api, SerialExecutor &fileExecutor)
-    : m_api(std::move(api)), m_fileExecutor(fileExecutor) {}
+    : m_api(std::move(api)), m_file(fileExecutor, identityFilename, maximumIdentityFileSize) {}
 
 bool Identity::isKnownUser(const QString &userIdentifier) const {
     const std::optional<QString> known = localData().userIdentifier;
@@ -72,10 +71,7 @@ void Identity::loadFromEnvironment() {
 }
 
 void Identity::loadFromFile() {
-    const auto record = *m_changesWaiting > 0
-                            ? m_localData.value()
-                            : Storage::load<LocalData>(Storage::localLibraryURL(identityFilename),
-                                                       maximumIdentityFileSize);
+    const auto record = m_file.isChanging() ? m_localData.value() : m_file.load();
     if (!record)
         return;
     m_localData.setValue(*record);
@@ -98,23 +94,12 @@ void Identity::forget() {
 
 void Identity::forgetLocked() {
     voidEarlierRequests();
-    changeFile([] { Storage::remove(identityFilename); });
+    m_file.remove();
     m_localData.setValue({});
 }
 
 void Identity::eraseFile() {
-    changeFile([] {
-        Storage::remove(identityFilename);
-        Storage::removeLeftovers(identityFilename, Storage::Leftovers::all);
-    });
-}
-
-void Identity::changeFile(Block change) {
-    ++*m_changesWaiting;
-    m_fileExecutor.post([change = std::move(change), waiting = m_changesWaiting] {
-        change();
-        --*waiting;
-    });
+    m_file.erase();
 }
 
 Identity::RequestNumber Identity::beginRequest() {
@@ -143,10 +128,7 @@ std::optional<LocalData> Identity::saveAuthorizationInfo(RequestNumber request,
     if (!record.token)
         record.token = known.token ? known.token : m_api->authorizationToken();
     m_api->authorize(record.token, record.visitorIdentifier);
-    changeFile([record] {
-        Storage::store(std::optional(record), Storage::localLibraryURL(identityFilename));
-        Storage::removeLeftovers(identityFilename, Storage::Leftovers::old);
-    });
+    m_file.store(record);
     m_localData.setValue(record);
     return record;
 }

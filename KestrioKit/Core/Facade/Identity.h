@@ -1,10 +1,10 @@
 #pragma once
 
 #include "KestrioKit/Core/Facade/LocalData.h"
+#include "KestrioKit/Core/Platform/StoredRecord.h"
 #include "KestrioKit/Core/Platform/Threads/Atomic.h"
 #include "KestrioKit/Core/Service/KestrioService.h"
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -62,17 +62,13 @@ private:
     void voidEarlierRequests();
     void loadFromEnvironment();
     void loadFromFile();
-    void changeFile(Block change);
 
     std::shared_ptr<KestrioService> m_api;
-    SerialExecutor &m_fileExecutor;
+    StoredRecord<LocalData> m_file;
     Atomic<LocalData> m_localData;
     /// Held while service, file and memory are updated together. Never held during disk access,
     /// because the host's thread takes it, too.
     std::mutex m_lock;
-    /// The number of file changes that are still to be made. Until they are, memory is newer than
-    /// the file. Shared with the blocks that make the changes.
-    std::shared_ptr<std::atomic<int>> m_changesWaiting = std::make_shared<std::atomic<int>>(0);
     RequestNumber m_lastRequest = 0;
     /// The highest number of a request that was settled or voided.
     RequestNumber m_lastSettled = 0;

@@ -5,6 +5,8 @@
 #include <QDateTime>
 #include <QRegularExpression>
 
+#include <future>
+
 namespace KestrioKit {
 
 TEST_F(KestrioCoreTest, HoldsEarlyCallsUntilThereIsAVisitorAlthoughTheHostLogsOutMeanwhile) {
@@ -319,6 +321,17 @@ TEST_F(KestrioCoreTest, ForgetsEverythingOnceConsentIsWithdrawn) {
     EXPECT_EQ(requests(configLine).last().header("Authorization"), std::nullopt);
     EXPECT_EQ(bodies(visitorLine).last(), QJsonObject());
     EXPECT_EQ(track(), SurveyState::noSurvey);
+}
+
+TEST_F(KestrioCoreTest, DoesNotReadAnIdentityThatIsStillToBeErased) {
+    startAfresh({u"old"_s, 5, u"a"_s});
+    std::promise<void> slowDisk;
+    thread.post([&slowDisk] { slowDisk.get_future().wait(); });
+    core->withdrawConsent();
+    core->configure(u"env"_s);
+    slowDisk.set_value();
+    finish();
+    EXPECT_EQ(requests(configLine).last().header("Authorization"), std::nullopt);
 }
 
 TEST_F(KestrioCoreTest, TidiesUpAfterProcessesThatWereCutOff) {
