@@ -37,7 +37,7 @@ std::optional<qint64> parseVisitor(const QString &text) {
     return fits ? std::optional(number) : std::nullopt;
 }
 
-QString canonical(const QString &text) {
+QString composed(const QString &text) {
     return text.normalized(QString::NormalizationForm_C);
 }
 
@@ -48,7 +48,7 @@ Identity::Identity(std::shared_ptr<KestrioService> api, SerialExecutor &fileExec
 
 bool Identity::isKnownUser(const QString &userIdentifier) const {
     const std::optional<QString> known = localData().userIdentifier;
-    return known && canonical(*known) == canonical(userIdentifier);
+    return known && composed(*known) == composed(userIdentifier);
 }
 
 void Identity::loadAuthorizationInfo() {

@@ -132,7 +132,9 @@ void SubmissionQueue::adopt(const StateFolder::Found &found) {
             taken.append(file);
     }
     if (!taken.isEmpty()) {
-        m_storedState.store(currentState());
+        // After an erasure there is nothing to store.
+        if (!m_isErased)
+            m_storedState.store(currentState());
         m_storedState.run([taken](StateFolder &folder) { folder.removeOnceStored(taken); });
     }
     m_nextSearch = m_clock.now() + double(searchInterval.count());

@@ -24,13 +24,13 @@ namespace {
 std::once_flag firstRequest;
 std::once_flag firstAnswer;
 
-struct OutgoingRequest {
+} // namespace
+
+struct NetworkTransport::OutgoingRequest {
     URLRequest request;
-    URLTransport::Body body;
+    Body body;
     URLCompletion completion;
 };
-
-} // namespace
 
 /// A network manager that retires when its connections are broken, or when they are doubtful and
 /// none is in use. It is destroyed with its last request.

@@ -31,6 +31,7 @@ public:
 
 private:
     class Manager;
+    struct OutgoingRequest;
     struct State;
 
     std::shared_ptr<State> m_state;
