@@ -1,4 +1,5 @@
 #include "KestrioKit/Core/Queue/PersistentQueue.h"
+#include "KestrioKit/Core/Service/RecordRequests.h"
 #include "tests/fuzz/Fuzzing.h"
 
 #include <limits>

@@ -1,33 +1,28 @@
 #pragma once
 
+#include "KestrioKit/Core/Platform/Threads/Atomic.h"
 #include "KestrioKit/Core/Queue/SubmissionSender.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QStringList>
 
 #include <atomic>
+#include <limits>
 
 namespace KestrioKit {
 
-/// A network service whose requests stay in flight until the test responds. Thread-safe.
+/// A network service whose requests stay in flight until the test responds. The current visitor is
+/// 8, with the token "token". Thread-safe.
 class ScriptedSender final : public SubmissionSender {
 public:
-    /// Sends as visitor 8 of the environment "shop".
-    explicit ScriptedSender(const Clock &clock) : m_requests(clock) {
-        m_requests.setEnvironment(QStringLiteral("shop"));
-        m_requests.setVisitorIdentifier(8);
-    }
-
-    /// Returns the requests in flight, oldest first. A batch is named by its events ("a,b"), any
-    /// other request by the last segment of its path.
+    /// Returns the requests in flight, oldest first. A batch is named by its events ("a,b"), an
+    /// attribute by its key.
     QStringList out() const {
         QStringList names;
         for (const Send &send : m_out.value())
-            names.append(nameOf(send.request));
+            names.append(send.name);
         return names;
     }
-    /// Returns the path and the token of the last request, separated by a space.
+    /// Returns the name, the visitor and the token of the last request, as in "a,b 8 token".
     QString lastSend() const { return m_lastSend.value(); }
     /// Returns the number of requests so far.
     int sends() const { return m_sends; }
@@ -41,25 +36,33 @@ public:
     /// Responds to all further requests immediately, with this status.
     void answerAtOnce(int status) { m_status = status; }
 
-    /// Sets the visitor on whose behalf requests are built; absent for none.
-    void setVisitor(std::optional<qint64> visitor) { m_requests.setVisitorIdentifier(visitor); }
+    /// Sets how many records fit into one request. Default: any number.
+    void setMostTogether(qsizetype most) { m_mostTogether = most; }
+    /// Sets the current visitor.
+    void setVisitor(qint64 visitor) { m_visitor = visitor; }
     /// Returns the errors that were passed to `handleError()`.
     QList<Error> handledErrors() const { return m_handledErrors.value(); }
 
-    const KestrioServiceRequests &networkRequests() const override { return m_requests; }
-    void sendSimpleRequest(const URLRequest &request, const std::optional<QString> &token,
-                           SimpleCompletion completion) override {
+    Submission submit(const QList<QueueableRequest> &records, const VisitorCredentials &visitor,
+                      SimpleCompletion completion) override {
+        if (!visitor.visitorIdentifier)
+            return Submission::impossible;
+        if (records.size() > m_mostTogether)
+            return Submission::tooLarge;
         ++m_sends;
-        m_lastSend.setValue(request.url.path() + QLatin1Char(' ') + token.value_or(QString()));
+        const QString name = nameOf(records);
+        m_lastSend.setValue(QStringLiteral("%1 %2 %3")
+                                .arg(name, QString::number(*visitor.visitorIdentifier),
+                                     visitor.token.value_or(QString())));
         if (m_status != 0)
             completion({HTTPURLResponse{m_status}, {}});
         else
-            m_out.mutate([&](QList<Send> &out) { out.append({request, std::move(completion)}); });
+            m_out.mutate([&](QList<Send> &out) { out.append({name, std::move(completion)}); });
+        return Submission::started;
     }
+    QString serviceHost() const override { return QStringLiteral("service.example"); }
     std::optional<DisabledError> disabledError() const override { return {}; }
-    std::optional<qint64> visitorIdentifier() const override {
-        return m_requests.visitorIdentifier();
-    }
+    std::optional<qint64> visitorIdentifier() const override { return m_visitor; }
     std::optional<QString> authorizationToken() const override { return QStringLiteral("token"); }
     void handleError(const Error &error) override {
         m_handledErrors.mutate([&error](QList<Error> &errors) { errors.append(error); });
@@ -67,19 +70,23 @@ public:
 
 private:
     struct Send {
-        URLRequest request;
+        QString name;
         SimpleCompletion completion;
     };
 
-    static QString nameOf(const URLRequest &request) {
+    static QString nameOf(const QList<QueueableRequest> &records) {
         QStringList names;
-        for (const QJsonValue event :
-             QJsonDocument::fromJson(request.body)[QLatin1String("events")].toArray())
-            names.append(event[QLatin1String("event")].toString());
-        return names.isEmpty() ? request.url.fileName() : names.join(QLatin1Char(','));
+        for (const QueueableRequest &record : records) {
+            if (const auto *const event = std::get_if<Request::TrackEvent>(&record))
+                names.append(event->event);
+            else if (const auto *const attribute = std::get_if<Request::UpdateAttribute>(&record))
+                names.append(attribute->key);
+        }
+        return names.join(QLatin1Char(','));
     }
 
-    KestrioServiceRequests m_requests;
+    std::atomic<qint64> m_visitor = 8;
+    std::atomic<qsizetype> m_mostTogether = std::numeric_limits<qsizetype>::max();
     Atomic<QList<Send>> m_out;
     Atomic<QString> m_lastSend;
     std::atomic<int> m_sends = 0;

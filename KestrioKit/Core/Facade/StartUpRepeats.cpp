@@ -149,7 +149,7 @@ void StartUp::beginRepeating() {
     m_bootstrap->holdAgain();
     if (recordsAreTheVisitors())
         m_bootstrap->recordHeld();
-    m_schedule->begin(m_api->networkRequests().host());
+    m_schedule->begin(m_api->serviceHost());
 }
 
 void StartUp::endRepeating() {

@@ -30,13 +30,7 @@ QueueRunner::QueueRunner(std::weak_ptr<SubmissionSender> api, DispatchQueue runQ
 
 void QueueRunner::setIdentity(std::optional<qint64> visitorIdentifier,
                               std::optional<QString> token) {
-    m_visitorIdentifier = visitorIdentifier;
-    m_visitorToken = std::move(token);
-}
-
-std::unique_ptr<const KestrioServiceRequests> QueueRunner::networkRequests() const {
-    const std::shared_ptr<SubmissionSender> sender = m_api.lock();
-    return sender ? sender->networkRequests().forVisitor(m_visitorIdentifier) : nullptr;
+    m_visitor = {visitorIdentifier, std::move(token)};
 }
 
 void QueueRunner::append(QList<QueueTask> tasks) {
@@ -165,13 +159,32 @@ QueueRunner::Outcome QueueRunner::outcomeOf(const SimpleAnswer &answer) {
     return isDisabledError(*answer.error) ? Outcome::retryWhenEnabled : Outcome::retry;
 }
 
-void QueueRunner::send(const URLRequest &request, const QList<QueueTask> &tasks,
-                       const Finished &completion) {
+void QueueRunner::send(const QList<QueueTask> &tasks, const Finished &completion) {
     const std::shared_ptr<SubmissionSender> sender = m_api.lock();
     if (!sender)
         return;
-    sender->sendSimpleRequest(
-        request, m_visitorToken,
+    const qsizetype half = tasks.size() / 2;
+    switch (submit(*sender, tasks, completion)) {
+    case Submission::started:
+        break;
+    case Submission::impossible:
+        completion(tasks, Outcome::finished, {});
+        break;
+    case Submission::tooLarge:
+        send(tasks.first(half), completion);
+        send(tasks.sliced(half), completion);
+        break;
+    }
+}
+
+Submission QueueRunner::submit(SubmissionSender &sender, const QList<QueueTask> &tasks,
+                               const Finished &completion) {
+    QList<QueueableRequest> records;
+    records.reserve(tasks.size());
+    for (const QueueTask &task : tasks)
+        records.append(task.request);
+    return sender.submit(
+        records, m_visitor,
         [self = shared_from_this(), tasks, completion](const SimpleAnswer &answer) {
             const Outcome outcome = outcomeOf(answer);
             if (outcome == Outcome::retryWhenEnabled)

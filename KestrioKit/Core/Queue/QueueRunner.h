@@ -2,6 +2,7 @@
 
 #include "KestrioKit/Core/Platform/Logging.h"
 #include "KestrioKit/Core/Platform/Threads/DispatchQueue.h"
+#include "KestrioKit/Core/Queue/SubmissionSender.h"
 #include "KestrioKit/Core/Queue/WaitingTasks.h"
 
 #include <QList>
@@ -100,17 +101,17 @@ protected:
     /// Called on the run queue.
     virtual void performTasks(const QList<QueueTask> &tasks, const Finished &completion) = 0;
 
-    /// Sends the request of `tasks` and evaluates its outcome. Tasks are retried after a status of
+    /// Sends the tasks in one request and evaluates its outcome. If the request would be too large,
+    /// the tasks are halved, and each half is sent in this way. Tasks are retried after a status of
     /// 5xx and after any error other than a refusal (4xx). All other outcomes are final. If the
     /// service is disabled, the tasks are retried and the runner is disabled. Does nothing if the
-    /// sender was destroyed.
-    void send(const URLRequest &request, const QList<QueueTask> &tasks, const Finished &completion);
-
-    /// Returns the builder of this visitor's requests, or null if the sender was destroyed. To be
-    /// called on the run queue.
-    std::unique_ptr<const KestrioServiceRequests> networkRequests() const;
+    /// sender was destroyed. To be called on the run queue.
+    void send(const QList<QueueTask> &tasks, const Finished &completion);
 
 private:
+    /// Submits the tasks' records. See `SubmissionSender::submit()`.
+    Submission submit(SubmissionSender &sender, const QList<QueueTask> &tasks,
+                      const Finished &completion);
     /// A server error or a failure may be temporary. A request that the service refuses would be
     /// refused again.
     static Outcome outcomeOf(const SimpleAnswer &answer);
@@ -137,8 +138,7 @@ private:
     QList<QueueTask> m_inFlight;
     DispatchQueue m_runQueue;
     std::weak_ptr<SubmissionSender> m_api;
-    std::optional<qint64> m_visitorIdentifier;
-    std::optional<QString> m_visitorToken;
+    VisitorCredentials m_visitor;
     /// Whether another flush follows when the requests in flight complete.
     bool m_again = false;
     /// Tasks are not sent before this time.

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "KestrioKit/Core/Protocol/KestrioServiceRequests.h"
+#include "KestrioKit/Core/Protocol/Attributes.h"
+#include "KestrioKit/Core/Protocol/RecordError.h"
+#include "KestrioKit/Core/Protocol/SurveyEvent.h"
+#include "KestrioKit/Core/Protocol/SurveyResponse.h"
+#include "KestrioKit/Core/Protocol/TrackEvent.h"
 
-#include <QList>
-
-#include <optional>
 #include <variant>
 
 namespace KestrioKit {
@@ -14,15 +15,5 @@ using QueueableRequest =
     std::variant<Request::TrackEvent, Request::SurveyResponse, Request::RecordError,
                  Request::SurveyEvent, Request::UpdateAttribute, Request::UpdateAttributes,
                  Request::RemoveAttributes>;
-
-/// Returns the request that sends this body alone, or nothing if it cannot be built.
-std::optional<URLRequest> createRequest(const QueueableRequest &request,
-                                        const KestrioServiceRequests &builder);
-
-/// Returns one request with all events of the list, in their order. Other bodies are left out.
-/// Returns nothing if the list is empty, if its first body is not an event, or if the request
-/// cannot be built.
-std::optional<URLRequest> createBatchRequest(const QList<QueueableRequest> &requests,
-                                             const KestrioServiceRequests &builder);
 
 } // namespace KestrioKit

@@ -161,7 +161,7 @@ void SubmissionQueue::configureReachability() {
     if (!sender)
         return;
     const Reachability::Creation creation = Reachability::create(
-        m_makeFlagsSource(sender->networkRequests().host()), m_executor, &DispatchQueue::main());
+        m_makeFlagsSource(sender->serviceHost()), m_executor, &DispatchQueue::main());
     if (const auto *const error = std::get_if<ReachabilityError>(&creation)) {
         report(*error);
         return;

@@ -2,10 +2,12 @@
 
 #include "KestrioKit/Core/Platform/LibraryContext.h"
 #include "KestrioKit/Core/Platform/Logging.h"
+#include "KestrioKit/Core/Protocol/KestrioServiceRequests.h"
 #include "KestrioKit/Core/Protocol/ResponseConfig.h"
 #include "KestrioKit/Core/Protocol/ResponseVisitors.h"
 #include "KestrioKit/Core/Protocol/ServiceAnswer.h"
 #include "KestrioKit/Core/Queue/SubmissionQueue.h"
+#include "KestrioKit/Core/Queue/SubmissionSender.h"
 #include "KestrioKit/Core/Service/ServiceSessions.h"
 #include "KestrioKit/Core/Survey/Survey.h"
 
@@ -145,12 +147,12 @@ public:
                      const Request::Metadata::Extra &extra);
 
     /// Returns the builder of the current visitor's requests. It lives as long as this object.
-    const KestrioServiceRequests &networkRequests() const override { return *m_networkRequests; }
-    /// Sends a request with the given token and discards the response's body. The completion gets
-    /// an error if the request failed, or if the status leaves open whether the service accepts the
-    /// record.
-    void sendSimpleRequest(const URLRequest &request, const std::optional<QString> &token,
-                           SimpleCompletion completion) override;
+    const KestrioServiceRequests &networkRequests() const { return *m_networkRequests; }
+    QString serviceHost() const override { return m_networkRequests->host(); }
+    /// Sends records of the queue. Several events that take more than 1 MiB together are
+    /// `tooLarge`.
+    Submission submit(const QList<QueueableRequest> &records, const VisitorCredentials &visitor,
+                      SimpleCompletion completion) override;
     /// Passes an error to the error handler, if one is set.
     void handleError(const Error &error) override;
 
@@ -166,6 +168,11 @@ private:
     template <typename Value>
     void sendRequest(const URLRequest &request, Authorization authorization,
                      Completion<Value> completion, AfterCut afterwards = AfterCut::fail);
+    /// Sends a request with the given token and discards the response's body. The completion gets
+    /// an error if the request failed, or if the status leaves open whether the service accepts the
+    /// record.
+    void sendSimpleRequest(const URLRequest &request, const std::optional<QString> &token,
+                           SimpleCompletion completion);
     /// Returns the answer that `result` stands for. Reports a response that cannot be decoded.
     template <typename Value>
     ServiceAnswer<Value> decodedAnswer(const URLResult &result);

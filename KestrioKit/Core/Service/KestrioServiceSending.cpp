@@ -2,14 +2,20 @@
 
 #include "KestrioKit/Core/Platform/HTTP/HTTPStatus.h"
 #include "KestrioKit/Core/Platform/Logging.h"
+#include "KestrioKit/Core/Service/RecordRequests.h"
 
 #include <utility>
+#include <variant>
 
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// The default limit of common web servers, in bytes. They refuse larger bodies, and refused records
+// are not retried.
+constexpr qsizetype largestBody = 1024 * 1024;
 
 bool isSuccess(const std::optional<HTTPURLResponse> &response) {
     return response && statusClass(response->statusCode) == HTTPStatusClass::success;
@@ -95,6 +101,21 @@ void KestrioService::sendRequest(const URLRequest &request, Authorization author
                              : m_sessions.session(authorizationToken());
     perform(*session, request, u"[KestrioService] Sending request"_s, URLTransport::Body::keep,
             judge);
+}
+
+Submission KestrioService::submit(const QList<QueueableRequest> &records,
+                                  const VisitorCredentials &visitor, SimpleCompletion completion) {
+    const auto builder = m_networkRequests->forVisitor(visitor.visitorIdentifier);
+    // Events are sent as a batch, even a single one.
+    const bool areEvents = std::holds_alternative<Request::TrackEvent>(records.first());
+    const std::optional<URLRequest> request = areEvents ? createBatchRequest(records, *builder)
+                                                        : createRequest(records.first(), *builder);
+    if (!request)
+        return Submission::impossible;
+    if (request->body.size() > largestBody && records.size() > 1)
+        return Submission::tooLarge;
+    sendSimpleRequest(*request, visitor.token, std::move(completion));
+    return Submission::started;
 }
 
 void KestrioService::sendSimpleRequest(const URLRequest &request,

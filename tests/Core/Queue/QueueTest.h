@@ -60,7 +60,7 @@ protected:
     }
 
     const QString fileName = *Storage::localLibraryURL("SubmissionQueue"_L1);
-    std::shared_ptr<ScriptedSender> sender = std::make_shared<ScriptedSender>(clock);
+    std::shared_ptr<ScriptedSender> sender = std::make_shared<ScriptedSender>();
     std::shared_ptr<SubmissionQueue> queue;
     QStringList completions;
 };

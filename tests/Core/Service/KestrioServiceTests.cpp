@@ -46,6 +46,21 @@ TEST_F(KestrioServiceTest, TakesTheNearestQueueLimitUntilThereIsAQueue) {
     EXPECT_EQ(bodies("POST /1/visitors/5/events/batch")[0]["events"_L1].toArray().size(), 1);
 }
 
+TEST_F(KestrioServiceTest, SubmitsRecordsAsTheirVisitorIfTheyFitIntoOneRequest) {
+    service->authorize(u"current"_s, 5);
+    const auto submit = [this](qsizetype count, std::optional<qint64> visitor) {
+        const Request::TrackEvent large{QString(600'000, u'x'), {}};
+        return service->submit(QList<QueueableRequest>(count, large), {visitor, u"own"_s},
+                               [](auto &&) {});
+    };
+    EXPECT_EQ(submit(1, {}), Submission::impossible);
+    EXPECT_EQ(submit(2, 6), Submission::tooLarge);
+    EXPECT_EQ(submit(1, 6), Submission::started);
+    finish();
+    EXPECT_EQ(lines(), QByteArrayList{"POST /1/visitors/6/events/batch"});
+    EXPECT_EQ(server.requests()[0].header("Authorization"), "Bearer own");
+}
+
 TEST_F(KestrioServiceTest, ReportsErrorsWithWhatItKnows) {
     service->recordError({{}, 0, u"broken"_s}, u"main()"_s, {{u"plan"_s, {u"gold"_s}}});
     finish();

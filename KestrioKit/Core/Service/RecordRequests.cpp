@@ -1,4 +1,4 @@
-#include "KestrioKit/Core/Queue/QueueableRequest.h"
+#include "KestrioKit/Core/Service/RecordRequests.h"
 
 namespace KestrioKit {
 
