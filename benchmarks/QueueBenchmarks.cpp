@@ -65,7 +65,6 @@ public:
                          });
     }
     void cancelAll() override { m_transport.cancelAll(); }
-    int tasksInFlight() const override { return m_transport.tasksInFlight(); }
 
 private:
     NetworkTransport m_transport;
@@ -121,11 +120,11 @@ public:
         QEventLoop loop;
         double seconds = 0;
         SteadyClock::time_point start;
-        const auto handled = [&](bool) {
+        const auto handled = [&] {
             seconds = secondsSince(start);
             QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
         };
-        runBehind([&] { m_transport->watch([&] { m_queue->reportIdle(handled); }); });
+        runBehind([&] { m_transport->watch([&] { m_thread.post(handled); }); });
         start = SteadyClock::now();
         m_flagsSource->change(ReachabilityFlag::reachable);
         loop.exec();

@@ -37,12 +37,17 @@ public:
         request.url.setHost(server.host());
         request.url.setPort(server.port());
         request.timeout = m_timeout;
+        ++m_tasksInFlight;
         m_transport->send(std::move(request), body,
-                          [self = shared_from_this(), completion = std::move(completion)](
-                              const URLResult &result) { self->deliver(completion, result); });
+                          [self = shared_from_this(),
+                           completion = std::move(completion)](const URLResult &result) {
+                              self->deliver(completion, result);
+                              --self->m_tasksInFlight;
+                          });
     }
     void cancelAll() override { m_transport->cancelAll(); }
-    int tasksInFlight() const override { return m_transport->tasksInFlight(); }
+    /// The number of requests whose response has been neither delivered nor held back.
+    int tasksInFlight() const { return m_tasksInFlight; }
 
 private:
     void deliver(const URLCompletion &completion, const URLResult &result) {
@@ -56,6 +61,7 @@ private:
     Atomic<QUrl> m_server;
     std::atomic<std::chrono::seconds> m_timeout = URLRequest().timeout;
     std::atomic<bool> m_holding = false;
+    std::atomic<int> m_tasksInFlight = 0;
     Atomic<QList<Block>> m_held;
 };
 

@@ -133,12 +133,9 @@ void SubmissionQueue::setIdentity(std::optional<qint64> visitorIdentifier,
         runner->setIdentity(m_visitorIdentifier, m_visitorToken);
 }
 
-void SubmissionQueue::reportIdle(std::function<void(bool idle)> report) {
-    m_queue.async([self = shared_from_this(), report = std::move(report)] {
-        report(!self->m_saveSchedule.isWaiting() &&
-               std::ranges::all_of(self->m_runners, &QueueRunner::isIdle,
-                                   &std::shared_ptr<QueueRunner>::get));
-    });
+bool SubmissionQueue::isIdle() const {
+    return !m_saveSchedule.isWaiting() &&
+           std::ranges::all_of(m_runners, &QueueRunner::isIdle, &std::shared_ptr<QueueRunner>::get);
 }
 
 // Nothing notifies the queue when the service is enabled again, for example by a second

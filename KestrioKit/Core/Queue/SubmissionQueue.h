@@ -13,7 +13,6 @@
 
 #include <array>
 #include <atomic>
-#include <functional>
 #include <memory>
 
 namespace KestrioKit {
@@ -74,9 +73,9 @@ public:
     /// The minimum time between two searches for records that other processes left behind.
     static constexpr std::chrono::seconds searchInterval{10};
 
-    /// Calls `report` on the library's thread. `idle` is true when no request is in flight, no
-    /// task is ready, and no save is scheduled.
-    void reportIdle(std::function<void(bool idle)> report);
+    /// Returns whether no record is in flight, no task is ready, and no save is scheduled. To be
+    /// called on the library's thread.
+    bool isIdle() const;
 
 private:
     using Runners = std::array<std::shared_ptr<QueueRunner>, recordKindCount>;

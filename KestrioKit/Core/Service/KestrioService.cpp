@@ -122,19 +122,13 @@ void KestrioService::handleError(const Error &error) {
 }
 
 void KestrioService::reportIdle(std::function<void(bool idle)> report) {
-    std::shared_ptr<SubmissionQueue> queue;
-    {
+    m_context.executor.post([self = shared_from_this(), report = std::move(report)] {
+        std::unique_lock guard(self->m_submissionQueueLock);
         // The queue is not created here, for the reason given in `setDisableNetworkAccess()`.
-        const std::lock_guard guard(m_submissionQueueLock);
-        queue = m_submissionQueue;
-    }
-    const auto judge = [transport = m_context.transport, report = std::move(report)](bool idle) {
-        report(idle && transport->tasksInFlight() == 0);
-    };
-    if (queue)
-        queue->reportIdle(judge);
-    else
-        m_context.executor.post([judge] { judge(true); });
+        const std::shared_ptr<SubmissionQueue> queue = self->m_submissionQueue;
+        guard.unlock();
+        report(*self->m_requestsInFlight == 0 && (!queue || queue->isIdle()));
+    });
 }
 
 } // namespace KestrioKit

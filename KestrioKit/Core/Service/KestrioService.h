@@ -156,8 +156,9 @@ public:
     /// Passes an error to the error handler, if one is set.
     void handleError(const Error &error) override;
 
-    /// Calls `report` on the library's thread. `idle` is true if no request is in flight and no
-    /// queued record is due, whether or not the queue is paused.
+    /// Calls `report` on the library's thread, after the work that waits there now. `idle` is true
+    /// if no request is in flight, no queued record is due, whether or not the queue is paused, and
+    /// no save is scheduled.
     void reportIdle(std::function<void(bool idle)> report);
 
 private:
@@ -215,6 +216,9 @@ private:
     Atomic<std::optional<DisabledError>> m_disabledError;
     std::shared_ptr<KestrioServiceRequests> m_networkRequests;
     ServiceSessions m_sessions;
+    /// The number of requests in flight. A request counts until its completion has returned. Shared
+    /// with the completions, which may outlive this object.
+    std::shared_ptr<std::atomic<int>> m_requestsInFlight = std::make_shared<std::atomic<int>>(0);
     /// Guards `m_submissionQueue`.
     std::mutex m_submissionQueueLock;
     std::shared_ptr<SubmissionQueue> m_submissionQueue;

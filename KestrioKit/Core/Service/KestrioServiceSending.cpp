@@ -49,9 +49,11 @@ void KestrioService::perform(const URLSession &session, const URLRequest &reques
     const bool isSimple = body == URLTransport::Body::discard;
     if (!isSimple && !request.body.isEmpty())
         trace->log({}, [&] { return QStringList{printedForm(request.body)}; });
+    const auto inFlight = m_requestsInFlight;
+    ++*inFlight;
     session.dataTask(
         request, body,
-        [trace, isSimple, completion = std::move(completion)](const URLResult &result) {
+        [trace, isSimple, inFlight, completion = std::move(completion)](const URLResult &result) {
             if (!isSimple)
                 trace->log({}, [&] {
                     const auto reason =
@@ -63,6 +65,7 @@ void KestrioService::perform(const URLSession &session, const URLRequest &reques
                 status = result.response->statusCode;
             trace->finish({printedForm("Response"), printedForm(status)});
             completion(result);
+            --*inFlight;
         });
 }
 

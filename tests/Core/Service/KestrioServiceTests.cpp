@@ -61,6 +61,28 @@ TEST_F(KestrioServiceTest, SubmitsRecordsAsTheirVisitorIfTheyFitIntoOneRequest) 
     EXPECT_EQ(server.requests()[0].header("Authorization"), "Bearer own");
 }
 
+TEST_F(KestrioServiceTest, IsIdleUnlessARequestIsInFlightOrARecordIsDue) {
+    const auto isIdle = [this] {
+        bool reported = false;
+        waitForBlock([&](const Block &done) {
+            service->reportIdle([&reported, done](bool idle) {
+                reported = idle;
+                done();
+            });
+        });
+        return reported;
+    };
+    EXPECT_TRUE(isIdle());
+    network->hold(true);
+    service->fetchConfig([](auto &&) {});
+    EXPECT_FALSE(isIdle());
+    release();
+    EXPECT_TRUE(isIdle());
+    flagsSource->change({});
+    service->queueEvent(u"waits for the network"_s);
+    EXPECT_FALSE(isIdle());
+}
+
 TEST_F(KestrioServiceTest, ReportsErrorsWithWhatItKnows) {
     service->recordError({{}, 0, u"broken"_s}, u"main()"_s, {{u"plan"_s, {u"gold"_s}}});
     finish();

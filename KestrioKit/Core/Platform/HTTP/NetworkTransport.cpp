@@ -8,7 +8,6 @@
 #include <QThread>
 
 #include <algorithm>
-#include <atomic>
 #include <deque>
 #include <mutex>
 #include <utility>
@@ -67,7 +66,6 @@ struct NetworkTransport::State : std::enable_shared_from_this<State> {
 
     Executor &executor;
     const Clock &clock;
-    std::atomic<int> tasksInFlight = 0;
     // Everything from here on is only used on the executor's thread.
     QPointer<Manager> manager;
     QPointer<Manager> retiredManager;
@@ -159,12 +157,10 @@ NetworkTransport::~NetworkTransport() {
 }
 
 void NetworkTransport::send(URLRequest request, Body body, URLCompletion completion) {
-    ++m_state->tasksInFlight;
-    auto done = [state = m_state, completion = std::move(completion)](const URLResult &result) {
+    auto done = [completion = std::move(completion)](const URLResult &result) {
         if (result.response)
             std::call_once(firstAnswer, ApplicationLifecycle::endBeforeWhatExists);
         completion(result);
-        --state->tasksInFlight;
     };
     m_state->executor.post(
         [state = m_state, request = std::move(request), body, done = std::move(done)]() mutable {
@@ -174,10 +170,6 @@ void NetworkTransport::send(URLRequest request, Body body, URLCompletion complet
 
 void NetworkTransport::cancelAll() {
     m_state->executor.post([state = m_state] { state->cancelAll(); });
-}
-
-int NetworkTransport::tasksInFlight() const {
-    return m_state->tasksInFlight;
 }
 
 } // namespace KestrioKit

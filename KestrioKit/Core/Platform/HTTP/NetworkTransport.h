@@ -23,7 +23,6 @@ public:
 
     void send(URLRequest request, Body body, URLCompletion completion) override;
     void cancelAll() override;
-    int tasksInFlight() const override;
 
     /// The maximum duration of a request, in seconds. `URLRequest::timeout` only limits how long
     /// nothing arrives, which never happens if a server sends a byte now and then.

@@ -48,10 +48,6 @@ public:
     /// Thread-safe.
     virtual void cancelAll() = 0;
 
-    /// Returns the number of requests in flight. A request counts until its completion has
-    /// returned. Thread-safe.
-    virtual int tasksInFlight() const = 0;
-
     /// The maximum size of a response's body that is read, in bytes.
     static constexpr qint64 maximumBodySize = 10 * 1024 * 1024;
 };
