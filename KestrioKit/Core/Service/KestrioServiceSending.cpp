@@ -110,9 +110,10 @@ Submission KestrioService::submit(const QList<QueueableRequest> &records,
                                   const VisitorCredentials &visitor, SimpleCompletion completion) {
     const auto builder = m_networkRequests->forVisitor(visitor.visitorIdentifier);
     // Events are sent as a batch, even a single one.
-    const bool areEvents = std::holds_alternative<Request::TrackEvent>(records.first());
-    const std::optional<URLRequest> request = areEvents ? createBatchRequest(records, *builder)
-                                                        : createRequest(records.first(), *builder);
+    const bool isBatch =
+        records.size() > 1 || std::holds_alternative<Request::TrackEvent>(records.first());
+    const std::optional<URLRequest> request =
+        isBatch ? createBatchRequest(records, *builder) : createRequest(records.first(), *builder);
     if (!request)
         return Submission::impossible;
     if (request->body.size() > largestBody && records.size() > 1)
