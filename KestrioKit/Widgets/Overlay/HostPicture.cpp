@@ -24,40 +24,45 @@ bool canGrabWindows() {
     return QGuiApplication::platformName() != cocoa;
 }
 
-// Qt paints these beside the window's backing store.
-bool isPaintedElsewhere(const QWidget *view) {
-    return view->testAttribute(Qt::WA_PaintOnScreen) || view->inherits("QOpenGLWidget") ||
+// The backing store does not hold what these views show, or does not hold it yet.
+bool isOutsideStore(const QWidget *view) {
+    return view->testAttribute(Qt::WA_PaintOnScreen) ||
+           view->testAttribute(Qt::WA_WState_InPaintEvent) || view->inherits("QOpenGLWidget") ||
            view->inherits("QQuickWidget") || view->inherits("QRhiWidget");
 }
 
-/// Returns the image that holds what the window shows. Returns null if there is none, or if it does
-/// not hold everything.
-const QImage *shownImage(const QWidget *host) {
-    QBackingStore *const store = host->backingStore();
+/// Returns whether the window's backing store holds everything that the window shows. On macOS its
+/// images only hold parts.
+bool isShownByStore(const QWidget *host) {
+    const QBackingStore *const store = host->backingStore();
     const QWindow *const window = host->windowHandle();
-    // On macOS the images of a backing store only hold parts of what is shown.
-    if (!store || store->size() != host->size() || !window || !window->isExposed() ||
-        QGuiApplication::platformName() == cocoa)
-        return nullptr;
-    QPaintDevice *const device = store->paintDevice();
-    if (!device || device->devType() != QInternal::Image || device->paintingActive() ||
-        std::ranges::any_of(host->findChildren<QWidget *>(), isPaintedElsewhere))
-        return nullptr;
-    return static_cast<const QImage *>(device);
+    return store && store->size() == host->size() && window && window->isExposed() &&
+           QGuiApplication::platformName() != cocoa && !isOutsideStore(host) &&
+           std::ranges::none_of(host->findChildren<QWidget *>(), isOutsideStore);
 }
 
 /// Copies what the window shows, after bringing it up to date. This takes a fraction of the time
 /// that rendering all widgets takes. Returns a null pixmap if it is not known what is shown.
 QPixmap pictureOnScreen(QWidget *host) {
-    if (!shownImage(host))
+    if (!isShownByStore(host))
         return {};
     QEvent update(QEvent::UpdateRequest);
     QCoreApplication::sendEvent(host, &update);
-    const QImage *const image = shownImage(host);
-    if (!image || image->size() != host->size() * host->devicePixelRatio())
+    if (!isShownByStore(host))
         return {};
-    // Without the copy, the picture would share its pixels with the window.
-    QPixmap picture = QPixmap::fromImage(image->copy());
+    QPixmap picture;
+    // The device is only valid while the window is painted. Nothing is painted in an empty region,
+    // and what is not painted remains: Qt's own updates rely on that.
+    QBackingStore &store = *host->backingStore();
+    store.beginPaint({});
+    const QPaintDevice *const device = store.paintDevice();
+    if (device && device->devType() == QInternal::Image) {
+        // Without the copy, the picture would share its pixels with the window.
+        const QImage image = static_cast<const QImage *>(device)->copy();
+        if (image.size() == host->size() * host->devicePixelRatio())
+            picture = QPixmap::fromImage(image);
+    }
+    store.endPaint();
     picture.setDevicePixelRatio(host->devicePixelRatio());
     return picture;
 }
