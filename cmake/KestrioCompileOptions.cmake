@@ -5,8 +5,12 @@ if(KESTRIO_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
 endif()
 
 function(kestrio_compile_options target)
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wnon-virtual-dtor
         -Woverloaded-virtual -Wimplicit-fallthrough)
+    # A name of one file may be shadowed in another one that is compiled together with it.
+    if(NOT CMAKE_UNITY_BUILD)
+        target_compile_options(${target} PRIVATE -Wshadow)
+    endif()
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
         QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS QT_NO_FOREACH
         QT_DISABLE_DEPRECATED_BEFORE=0x060400)
