@@ -50,9 +50,11 @@ void SubmissionQueue::saveState(AfterSave next) {
     m_queue.async([self = shared_from_this(), next,
                    task = ApplicationLifecycle::shared().beginBackgroundTask()] {
         // When several saves wait, the last one covers all of them.
-        if (--self->m_savesWaiting > 0 || self->m_isErased)
+        if (--self->m_savesWaiting > 0)
             return;
         self->m_saveSchedule.saved();
+        if (self->m_isErased)
+            return;
         self->m_storedState.store(self->currentState(), task);
         if (next == AfterSave::search)
             self->searchAfterSave();

@@ -57,7 +57,7 @@ QPixmap pictureOnScreen(QWidget *host) {
     store.beginPaint({});
     const QPaintDevice *const device = store.paintDevice();
     if (device && device->devType() == QInternal::Image) {
-        // Without the copy, the picture would share its pixels with the window.
+        // The picture must not share its pixels with the window, which paints into them.
         const QImage image = static_cast<const QImage *>(device)->copy();
         if (image.size() == host->size() * host->devicePixelRatio())
             picture = QPixmap::fromImage(image);

@@ -154,6 +154,20 @@ TEST_F(SubmissionQueueTest, SendsEventsThatFollowCloselyTogetherButDropsNoneForT
     EXPECT_EQ(sent({u"d"_s, u"e"_s, u"f"_s}), QStringList(u"d,e,f"_s));
 }
 
+TEST_F(SubmissionQueueTest, WaitsForAScheduledSaveUnlessEverythingIsErased) {
+    make();
+    for (const QString &key : {u"saved"_s, u"to be saved"_s}) {
+        appendAttribute(key);
+        settle();
+        answer(200);
+    }
+    EXPECT_FALSE(queue->isIdle());
+    queue->erase();
+    settle();
+    advance(0.02);
+    EXPECT_TRUE(queue->isIdle());
+}
+
 TEST_F(SubmissionQueueTest, SendsNoMoreTogetherThanAServiceTakes) {
     flagsSource->change({});
     make(300);
