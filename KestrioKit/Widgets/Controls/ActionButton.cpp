@@ -1,7 +1,7 @@
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 
+#include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QPainter>
 #include <QPainterPath>

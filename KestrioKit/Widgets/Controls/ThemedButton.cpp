@@ -1,7 +1,7 @@
 #include "KestrioKit/Widgets/Controls/ThemedButton.h"
 
+#include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QPainter>
 

@@ -1,7 +1,7 @@
 #include "KestrioKit/Widgets/Questions/LabelRow.h"
 
+#include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QStyle>
 

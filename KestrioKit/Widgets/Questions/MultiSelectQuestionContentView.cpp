@@ -1,9 +1,9 @@
 #include "KestrioKit/Widgets/Questions/MultiSelectQuestionContentView.h"
 
+#include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/ArrowKeys.h"
 #include "KestrioKit/Widgets/Controls/CheckboxButton.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QBoxLayout>
 

@@ -1,9 +1,9 @@
 #include "KestrioKit/Widgets/Questions/MultipleChoiceQuestionContentView.h"
 
+#include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/ArrowKeys.h"
 #include "KestrioKit/Widgets/Controls/ThemedButton.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QBoxLayout>
 

@@ -1,9 +1,9 @@
 #include "KestrioKit/Widgets/Questions/OpenQuestionContentView.h"
 
+#include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
 #include "KestrioKit/Widgets/Controls/TextView.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 #include "KestrioKit/Widgets/Overlay/KeyboardObserver.h"
 
 #include <QBoxLayout>

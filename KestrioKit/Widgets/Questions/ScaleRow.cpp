@@ -1,8 +1,8 @@
 #include "KestrioKit/Widgets/Questions/ScaleRow.h"
 
+#include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Controls/ThemedButton.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -1,11 +1,11 @@
 #include "KestrioKit/Widgets/Survey/FinishSurveyView.h"
 
+#include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/ImageView.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
 #include "KestrioKit/Widgets/Drawing/Animation.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 
 #include <QBoxLayout>

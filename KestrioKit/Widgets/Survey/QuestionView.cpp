@@ -1,9 +1,9 @@
 #include "KestrioKit/Widgets/Survey/QuestionView.h"
 
+#include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/DoublePressFilter.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 #include "KestrioKit/Widgets/Questions/QuestionContentViews.h"
 
 #include <QBoxLayout>

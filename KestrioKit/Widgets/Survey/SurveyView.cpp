@@ -1,5 +1,6 @@
 #include "KestrioKit/Widgets/Survey/SurveyView.h"
 
+#include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/Button.h"
 #include "KestrioKit/Widgets/Controls/CloseButton.h"
@@ -8,7 +9,6 @@
 #include "KestrioKit/Widgets/Controls/ScrollView.h"
 #include "KestrioKit/Widgets/Drawing/Animation.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 #include "KestrioKit/Widgets/Overlay/WindowMetrics.h"
 #include "KestrioKit/Widgets/Survey/FinishSurveyView.h"

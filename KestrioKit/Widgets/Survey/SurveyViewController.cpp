@@ -1,7 +1,7 @@
 #include "KestrioKit/Widgets/Survey/SurveyViewController.h"
 
+#include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Drawing/Animation.h"
-#include "KestrioKit/Widgets/Drawing/KestrioUI.h"
 #include "KestrioKit/Widgets/Overlay/BackgroundView.h"
 #include "KestrioKit/Widgets/Overlay/WindowMetrics.h"
 
