@@ -7,6 +7,9 @@ cd "$top"
 packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-base-private-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev
+    qt6-declarative-dev qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-workerscript
+    qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-templates
+    qml6-module-qtquick-controls qml6-module-qtquick-layouts
     rapidjson-dev libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev libgtest-dev
     libbenchmark-dev
     clang-format clang-tidy fonts-dejavu-core iproute2 curl jq openssl faketime

@@ -1,0 +1,47 @@
+#include "KestrioKit/Core/Session/FrontEnd.h"
+#include "KestrioKit/KestrioKitQuickExport.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+
+namespace KestrioKit {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QQuickWindow *windowOf(const QObject &host) {
+    if (const auto *const item = qobject_cast<const QQuickItem *>(&host))
+        return item->window();
+    return qobject_cast<QQuickWindow *>(const_cast<QObject *>(&host));
+}
+
+/// Shows surveys over `QQuickWindow` and `QQuickItem` hosts.
+class QuickFrontEnd final : public FrontEnd {
+public:
+    bool suits(const QObject &host) const override {
+        return host.inherits("QQuickItem") || host.inherits("QQuickWindow");
+    }
+
+    std::optional<QString> obstacle(const QObject &host) const override {
+        const QQuickWindow *const window = windowOf(host);
+        if (window && window->isVisible())
+            return std::nullopt;
+        return u"The window to show the survey over is not shown itself."_s;
+    }
+
+    void show(std::unique_ptr<SurveySession>, QObject &, const Clock &) override {}
+};
+
+/// Registers the front end when the library is loaded.
+const struct Registration {
+    Registration() { FrontEnd::add(new QuickFrontEnd); }
+} registration;
+
+} // namespace
+
+} // namespace KestrioKit
+
+/// Programs that link the library require this symbol. Without it the linker would drop the shared
+/// library, or this file of the static one, because the program calls nothing in it.
+extern "C" KESTRIOKITQUICK_EXPORT void kestrioKitQuick() {}
