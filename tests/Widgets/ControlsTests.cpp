@@ -1,10 +1,10 @@
+#include "KestrioKit/Core/Session/Fonts.h"
 #include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/CheckboxButton.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
 #include "KestrioKit/Widgets/Controls/PageControl.h"
 #include "KestrioKit/Widgets/Controls/ThemedButton.h"
-#include "KestrioKit/Widgets/Drawing/Fonts.h"
 #include "tests/Widgets/ViewTest.h"
 
 #include <QAccessible>

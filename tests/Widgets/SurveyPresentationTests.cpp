@@ -2,9 +2,9 @@
 
 #include "KestrioKit/Core/Facade/DebugSurvey.h"
 #include "KestrioKit/Core/Platform/LanguageBundle.h"
+#include "KestrioKit/Core/Session/KeyboardObserver.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Overlay/HostPicture.h"
-#include "KestrioKit/Widgets/Overlay/KeyboardObserver.h"
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>

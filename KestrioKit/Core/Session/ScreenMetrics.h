@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/KestrioKitExport.h"
 
 #include <QObject>
 
@@ -11,7 +12,7 @@ namespace KestrioKit {
 /// The sizes and durations of the survey screens that all front ends share. Lengths are in
 /// device-independent pixels, and opacities from 0 (invisible) to 1 (opaque). A gadget in QML,
 /// where durations are in milliseconds.
-struct ScreenMetrics {
+struct KESTRIOKIT_EXPORT ScreenMetrics {
     Q_GADGET
     Q_PROPERTY(int tinyPadding MEMBER tinyPadding CONSTANT)
     Q_PROPERTY(int regularPadding MEMBER regularPadding CONSTANT)

@@ -1,5 +1,7 @@
 #include "KestrioKit/Widgets/Controls/Label.h"
 
+#include "KestrioKit/Widgets/Drawing/FollowFont.h"
+
 #include <QPainter>
 #include <QStyle>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "KestrioKit/Widgets/Drawing/Fonts.h"
+#include "KestrioKit/Core/Session/Fonts.h"
+#include "KestrioKit/Core/Session/WrappedText.h"
 #include "KestrioKit/Widgets/Drawing/SurveyColors.h"
-#include "KestrioKit/Widgets/Drawing/WrappedText.h"
 
 #include <QLabel>
 

@@ -1,8 +1,8 @@
 #include "KestrioKit/Widgets/Controls/TextView.h"
 
+#include "KestrioKit/Core/Session/Fonts.h"
 #include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
-#include "KestrioKit/Widgets/Drawing/Fonts.h"
 #include "KestrioKit/Widgets/Drawing/OwnLook.h"
 
 #include <QContextMenuEvent>

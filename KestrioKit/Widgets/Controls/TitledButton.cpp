@@ -1,6 +1,6 @@
 #include "KestrioKit/Widgets/Controls/TitledButton.h"
 
-#include "KestrioKit/Widgets/Drawing/Fonts.h"
+#include "KestrioKit/Widgets/Drawing/FollowFont.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "KestrioKit/Core/Session/WrappedText.h"
 #include "KestrioKit/Widgets/Controls/Button.h"
 #include "KestrioKit/Widgets/Drawing/SurveyColors.h"
-#include "KestrioKit/Widgets/Drawing/WrappedText.h"
 
 #include <QColor>
 #include <QMargins>

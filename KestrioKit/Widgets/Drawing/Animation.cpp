@@ -1,41 +1,14 @@
 #include "KestrioKit/Widgets/Drawing/Animation.h"
 
 #include <QApplication>
-#include <QEasingCurve>
 #include <QStyle>
 #include <QWidget>
 
 #include <algorithm>
-#include <cmath>
 
 namespace KestrioKit {
 
 namespace {
-
-/// Distance of a spring from its rest at the end of its duration, as a fraction of the full
-/// distance.
-constexpr qreal restingDistance = 0.001;
-
-/// An underdamped harmonic oscillator that is released at the full distance from its rest.
-struct Spring {
-    qreal decay;
-    qreal frequency;
-    qreal push;
-
-    Spring(qreal seconds, qreal damping, qreal initialVelocity)
-        : decay(-std::log(restingDistance) / seconds),
-          frequency(decay / damping * std::sqrt(1 - damping * damping)),
-          push((decay - initialVelocity) / frequency) {}
-
-    qreal position(qreal seconds) const {
-        return 1 - std::exp(-decay * seconds) *
-                       (std::cos(frequency * seconds) + push * std::sin(frequency * seconds));
-    }
-};
-
-qreal secondsOf(std::chrono::milliseconds duration) {
-    return std::chrono::duration<qreal>(duration).count();
-}
 
 // The platform's preference is in the application's style. The view's own style does not know it.
 bool wantsLessMotion() {
@@ -43,22 +16,6 @@ bool wantsLessMotion() {
 }
 
 } // namespace
-
-AnimationTiming AnimationTiming::easing(std::chrono::milliseconds duration) {
-    return {duration, {}, [curve = QEasingCurve(QEasingCurve::InOutQuad)](qreal time) {
-                return curve.valueForProgress(time);
-            }};
-}
-
-AnimationTiming AnimationTiming::spring(std::chrono::milliseconds duration,
-                                        std::chrono::milliseconds delay, qreal damping,
-                                        qreal initialVelocity) {
-    const qreal seconds = secondsOf(duration);
-    return {duration, delay,
-            [seconds, spring = Spring(seconds, damping, initialVelocity)](qreal time) {
-                return time < 1 ? spring.position(time * seconds) : 1;
-            }};
-}
 
 Animation::Animation(QWidget *view, const AnimationTiming &timing, Apply apply)
     : QVariantAnimation(view), m_timing(timing), m_apply(std::move(apply)) {

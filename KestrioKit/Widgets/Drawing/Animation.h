@@ -1,34 +1,15 @@
 #pragma once
 
+#include "KestrioKit/Core/Session/AnimationTiming.h"
+
 #include <QPointer>
 #include <QVariantAnimation>
 
-#include <chrono>
 #include <functional>
 
 class QWidget;
 
 namespace KestrioKit {
-
-/// Describes how an animation progresses over time.
-struct AnimationTiming {
-    /// Length of the movement, without the delay.
-    std::chrono::milliseconds duration{0};
-    /// Time before the movement starts.
-    std::chrono::milliseconds delay{0};
-    /// Maps elapsed time (0 to 1) to progress. The progress at 1 must be 1. It may exceed 1 before.
-    std::function<qreal(qreal time)> curve = {};
-
-    /// Returns a timing that starts and ends slowly, without a delay.
-    static AnimationTiming easing(std::chrono::milliseconds duration);
-
-    /// Returns the timing of a spring that comes to rest within `duration`. `damping` must be above
-    /// 0 and below 1; a lower value overshoots more. `initialVelocity` is in full distances per
-    /// second.
-    static AnimationTiming spring(std::chrono::milliseconds duration,
-                                  std::chrono::milliseconds delay, qreal damping,
-                                  qreal initialVelocity);
-};
 
 /// Animates a view from one state to another. `start()` calls `apply` with 0 immediately, even if
 /// there is a delay. `apply` is then called with the progress, at last with 1, followed by

@@ -4,20 +4,6 @@
 
 namespace KestrioKit {
 
-namespace {
-
-constexpr int leastRegularLength = 600;
-
-SizeClass sizeClass(int length) {
-    return length >= leastRegularLength ? SizeClass::regular : SizeClass::compact;
-}
-
-} // namespace
-
-SizeClasses sizeClasses(const QSize &window) {
-    return {sizeClass(window.width()), sizeClass(window.height())};
-}
-
 // Qt includes the safe area in the margins of each widget, unless a layout has already placed the
 // widget inside it. No layout places the overlay. The window's own margins may come from the host.
 QMargins safeAreaInsets(const QWidget &view) {

@@ -1,10 +1,10 @@
 #include "KestrioKit/Widgets/Questions/OpenQuestionContentView.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/KeyboardObserver.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
 #include "KestrioKit/Widgets/Controls/TextView.h"
-#include "KestrioKit/Widgets/Overlay/KeyboardObserver.h"
 
 #include <QBoxLayout>
 

@@ -16,7 +16,6 @@
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -24,15 +23,8 @@ namespace Constant {
 constexpr QSize circleSize(100, 100);
 constexpr int circleBorderWidth = 6;
 constexpr int checkmarkLineWidth = 6;
-
-constexpr qreal damping = 0.7;
-constexpr qreal initialVelocity = 0;
 constexpr qreal labelScale = 0.7;
-constexpr auto labelDuration = 300ms;
-constexpr auto labelDelay = 200ms;
 constexpr qreal imageScale = 0.5;
-constexpr auto imageDuration = 400ms;
-constexpr auto imageDelay = 400ms;
 } // namespace Constant
 
 DrawnImage checkmarkInCircle(const SurveyColors &colors) {
@@ -46,15 +38,11 @@ DrawnImage checkmarkInCircle(const SurveyColors &colors) {
             }};
 }
 
-void springIn(QWidget *view, qreal scale, std::chrono::milliseconds duration,
-              std::chrono::milliseconds delay) {
-    Animation::start(
-        view,
-        AnimationTiming::spring(duration, delay, Constant::damping, Constant::initialVelocity),
-        [view, scale](qreal way) {
-            ViewEffect::setAlpha(view, std::clamp<qreal>(way, 0, 1));
-            ViewEffect::setScale(view, scale + (1 - scale) * way);
-        });
+void springIn(QWidget *view, qreal scale, const AnimationTiming &timing) {
+    Animation::start(view, timing, [view, scale](qreal way) {
+        ViewEffect::setAlpha(view, std::clamp<qreal>(way, 0, 1));
+        ViewEffect::setScale(view, scale + (1 - scale) * way);
+    });
 }
 
 } // namespace
@@ -80,8 +68,8 @@ void FinishSurveyView::showEvent(QShowEvent *event) {
 }
 
 void FinishSurveyView::animateIn() {
-    springIn(m_label, Constant::labelScale, Constant::labelDuration, Constant::labelDelay);
-    springIn(m_imageView, Constant::imageScale, Constant::imageDuration, Constant::imageDelay);
+    springIn(m_label, Constant::labelScale, AnimationTiming::thanksLabel());
+    springIn(m_imageView, Constant::imageScale, AnimationTiming::thanksImage());
 }
 
 } // namespace KestrioKit

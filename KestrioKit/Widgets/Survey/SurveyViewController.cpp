@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Survey/SurveyViewController.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/SizeClasses.h"
 #include "KestrioKit/Widgets/Drawing/Animation.h"
 #include "KestrioKit/Widgets/Overlay/BackgroundView.h"
 #include "KestrioKit/Widgets/Overlay/WindowMetrics.h"
@@ -21,9 +22,6 @@ namespace {
 namespace Constant {
 constexpr int maxWidth = 500;
 constexpr int bottomPadding = 14;
-constexpr auto entryDuration = 400ms;
-constexpr qreal entryDamping = 0.7;
-constexpr qreal entryVelocity = 0.4;
 constexpr auto slideOutDuration = 200ms;
 constexpr auto finishDelay = 1s;
 /// Duration of the fade of the dimming, in and out.
@@ -99,9 +97,7 @@ void SurveyViewController::animateEntry() {
 
 void SurveyViewController::springIn() {
     Animation::start(
-        this,
-        AnimationTiming::spring(Constant::entryDuration, {}, Constant::entryDamping,
-                                Constant::entryVelocity),
+        this, AnimationTiming::entry(),
         [this](qreal way) {
             m_cardPosition = way;
             layOut();

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "KestrioKit/Core/Session/KeyboardObserver.h"
 #include "KestrioKit/SurveySession.h"
-#include "KestrioKit/Widgets/Overlay/KeyboardObserver.h"
 #include "KestrioKit/Widgets/Overlay/ModalOverlay.h"
 #include "KestrioKit/Widgets/Survey/SurveyView.h"
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "KestrioKit/KestrioKitExport.h"
+
 #include <QColor>
 #include <QFont>
 #include <QMargins>
@@ -17,7 +19,7 @@ namespace KestrioKit {
 /// A plain text that wraps into as many lines as it needs. Lines break between words, or within a
 /// word that is too long for a line. Sizes are in device-independent pixels. Use it on the main
 /// thread only.
-class WrappedText {
+class KESTRIOKIT_EXPORT WrappedText {
 public:
     /// `font` must have its size in pixels.
     WrappedText(QString text, const QFont &font);

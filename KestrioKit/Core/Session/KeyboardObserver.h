@@ -1,12 +1,14 @@
 #pragma once
 
+#include "KestrioKit/KestrioKitExport.h"
+
 #include <QObject>
 
 namespace KestrioKit {
 
 /// Watches the on-screen keyboard through `QInputMethod`. It does not access the keyboard while no
 /// window of the application has the focus. Use it on the main thread only.
-class KeyboardObserver final : public QObject {
+class KESTRIOKIT_EXPORT KeyboardObserver final : public QObject {
     Q_OBJECT
 
 public:

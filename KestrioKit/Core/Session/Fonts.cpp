@@ -1,11 +1,7 @@
-#include "KestrioKit/Widgets/Drawing/Fonts.h"
-
-#include "KestrioKit/Widgets/Drawing/SurveyColors.h"
-#include "KestrioKit/Widgets/Drawing/WrappedText.h"
+#include "KestrioKit/Core/Session/Fonts.h"
 
 #include <QFontInfo>
 #include <QGuiApplication>
-#include <QWidget>
 
 #include <algorithm>
 
@@ -33,11 +29,6 @@ QFont preferredFont(TextStyle style) {
     font.setPixelSize(qRound(pixelSize(style) * growth));
     font.setBold(style == TextStyle::title2);
     return font;
-}
-
-void followFont(QWidget *view, const SurveyColors &colors, WrappedText &text, TextStyle style) {
-    QObject::connect(&colors, &SurveyColors::changed, view,
-                     [&text, style] { text.setFont(preferredFont(style)); });
 }
 
 } // namespace KestrioKit

@@ -1,4 +1,4 @@
-#include "KestrioKit/Widgets/Overlay/KeyboardObserver.h"
+#include "KestrioKit/Core/Session/KeyboardObserver.h"
 
 #include <QGuiApplication>
 #include <QInputMethod>

@@ -1,4 +1,4 @@
-#include "KestrioKit/Widgets/Drawing/WrappedText.h"
+#include "KestrioKit/Core/Session/WrappedText.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
