@@ -76,6 +76,8 @@ class KESTRIOKIT_EXPORT Kestrio final : public QObject {
                    retriesStartUpChanged)
     Q_PROPERTY(
         bool savesPromptly READ savesPromptly WRITE setSavesPromptly NOTIFY savesPromptlyChanged)
+    Q_PROPERTY(
+        SurveyAppearance appearance READ appearance WRITE setAppearance NOTIFY appearanceChanged)
     Q_DISABLE_COPY_MOVE(Kestrio)
 
 public:
@@ -326,6 +328,11 @@ public:
     /// request fails, or if the survey cannot begin: see `startSurvey()`.
     void startSurvey(qint64 surveyId, const SessionReceiver &receiver);
 
+    /// Fetches a survey like the overload above. If `context` has been destroyed when the survey
+    /// arrives, the survey does not begin and `receiver` is not called; see `track()` with a
+    /// context.
+    void startSurvey(qint64 surveyId, const QObject *context, const SessionReceiver &receiver);
+
     /// Begins the built-in survey, see `presentDebugSurvey()`. Returns null if the library is
     /// disabled or not configured, or if another session exists. Must be called on the main thread.
     std::unique_ptr<SurveySession> startDebugSurvey();
@@ -403,6 +410,8 @@ Q_SIGNALS:
     void retriesStartUpChanged();
     /// Emitted when `savesPromptly` changes.
     void savesPromptlyChanged();
+    /// Emitted when `appearance` changes.
+    void appearanceChanged();
 
 private:
     QVariant visitorIdentifierValue() const;

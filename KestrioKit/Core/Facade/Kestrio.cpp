@@ -186,8 +186,12 @@ SurveyAppearance Kestrio::appearance() const {
 }
 
 void Kestrio::setAppearance(SurveyAppearance appearance) {
-    if (counts())
-        m_core->setAppearance(appearance);
+    if (!counts())
+        return;
+    const bool isChange = appearance != m_core->appearance();
+    m_core->setAppearance(appearance);
+    if (isChange)
+        KestrioKit::onMain([this] { Q_EMIT appearanceChanged(); });
 }
 
 void Kestrio::configure(const QString &environment) {
@@ -263,7 +267,15 @@ std::unique_ptr<SurveySession> Kestrio::startSurvey() {
 
 void Kestrio::startSurvey(qint64 surveyId, const SessionReceiver &receiver) {
     if (counts())
-        m_core->startSurvey(surveyId, receiver);
+        m_core->startSurvey(
+            surveyId, [] { return true; }, receiver);
+}
+
+void Kestrio::startSurvey(qint64 surveyId, const QObject *context,
+                          const SessionReceiver &receiver) {
+    if (counts())
+        m_core->startSurvey(
+            surveyId, [context = QPointer(context)] { return !context.isNull(); }, receiver);
 }
 
 std::unique_ptr<SurveySession> Kestrio::startDebugSurvey() {

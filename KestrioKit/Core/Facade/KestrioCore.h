@@ -74,7 +74,10 @@ public:
                        const FetchCompletion &fetchCompletion);
     void presentDebugSurvey(const QPointer<QObject> &from);
     std::unique_ptr<SurveySession> startSurvey();
-    void startSurvey(qint64 surveyId, const SessionReceiver &receiver);
+    /// `isWanted` is called on the main thread when the survey has arrived. If it returns false,
+    /// the survey does not begin.
+    void startSurvey(qint64 surveyId, const std::function<bool()> &isWanted,
+                     const SessionReceiver &receiver);
     std::unique_ptr<SurveySession> startDebugSurvey();
     void logout();
     void withdrawConsent();

@@ -112,10 +112,13 @@ std::unique_ptr<SurveySession> KestrioCore::startSurvey() {
     return nullptr;
 }
 
-void KestrioCore::startSurvey(qint64 surveyId, const SessionReceiver &receiver) {
+void KestrioCore::startSurvey(qint64 surveyId, const std::function<bool()> &isWanted,
+                              const SessionReceiver &receiver) {
     const auto kept = keptForMain(receiver);
-    whenReady({Kind::other, [surveyId, kept](KestrioCore &core) {
-                   core.fetch(surveyId, [&core, kept](const Survey &survey) {
+    whenReady({Kind::other, [surveyId, isWanted, kept](KestrioCore &core) {
+                   core.fetch(surveyId, [&core, isWanted, kept](const Survey &survey) {
+                       if (!isWanted())
+                           return;
                        std::unique_ptr<SurveySession> session = core.startSession(survey);
                        if (session && kept)
                            (*kept)(std::move(session));
