@@ -1,9 +1,10 @@
 #pragma once
 
+#include "host/HostWindow.h"
+
 #include <QLatin1StringView>
 #include <QPoint>
 #include <QStringList>
-#include <QWidget>
 
 #include <functional>
 #include <limits>
@@ -14,10 +15,11 @@
 struct HostState {
     /// The number of handlers that the library has yet to call.
     int openQuestions = 0;
-    /// The host's window; null until a command creates it.
-    std::unique_ptr<QWidget> window;
+    HostWindowFactory makeWindow = {};
+    /// Null until a command creates it.
+    std::unique_ptr<HostWindow> window = nullptr;
     /// The window position at which the mouse button is held down; absent while it is up.
-    std::optional<QPoint> pressedAt;
+    std::optional<QPoint> pressedAt = {};
 };
 
 /// Finishes a command that did not finish within its function. Without an error, the command

@@ -125,7 +125,7 @@ constexpr auto windowWord = "window"_L1;
 
 /// Converts the words to the arguments of the selector; absent if that is impossible.
 std::optional<QVariantList> argumentsFor(const QString &selector, const QStringList &words,
-                                         QWidget *window) {
+                                         QObject *window) {
     if (selector == "setVisitorAttributes:"_L1) {
         const auto attributes = pairs<QVariant>(words);
         return attributes ? std::optional(QVariantList{*attributes}) : std::nullopt;
@@ -150,7 +150,9 @@ std::optional<QVariantList> argumentsFor(const QString &selector, const QStringL
 
 Outcome perform(const CommandCall &call) {
     const QString &selector = call.arguments[0];
-    const auto arguments = argumentsFor(selector, call.arguments.mid(1), call.state.window.get());
+    const HostWindow *const window = call.state.window.get();
+    const auto arguments =
+        argumentsFor(selector, call.arguments.mid(1), window ? window->presenter() : nullptr);
     if (!arguments)
         return Outcome::failed(u"these are no arguments for %1"_s.arg(selector));
     const bool performed = Kestrio::shared().perform(selector, *arguments).has_value();

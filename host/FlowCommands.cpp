@@ -1,7 +1,6 @@
 #include "host/CommandTable.h"
 #include "host/ConditionWait.h"
 #include "host/PrivateAccess.h"
-#include "host/SurveyWindow.h"
 
 #include "KestrioKit/Kestrio.h"
 
@@ -64,15 +63,15 @@ ConditionWait::Condition libraryIsIdle(const HostState &) {
     return askWhetherIdle;
 }
 
-ConditionWait::Condition surveyIsShown(const HostState &) {
-    return [](const ConditionWait::Answer &answer) {
-        answer(surveyIsStill());
+ConditionWait::Condition surveyIsShown(const HostState &state) {
+    return [&state](const ConditionWait::Answer &answer) {
+        answer(state.window && state.window->surveyIsStill());
     };
 }
 
-ConditionWait::Condition surveyIsGone(const HostState &) {
-    return [](const ConditionWait::Answer &answer) {
-        answer(!surveyOnScreen());
+ConditionWait::Condition surveyIsGone(const HostState &state) {
+    return [&state](const ConditionWait::Answer &answer) {
+        answer(!state.window || !state.window->hasSurvey());
     };
 }
 
@@ -80,11 +79,11 @@ ConditionWait::Condition surveyIsGone(const HostState &) {
 /// animated.
 ConditionWait::Condition viewIsShown(const HostState &state, const QString &identifier) {
     return [&state, identifier, before = QRect()](const ConditionWait::Answer &answer) mutable {
-        const QWidget *const view = state.window ? visibleView(*state.window, identifier) : nullptr;
-        const QRect frame =
-            view ? QRect(view->mapTo(view->window(), QPoint()), view->size()) : QRect();
+        const HostWindow *const window = state.window.get();
+        const auto view = window ? window->visibleView(identifier) : std::nullopt;
+        const QRect frame = view ? view->frame : QRect();
         const bool isStill = view && frame == std::exchange(before, frame);
-        answer(isStill && (!surveyOnScreen() || surveyIsStill()));
+        answer(isStill && (!window->hasSurvey() || window->surveyIsStill()));
     };
 }
 

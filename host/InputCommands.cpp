@@ -1,7 +1,5 @@
 #include "host/CommandTable.h"
-#include "host/SurveyWindow.h"
 
-#include <QApplication>
 #include <QKeySequence>
 #include <QTest>
 #include <QWindow>
@@ -21,20 +19,8 @@ QPoint placeFor(const QPoint &position) {
     return position.isNull() ? QPoint(1, 1) : position;
 }
 
-/// Returns the native window that receives input. Without a focused window there may be no seat,
-/// and Qt for Wayland then crashes when a text field requests the on-screen keyboard.
 QWindow *inputWindow(const CommandCall &call) {
-    qApp->setAutoSipEnabled(QGuiApplication::focusWindow());
-    return call.state.window->windowHandle();
-}
-
-/// Returns whether the point of the view is not scrolled out of sight.
-bool isInView(const QWidget &view, const QPoint &point) {
-    for (const QWidget *area = &view; area;
-         area = area->isWindow() ? nullptr : area->parentWidget())
-        if (!area->rect().contains(view.mapTo(area, point)))
-            return false;
-    return true;
+    return &call.state.window->inputWindow();
 }
 
 /// Calls `act` with the centre of the named control, in the window's coordinates.
@@ -43,13 +29,12 @@ Outcome atControl(const CommandCall &call, Act act) {
     if (!call.state.window)
         return Outcome::noWindow();
     const QString &identifier = call.arguments[0];
-    const QWidget *const control = visibleView(*call.state.window, identifier);
+    const std::optional<VisibleView> control = call.state.window->visibleView(identifier);
     if (!control)
         return Outcome::failed(u"no \"%1\" can be seen"_s.arg(identifier));
-    const QPoint middle = control->rect().center();
-    if (!isInView(*control, middle))
+    if (!control->isCentreInView)
         return Outcome::failed(u"\"%1\" is scrolled out of view"_s.arg(identifier));
-    act(control->mapTo(call.state.window.get(), middle));
+    act(control->frame.center());
     return Outcome::done();
 }
 
@@ -80,7 +65,7 @@ Outcome clickAt(const CommandCall &call) {
         return Outcome::failed(u"X and Y are whole numbers"_s);
     if (!call.state.window)
         return Outcome::noWindow();
-    if (!call.state.window->rect().contains(position))
+    if (!QRect(QPoint(), call.state.window->size()).contains(position))
         return Outcome::failed(u"that is outside of the window"_s);
     pressAt(call, position);
     releaseAt(call, position);

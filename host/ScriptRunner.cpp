@@ -5,7 +5,8 @@
 
 #include <QCoreApplication>
 
-ScriptRunner::ScriptRunner(std::unique_ptr<LineSource> lines) : m_lines(std::move(lines)) {
+ScriptRunner::ScriptRunner(std::unique_ptr<LineSource> lines, HostWindowFactory makeWindow)
+    : m_lines(std::move(lines)), m_state{.makeWindow = std::move(makeWindow)} {
     m_lines->setArrivalHandler([this] { advance(); });
 }
 

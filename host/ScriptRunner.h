@@ -10,7 +10,7 @@
 class ScriptRunner {
 public:
     /// Takes the lines from `lines`. Nothing runs before `advance()`.
-    explicit ScriptRunner(std::unique_ptr<LineSource> lines);
+    ScriptRunner(std::unique_ptr<LineSource> lines, HostWindowFactory makeWindow);
     Q_DISABLE_COPY_MOVE(ScriptRunner)
 
     /// Carries out the lines that have arrived, up to the first command that has to wait.

@@ -2,7 +2,6 @@
 #include "host/ConditionWait.h"
 #include "host/Report.h"
 #include "host/ScreenReader.h"
-#include "host/window/DemoWindow.h"
 
 #include "KestrioKit/Kestrio.h"
 
@@ -38,9 +37,9 @@ Outcome noSize() {
 
 /// Returns whether the window is active, or cannot be activated by a program. On Wayland the system
 /// alone decides, and without a keyboard no window is active.
-bool isActive(const QWidget &window) {
-    return window.isActiveWindow() || !QGuiApplicationPrivate::platformIntegration()->hasCapability(
-                                          QPlatformIntegration::WindowActivation);
+bool isActive(const HostWindow &window) {
+    return window.isActive() || !QGuiApplicationPrivate::platformIntegration()->hasCapability(
+                                    QPlatformIntegration::WindowActivation);
 }
 
 /// Continues when the system shows the window, active and at that size. The content is laid out in
@@ -50,7 +49,7 @@ Outcome waitForWindow(const CommandCall &call, const QSize &size) {
         [&window = *call.state.window, size,
          before = false](const ConditionWait::Answer &answer) mutable {
             const bool isUp =
-                window.windowHandle()->isExposed() && isActive(window) && window.size() == size;
+                window.inputWindow().isExposed() && isActive(window) && window.size() == size;
             answer(std::exchange(before, isUp) && isUp);
         },
         patience,
@@ -67,11 +66,11 @@ Outcome showWindow(const CommandCall &call) {
         return noSize();
     if (!call.state.window) {
         startScreenReader();
-        call.state.window = std::make_unique<DemoWindow>();
+        call.state.window = call.state.makeWindow();
     }
     call.state.window->resize(*size);
     call.state.window->show();
-    call.state.window->activateWindow();
+    call.state.window->activate();
     return waitForWindow(call, *size);
 }
 
@@ -88,7 +87,7 @@ Outcome resizeWindow(const CommandCall &call) {
 Outcome present(const CommandCall &call) {
     if (!call.state.window)
         return Outcome::noWindow();
-    Kestrio::shared().presentSurvey(call.state.window.get());
+    Kestrio::shared().presentSurvey(call.state.window->presenter());
     return Outcome::done();
 }
 
@@ -99,7 +98,7 @@ Outcome presentById(const CommandCall &call) {
         return Outcome::failed(u"\"%1\" is no survey's number"_s.arg(call.arguments[0]));
     if (!call.state.window)
         return Outcome::noWindow();
-    Kestrio::shared().presentSurvey(id, call.state.window.get(),
+    Kestrio::shared().presentSurvey(id, call.state.window->presenter(),
                                     [id] { Report().number("fetched", id).print(); });
     return Outcome::done();
 }
@@ -107,7 +106,7 @@ Outcome presentById(const CommandCall &call) {
 Outcome presentDebugSurvey(const CommandCall &call) {
     if (!call.state.window)
         return Outcome::noWindow();
-    Kestrio::shared().presentDebugSurvey(call.state.window.get());
+    Kestrio::shared().presentDebugSurvey(call.state.window->presenter());
     return Outcome::done();
 }
 
@@ -115,7 +114,7 @@ Outcome takeScreenshot(const CommandCall &call) {
     if (!call.state.window)
         return Outcome::noWindow();
     const QString &file = call.arguments[0];
-    return call.state.window->grab().save(file, "PNG")
+    return call.state.window->picture().save(file, "PNG")
                ? Outcome::done()
                : Outcome::failed(u"cannot write \"%1\""_s.arg(file));
 }

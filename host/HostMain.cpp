@@ -1,9 +1,9 @@
-#include "host/ScriptRunner.h"
-#include "host/window/DemoStyle.h"
-#include "host/window/DemoWindow.h"
+#include "host/HostMain.h"
 
-#include <QApplication>
+#include "host/ScriptRunner.h"
+
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <QTimer>
 
 #include <cstdio>
@@ -12,14 +12,31 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int wrongUsage = 2;
+int runScript(const QString &path, const HostWindowFactory &makeWindow) {
+    QString error;
+    std::unique_ptr<LineSource> lines = LineSource::open(path, error);
+    if (!lines)
+        return refuse(u"cannot read script '%1': %2"_s.arg(path, error));
+    ScriptRunner runner(std::move(lines), makeWindow);
+    QTimer::singleShot(0, QCoreApplication::instance(), [&runner] { runner.advance(); });
+    return QCoreApplication::exec();
+}
+
+int showWindow(bool hasDisplay, const HostWindowFactory &makeWindow) {
+    if (!hasDisplay)
+        return refuse(u"no display to open the window on; give it --script FILE (see --help)"_s);
+    const std::unique_ptr<HostWindow> window = makeWindow();
+    window->show();
+    return QCoreApplication::exec();
+}
+
+} // namespace
 
 int refuse(const QString &reason) {
     std::fprintf(stderr, "kestrio-host: %s\n", qPrintable(reason));
     return wrongUsage;
 }
 
-/// Returns whether a display is available. Without one, windows are drawn offscreen.
 bool findDisplay() {
     const bool hasDisplay =
         !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -29,30 +46,7 @@ bool findDisplay() {
     return false;
 }
 
-int runScript(const QString &path) {
-    QString error;
-    std::unique_ptr<LineSource> lines = LineSource::open(path, error);
-    if (!lines)
-        return refuse(u"cannot read script '%1': %2"_s.arg(path, error));
-    ScriptRunner runner(std::move(lines));
-    QTimer::singleShot(0, QCoreApplication::instance(), [&runner] { runner.advance(); });
-    return QCoreApplication::exec();
-}
-
-int showWindow(bool hasDisplay) {
-    if (!hasDisplay)
-        return refuse(u"no display to open the window on; give it --script FILE (see --help)"_s);
-    DemoWindow window;
-    window.show();
-    return QCoreApplication::exec();
-}
-
-} // namespace
-
-int main(int argc, char **argv) {
-    const bool hasDisplay = findDisplay();
-    const QApplication application(argc, argv);
-    applyDemoStyle();
+int runHost(bool hasDisplay, const HostWindowFactory &makeWindow) {
     QCoreApplication::setApplicationName(u"kestrio-host"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRIO_HOST_VERSION));
 
@@ -73,6 +67,6 @@ int main(int argc, char **argv) {
     if (!parser.positionalArguments().isEmpty())
         return refuse(
             u"unexpected argument '%1' (see --help)"_s.arg(parser.positionalArguments().first()));
-    return parser.isSet(scriptOption) ? runScript(parser.value(scriptOption))
-                                      : showWindow(hasDisplay);
+    return parser.isSet(scriptOption) ? runScript(parser.value(scriptOption), makeWindow)
+                                      : showWindow(hasDisplay, makeWindow);
 }
