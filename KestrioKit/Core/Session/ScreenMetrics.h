@@ -3,8 +3,11 @@
 #include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/KestrioKitExport.h"
 
+#include <QList>
 #include <QObject>
+#include <QPointF>
 
+#include <array>
 #include <chrono>
 
 namespace KestrioKit {
@@ -28,6 +31,7 @@ struct KESTRIOKIT_EXPORT ScreenMetrics {
     Q_PROPERTY(int leastRegularLength MEMBER leastRegularLength CONSTANT)
     Q_PROPERTY(int closeButtonSize MEMBER closeButtonSize CONSTANT)
     Q_PROPERTY(int closeButtonLineWidth MEMBER closeButtonLineWidth CONSTANT)
+    Q_PROPERTY(int crossInset MEMBER crossInset CONSTANT)
     Q_PROPERTY(qreal pressedCloseButtonOpacity MEMBER pressedCloseButtonOpacity CONSTANT)
     Q_PROPERTY(int pageControlHeight MEMBER pageControlHeight CONSTANT)
     Q_PROPERTY(int dotSize MEMBER dotSize CONSTANT)
@@ -44,6 +48,8 @@ struct KESTRIOKIT_EXPORT ScreenMetrics {
     Q_PROPERTY(int optionVerticalInset MEMBER optionVerticalInset CONSTANT)
     Q_PROPERTY(int checkBoxSize MEMBER checkBoxSize CONSTANT)
     Q_PROPERTY(int checkBoxDrawingSize MEMBER checkBoxDrawingSize CONSTANT)
+    Q_PROPERTY(int checkBoxDrawingInset MEMBER checkBoxDrawingInset CONSTANT)
+    Q_PROPERTY(QList<QPointF> checkMark READ checkMarkPoints CONSTANT)
     Q_PROPERTY(int checkBoxLineWidth MEMBER checkBoxLineWidth CONSTANT)
     Q_PROPERTY(int contrastCheckBoxLineWidth MEMBER contrastCheckBoxLineWidth CONSTANT)
     Q_PROPERTY(qreal pressedCheckBoxOpacity MEMBER pressedCheckBoxOpacity CONSTANT)
@@ -53,6 +59,7 @@ struct KESTRIOKIT_EXPORT ScreenMetrics {
     Q_PROPERTY(int caretWidth MEMBER caretWidth CONSTANT)
     Q_PROPERTY(int thanksCircleSize MEMBER thanksCircleSize CONSTANT)
     Q_PROPERTY(int thanksLineWidth MEMBER thanksLineWidth CONSTANT)
+    Q_PROPERTY(QList<QPointF> thanksCheckMark READ thanksCheckMarkPoints CONSTANT)
     Q_PROPERTY(qreal thanksImageScale MEMBER thanksImageScale CONSTANT)
     Q_PROPERTY(qreal thanksLabelScale MEMBER thanksLabelScale CONSTANT)
     Q_PROPERTY(int dissolveDuration READ dissolveMilliseconds CONSTANT)
@@ -68,6 +75,7 @@ struct KESTRIOKIT_EXPORT ScreenMetrics {
     Q_PROPERTY(int finishDelay READ finishMilliseconds CONSTANT)
 
     using Duration = std::chrono::milliseconds;
+    using CheckMark = std::array<QPointF, 3>;
 
 public:
     /// Space around and between views.
@@ -94,6 +102,8 @@ public:
     /// The close button, a circle.
     int closeButtonSize = 26;
     int closeButtonLineWidth = 2;
+    /// Space around the cross.
+    int crossInset = 8;
     qreal pressedCloseButtonOpacity = 0.3;
 
     /// The dots that stand for the pages.
@@ -126,6 +136,10 @@ public:
     /// to `checkBoxSize`.
     int checkBoxSize = 16;
     int checkBoxDrawingSize = 20;
+    /// Space around the box in the drawing.
+    int checkBoxDrawingInset = 1;
+    /// The ends and the corner of the check mark in the drawing.
+    CheckMark checkMark{{{5, 10}, {9, 14}, {15, 7}}};
     int checkBoxLineWidth = 1;
     /// The line width in palettes that keep contrast. It fills whole pixels at scale 1.
     int contrastCheckBoxLineWidth = 2;
@@ -137,9 +151,11 @@ public:
     int focusedTextFieldBorderWidth = 2;
     int caretWidth = 2;
 
-    /// The thank-you page. The scales are those at which the views appear.
+    /// The thank-you page. Its check mark is in a circle. The scales are those at which the views
+    /// appear.
     int thanksCircleSize = 100;
     int thanksLineWidth = 6;
+    CheckMark thanksCheckMark{{{25, 50}, {45, 70}, {75, 35}}};
     qreal thanksImageScale = 0.5;
     qreal thanksLabelScale = 0.7;
 
@@ -161,7 +177,16 @@ public:
     Duration thanksImageWait{400};
     Duration finish{1000};
 
+    /// How long a window may be hidden before its survey ends.
+    Duration absence{2000};
+    /// How often a survey takes the focus back from a persistent host.
+    int mostFocusReturns = 5;
+
 private:
+    QList<QPointF> checkMarkPoints() const { return {checkMark.begin(), checkMark.end()}; }
+    QList<QPointF> thanksCheckMarkPoints() const {
+        return {thanksCheckMark.begin(), thanksCheckMark.end()};
+    }
     int dissolveMilliseconds() const { return int(dissolve.count()); }
     int entryMilliseconds() const { return int(entry.count()); }
     int slideOutMilliseconds() const { return int(slideOut.count()); }

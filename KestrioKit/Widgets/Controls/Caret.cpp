@@ -1,5 +1,7 @@
 #include "KestrioKit/Widgets/Controls/Caret.h"
 
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
+
 #include <QGuiApplication>
 #include <QPainter>
 #include <QStyleHints>
@@ -11,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int width = 2;
+constexpr int width = screenMetrics.caretWidth;
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Controls/CheckboxButton.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 
 #include <QPainter>
@@ -12,25 +13,17 @@
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
 namespace Constant {
-constexpr QSize imageSize(16, 16);
-constexpr QSize checkboxSize(20, 20);
-constexpr int checkboxInset = 1;
-constexpr qreal checkboxBorderWidth = 1;
-constexpr qreal checkmarkLineWidth = 1;
-/// Line width of border and check mark in palettes that keep contrast. It fills whole pixels at
-/// scale 1.
-constexpr qreal contrastLineWidth = 2;
-constexpr QMargins insets(14, 12, 14, 12);
+constexpr QSize imageSize(screenMetrics.checkBoxSize, screenMetrics.checkBoxSize);
+constexpr QSize checkboxSize(screenMetrics.checkBoxDrawingSize, screenMetrics.checkBoxDrawingSize);
+constexpr QMargins insets(screenMetrics.optionHorizontalInset, screenMetrics.optionVerticalInset,
+                          screenMetrics.optionHorizontalInset, screenMetrics.optionVerticalInset);
 /// Distance between the image and the title.
 constexpr int spacing = KestrioUI::Padding::tiny;
 constexpr QMargins titleInsets = insets + QMargins(imageSize.width() + spacing, 0, 0, 0);
-constexpr qreal highlightedAlpha = 0.5;
-constexpr auto dissolveDuration = 100ms;
 constexpr auto identifierPrefix = "Multi-select option: "_L1;
 constexpr auto selectedSuffix = "-selected"_L1;
 } // namespace Constant
@@ -38,18 +31,16 @@ constexpr auto selectedSuffix = "-selected"_L1;
 DrawnImage::Draw drawingOf(const SurveyColors &colors, bool isChecked) {
     return [&colors, isChecked](QPainter &painter) {
         const QColor border = isChecked ? colors->accent : colors->controlBorder;
-        const bool isWide = colors->keepsContrast;
-        painter.setPen(
-            QPen(border, isWide ? Constant::contrastLineWidth : Constant::checkboxBorderWidth));
+        const qreal lineWidth = colors->keepsContrast ? screenMetrics.contrastCheckBoxLineWidth
+                                                      : screenMetrics.checkBoxLineWidth;
+        painter.setPen(QPen(border, lineWidth));
         painter.setBrush(isChecked ? colors->accent : colors->card);
-        constexpr int inset = Constant::checkboxInset;
+        constexpr int inset = screenMetrics.checkBoxDrawingInset;
         painter.drawRoundedRect(
             QRectF(QPoint(), Constant::checkboxSize).adjusted(inset, inset, -inset, -inset),
             KestrioUI::CornerRadius::r3, KestrioUI::CornerRadius::r3);
         if (isChecked)
-            drawStrokes(painter, {{5, 10}, {9, 14}, {15, 7}},
-                        isWide ? Constant::contrastLineWidth : Constant::checkmarkLineWidth,
-                        colors->textOnAccent);
+            drawStrokes(painter, screenMetrics.checkMark, lineWidth, colors->textOnAccent);
     };
 }
 
@@ -78,7 +69,7 @@ void CheckboxButton::checkStateSet() {
 void CheckboxButton::toggleAnimated() {
     const qreal before = m_checkedAlpha;
     toggle();
-    m_dissolve = Animation::start(this, AnimationTiming::easing(Constant::dissolveDuration),
+    m_dissolve = Animation::start(this, AnimationTiming::easing(screenMetrics.check),
                                   [this, before, after = m_checkedAlpha](qreal way) {
                                       m_checkedAlpha = before + (after - before) * way;
                                       update();
@@ -86,7 +77,7 @@ void CheckboxButton::toggleAnimated() {
 }
 
 qreal CheckboxButton::alpha() const {
-    return isHighlighted() ? Constant::highlightedAlpha : 1;
+    return isHighlighted() ? screenMetrics.pressedCheckBoxOpacity : 1;
 }
 
 qreal CheckboxButton::opacity() const {

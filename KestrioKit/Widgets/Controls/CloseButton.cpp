@@ -1,9 +1,12 @@
 #include "KestrioKit/Widgets/Controls/CloseButton.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 
 #include <QPainter>
+
+#include <array>
 
 namespace KestrioKit {
 
@@ -13,15 +16,17 @@ namespace {
 
 namespace Constant {
 constexpr auto accessibilityIdentifier = "Close button"_L1;
-constexpr QSize size(26, 26);
-constexpr qreal cornerRadius = 13;
-constexpr qreal lineWidth = 2;
-constexpr qreal highlightedAlpha = 0.3;
+constexpr QSize size(screenMetrics.closeButtonSize, screenMetrics.closeButtonSize);
+constexpr qreal cornerRadius = screenMetrics.closeButtonSize / 2.0;
 } // namespace Constant
 
 void drawCross(QPainter &painter, const QColor &color) {
-    drawStrokes(painter, {{8, 8}, {18, 18}}, Constant::lineWidth, color);
-    drawStrokes(painter, {{18, 8}, {8, 18}}, Constant::lineWidth, color);
+    constexpr qreal start = screenMetrics.crossInset;
+    constexpr qreal end = screenMetrics.closeButtonSize - start;
+    constexpr std::array falling{QPointF(start, start), QPointF(end, end)};
+    constexpr std::array rising{QPointF(end, start), QPointF(start, end)};
+    drawStrokes(painter, falling, screenMetrics.closeButtonLineWidth, color);
+    drawStrokes(painter, rising, screenMetrics.closeButtonLineWidth, color);
 }
 
 } // namespace
@@ -39,7 +44,7 @@ QSize CloseButton::sizeHint() const {
 }
 
 qreal CloseButton::alpha() const {
-    return isHighlighted() ? Constant::highlightedAlpha : 1;
+    return isHighlighted() ? screenMetrics.pressedCloseButtonOpacity : 1;
 }
 
 void CloseButton::paintEvent(QPaintEvent *) {

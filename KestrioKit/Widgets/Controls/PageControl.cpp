@@ -1,5 +1,6 @@
 #include "KestrioKit/Widgets/Controls/PageControl.h"
 
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 
 #include <QPainter>
@@ -11,12 +12,7 @@ namespace KestrioKit {
 namespace {
 
 namespace Constant {
-constexpr int height = 26;
-constexpr qreal dotSize = 7;
-/// Size of an outermost dot beyond which there are more pages.
-constexpr qreal edgeDotSize = 4;
-/// Distance between the centres of neighbouring dots.
-constexpr int pitch = 16;
+constexpr int pitch = screenMetrics.dotPitch;
 } // namespace Constant
 
 } // namespace
@@ -39,7 +35,7 @@ void PageControl::describe() {
 }
 
 QSize PageControl::sizeHint() const {
-    return {m_numberOfPages * Constant::pitch, Constant::height};
+    return {m_numberOfPages * Constant::pitch, screenMetrics.pageControlHeight};
 }
 
 void PageControl::paintEvent(QPaintEvent *) {
@@ -56,7 +52,7 @@ void PageControl::paintEvent(QPaintEvent *) {
         const QPointF middle(margin + (place + 0.5) * Constant::pitch, height() / 2.0);
         const bool isEdge = (page == first && first > 0) ||
                             (page == first + shown - 1 && page < m_numberOfPages - 1);
-        const qreal radius = (isEdge ? Constant::edgeDotSize : Constant::dotSize) / 2;
+        const qreal radius = (isEdge ? screenMetrics.edgeDotSize : screenMetrics.dotSize) / 2.0;
         painter.drawEllipse(middle, radius, radius);
     }
 }

@@ -1,5 +1,6 @@
 #include "KestrioKit/Widgets/Controls/ScrollIndicator.h"
 
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/ScrollView.h"
 #include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 
@@ -13,8 +14,8 @@ namespace KestrioKit {
 namespace {
 
 namespace Constant {
-constexpr qreal thumbBreadth = 4;
-constexpr qreal leastThumbLength = 24;
+constexpr qreal thumbBreadth = screenMetrics.scrollThumbBreadth;
+constexpr qreal leastThumbLength = screenMetrics.leastScrollThumbLength;
 } // namespace Constant
 
 } // namespace

@@ -15,9 +15,6 @@ class ScrollIndicator final : public QWidget {
     Q_OBJECT
 
 public:
-    /// Width of the indicator, in device-independent pixels.
-    static constexpr int breadth = 12;
-
     /// `view` and `colors` must outlive the indicator.
     ScrollIndicator(ScrollView &view, const SurveyColors &colors);
 

@@ -1,5 +1,6 @@
 #include "KestrioKit/Widgets/Controls/ScrollView.h"
 
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/FingerScrolling.h"
 #include "KestrioKit/Widgets/Drawing/SurveyColors.h"
 
@@ -16,9 +17,8 @@ namespace {
 
 /// Angle of one wheel step, in eighths of a degree as in `QWheelEvent::angleDelta()`.
 constexpr int anglePerStep = QWheelEvent::DefaultDeltasPerStep;
-constexpr int pixelsPerLine = 20;
-/// Minimum distance between a revealed view and the edge.
-constexpr int revealMargin = 8;
+constexpr int pixelsPerLine = screenMetrics.scrollLine;
+constexpr int revealMargin = screenMetrics.revealMargin;
 
 qreal distance(const QWheelEvent &event) {
     if (!event.pixelDelta().isNull())

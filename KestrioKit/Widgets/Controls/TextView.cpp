@@ -2,6 +2,7 @@
 
 #include "KestrioKit/Core/Session/Fonts.h"
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 #include "KestrioKit/Widgets/Drawing/OwnLook.h"
 
@@ -18,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int focusedBorderWidth = 2;
+constexpr int focusedBorderWidth = screenMetrics.focusedTextFieldBorderWidth;
 
 QString ownStyleSheet(const SurveyPalette &palette, int height) {
     return u"QWidget { %1 }"

@@ -1,18 +1,13 @@
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
+
 #include <QPainter>
 
 #include <algorithm>
 #include <cmath>
 
 namespace KestrioKit {
-
-namespace {
-
-constexpr qreal focusRingInset = 3;
-constexpr qreal focusRingWidth = 2;
-
-} // namespace
 
 qreal sharpWidth(const QPainter &painter, qreal width) {
     const qreal ratio = painter.device()->devicePixelRatio();
@@ -38,17 +33,17 @@ void drawRoundedBorder(QPainter &painter, const QRectF &rect, qreal radius, qrea
                             radius - inset, radius - inset);
 }
 
-void drawStrokes(QPainter &painter, std::initializer_list<QPointF> points, qreal width,
+void drawStrokes(QPainter &painter, std::span<const QPointF> points, qreal width,
                  const QColor &color) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
-    painter.drawPolyline(std::data(points), int(points.size()));
+    painter.drawPolyline(points.data(), int(points.size()));
 }
 
 void drawFocusRing(QPainter &painter, const QRectF &rect, qreal radius, const QColor &color) {
-    constexpr qreal inset = focusRingInset;
-    drawRoundedBorder(painter, rect.adjusted(inset, inset, -inset, -inset), radius, focusRingWidth,
-                      color);
+    constexpr qreal inset = screenMetrics.focusRingInset;
+    drawRoundedBorder(painter, rect.adjusted(inset, inset, -inset, -inset), radius,
+                      screenMetrics.focusRingWidth, color);
 }
 
 } // namespace KestrioKit

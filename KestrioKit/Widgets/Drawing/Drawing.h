@@ -4,7 +4,7 @@
 #include <QPointF>
 #include <QRectF>
 
-#include <initializer_list>
+#include <span>
 
 class QPainter;
 
@@ -23,7 +23,7 @@ void drawRoundedBorder(QPainter &painter, const QRectF &rect, qreal radius, qrea
                        const QColor &color);
 
 /// Draws straight lines of `width` from each point to the next.
-void drawStrokes(QPainter &painter, std::initializer_list<QPointF> points, qreal width,
+void drawStrokes(QPainter &painter, std::span<const QPointF> points, qreal width,
                  const QColor &color);
 
 /// Draws the ring that marks the focused control, a little inside `rect`.

@@ -1,5 +1,7 @@
 #include "KestrioKit/Widgets/Overlay/FocusKeeper.h"
 
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
+
 #include <QApplication>
 #include <QEvent>
 
@@ -8,9 +10,6 @@
 namespace KestrioKit {
 
 namespace {
-
-/// After so many returns a persistent host keeps the focus, but still receives no keys.
-constexpr int mostReturns = 5;
 
 bool isKeyboardInput(QEvent::Type type) {
     return type == QEvent::KeyPress || type == QEvent::KeyRelease ||
@@ -103,10 +102,10 @@ void FocusKeeper::watch(QObject *intruder) {
         m_intruder->installEventFilter(this);
 }
 
-// The call is queued because the code that moves the focus may not be finished, and may move it
-// again.
+// After too many returns a persistent host keeps the focus, but still receives no keys. The call is
+// queued because the code that moves the focus may not be finished, and may move it again.
 void FocusKeeper::scheduleReturn() {
-    if (!m_inside || m_isReturnScheduled || m_returns >= mostReturns)
+    if (!m_inside || m_isReturnScheduled || m_returns >= screenMetrics.mostFocusReturns)
         return;
     m_isReturnScheduled = true;
     QMetaObject::invokeMethod(this, &FocusKeeper::returnFocus, Qt::QueuedConnection);

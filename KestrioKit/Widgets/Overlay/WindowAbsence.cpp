@@ -1,20 +1,14 @@
 #include "KestrioKit/Widgets/Overlay/WindowAbsence.h"
 
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
+
 #include <QEvent>
 
 namespace KestrioKit {
 
-using namespace std::chrono_literals;
-
-namespace {
-
-constexpr auto patience = 2s;
-
-} // namespace
-
 WindowAbsence::WindowAbsence(QObject *parent) : QObject(parent) {
     m_timer.setSingleShot(true);
-    m_timer.setInterval(patience);
+    m_timer.setInterval(screenMetrics.absence);
     connect(&m_timer, &QTimer::timeout, this, &WindowAbsence::lasted);
 }
 

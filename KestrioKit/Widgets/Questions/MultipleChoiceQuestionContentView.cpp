@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Questions/MultipleChoiceQuestionContentView.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/ArrowKeys.h"
 #include "KestrioKit/Widgets/Controls/ThemedButton.h"
@@ -14,7 +15,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 namespace Constant {
-constexpr QMargins buttonInsets(14, 12, 14, 12);
+constexpr QMargins buttonInsets(screenMetrics.optionHorizontalInset,
+                                screenMetrics.optionVerticalInset,
+                                screenMetrics.optionHorizontalInset,
+                                screenMetrics.optionVerticalInset);
 constexpr auto identifierPrefix = "Multi-choice option: "_L1;
 } // namespace Constant
 

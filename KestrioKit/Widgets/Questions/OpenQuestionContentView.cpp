@@ -2,6 +2,7 @@
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Core/Session/KeyboardObserver.h"
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
 #include "KestrioKit/Widgets/Controls/TextView.h"
@@ -15,8 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 namespace Constant {
-constexpr int textViewHeight = 80;
-constexpr int inset = 12;
+constexpr int inset = screenMetrics.textFieldInset;
 constexpr auto textViewIdentifier = "Open question prompt"_L1;
 constexpr auto buttonIdentifier = "Open question button"_L1;
 } // namespace Constant
@@ -27,7 +27,7 @@ OpenQuestionContentView::OpenQuestionContentView(const SurveyQuestion &question,
                                                  const SurveyTexts &texts,
                                                  const SurveyColors &colors)
     : QuestionContentContainer(question, texts, colors),
-      m_textView(new TextView(colors, Constant::inset, Constant::textViewHeight)),
+      m_textView(new TextView(colors, Constant::inset, screenMetrics.textFieldHeight)),
       m_placeholderLabel(
           new Label(texts.placeholder, TextStyle::body, colors, &SurveyPalette::secondaryText)),
       m_button(new ActionButton(question.actionText, colors)) {

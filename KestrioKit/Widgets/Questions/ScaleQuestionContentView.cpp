@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Questions/ScaleQuestionContentView.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/ArrowKeys.h"
 #include "KestrioKit/Widgets/Controls/ThemedButton.h"
@@ -10,21 +11,13 @@
 
 namespace KestrioKit {
 
-namespace {
-
-namespace Constant {
-constexpr int height = 50;
-} // namespace Constant
-
-} // namespace
-
 ScaleQuestionContentView::ScaleQuestionContentView(const SurveyQuestion &question,
                                                    const SurveyTexts &texts,
                                                    const SurveyColors &colors,
                                                    const ScaleRow::ButtonFactory &makeButton)
     : QuestionContentContainer(question, texts, colors) {
-    auto *const buttonsContainerView =
-        new ScaleRow(question.firstValue, question.lastValue, makeButton, colors, Constant::height);
+    auto *const buttonsContainerView = new ScaleRow(question.firstValue, question.lastValue,
+                                                    makeButton, colors, screenMetrics.scaleHeight);
     for (int value = question.firstValue;
          const ThemedButton *const button : buttonsContainerView->buttons()) {
         connect(button, &QAbstractButton::clicked, this, [this, value] { Q_EMIT answered(value); });

@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Questions/ScaleRow.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/ThemedButton.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 
@@ -18,8 +19,8 @@ namespace {
 namespace Constant {
 constexpr int dividerWidth = KestrioUI::BorderWidth::b1;
 constexpr int cornerRadius = KestrioUI::CornerRadius::r5;
-/// Minimum space around the numbers.
-constexpr QMargins titleInsets(2, 2, 2, 2);
+constexpr QMargins titleInsets(screenMetrics.scaleTitleInset, screenMetrics.scaleTitleInset,
+                               screenMetrics.scaleTitleInset, screenMetrics.scaleTitleInset);
 } // namespace Constant
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Survey/FinishSurveyView.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/ImageView.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
@@ -20,20 +21,17 @@ using namespace Qt::StringLiterals;
 namespace {
 
 namespace Constant {
-constexpr QSize circleSize(100, 100);
-constexpr int circleBorderWidth = 6;
-constexpr int checkmarkLineWidth = 6;
-constexpr qreal labelScale = 0.7;
-constexpr qreal imageScale = 0.5;
+constexpr QSize circleSize(screenMetrics.thanksCircleSize, screenMetrics.thanksCircleSize);
+constexpr int lineWidth = screenMetrics.thanksLineWidth;
 } // namespace Constant
 
 DrawnImage checkmarkInCircle(const SurveyColors &colors) {
     return {Constant::circleSize, [&colors](QPainter &painter) {
-                painter.setPen(QPen(colors->accent, Constant::circleBorderWidth));
-                constexpr int inset = Constant::circleBorderWidth;
+                painter.setPen(QPen(colors->accent, Constant::lineWidth));
+                constexpr int inset = Constant::lineWidth;
                 painter.drawEllipse(
                     QRect(QPoint(), Constant::circleSize).adjusted(inset, inset, -inset, -inset));
-                drawStrokes(painter, {{25, 50}, {45, 70}, {75, 35}}, Constant::checkmarkLineWidth,
+                drawStrokes(painter, screenMetrics.thanksCheckMark, Constant::lineWidth,
                             colors->accent);
             }};
 }
@@ -68,8 +66,8 @@ void FinishSurveyView::showEvent(QShowEvent *event) {
 }
 
 void FinishSurveyView::animateIn() {
-    springIn(m_label, Constant::labelScale, AnimationTiming::thanksLabel());
-    springIn(m_imageView, Constant::imageScale, AnimationTiming::thanksImage());
+    springIn(m_label, screenMetrics.thanksLabelScale, AnimationTiming::thanksLabel());
+    springIn(m_imageView, screenMetrics.thanksImageScale, AnimationTiming::thanksImage());
 }
 
 } // namespace KestrioKit

@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Survey/SurveyView.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/Button.h"
 #include "KestrioKit/Widgets/Controls/CloseButton.h"
@@ -23,19 +24,16 @@
 namespace KestrioKit {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
 namespace Constant {
-constexpr int cornerRadius = 14;
+constexpr int cornerRadius = screenMetrics.cardRadius;
 constexpr int horizontalInset = KestrioUI::Padding::regular;
 constexpr int topInset = KestrioUI::Padding::medium;
 constexpr int bottomInset = KestrioUI::Padding::tiny;
 constexpr int spacing = KestrioUI::Padding::regular;
 constexpr int closeButtonInset = KestrioUI::Padding::regular;
-/// Duration of each of the three steps of a page transition.
-constexpr auto transitionDuration = 200ms;
 constexpr auto accessibilityIdentifier = "Kestrio Survey"_L1;
 } // namespace Constant
 
@@ -98,7 +96,7 @@ void SurveyView::transitionToQuestion() {
         return;
     m_isLeavingPage = true;
     Animation::start(
-        m_currentQuestionView, AnimationTiming::easing(Constant::transitionDuration),
+        m_currentQuestionView, AnimationTiming::easing(screenMetrics.transition),
         [page = m_currentQuestionView](qreal way) { ViewEffect::setAlpha(page, 1 - way); },
         [this] { replaceQuestionView(); });
 }
@@ -135,7 +133,7 @@ void SurveyView::growToQuestionView(int previousHeight) {
     m_questionContainerView->show();
     m_previousHeight = previousHeight;
     Animation::start(
-        this, AnimationTiming::easing(Constant::transitionDuration),
+        this, AnimationTiming::easing(screenMetrics.transition),
         [this](qreal way) {
             m_growth = way;
             Q_EMIT heightChanged();
@@ -149,7 +147,7 @@ void SurveyView::showQuestionView() {
     if (m_isFinished)
         Q_EMIT finished();
     Animation::start(
-        m_questionContainerView, AnimationTiming::easing(Constant::transitionDuration),
+        m_questionContainerView, AnimationTiming::easing(screenMetrics.transition),
         [view = m_questionContainerView](qreal way) { ViewEffect::setAlpha(view, way); });
 }
 
@@ -216,8 +214,9 @@ void SurveyView::layOut() {
     const int trailing = width() - Constant::closeButtonInset - button.width();
     m_closeButton->setGeometry(isMirrored ? Constant::closeButtonInset : trailing,
                                Constant::closeButtonInset, button.width(), button.height());
-    m_scrollIndicator->setGeometry(isMirrored ? 0 : width() - ScrollIndicator::breadth, area.y(),
-                                   ScrollIndicator::breadth, m_questionContainerView->height());
+    m_scrollIndicator->setGeometry(isMirrored ? 0 : width() - screenMetrics.scrollBarBreadth,
+                                   area.y(), screenMetrics.scrollBarBreadth,
+                                   m_questionContainerView->height());
     m_closeButton->raise();
 }
 

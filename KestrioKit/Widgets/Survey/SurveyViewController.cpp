@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Survey/SurveyViewController.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Core/Session/SizeClasses.h"
 #include "KestrioKit/Widgets/Drawing/Animation.h"
 #include "KestrioKit/Widgets/Overlay/BackgroundView.h"
@@ -15,20 +16,7 @@
 
 namespace KestrioKit {
 
-using namespace std::chrono_literals;
-
 namespace {
-
-namespace Constant {
-constexpr int maxWidth = 500;
-constexpr int bottomPadding = 14;
-constexpr auto slideOutDuration = 200ms;
-constexpr auto finishDelay = 1s;
-/// Duration of the fade of the dimming, in and out.
-constexpr auto dissolveDuration = 200ms;
-/// Qt does not report how long an on-screen keyboard takes to appear. Most take this long.
-constexpr auto keyboardDuration = 250ms;
-} // namespace Constant
 
 QPointer<SurveyViewController> &current() {
     static auto *const controller = new QPointer<SurveyViewController>;
@@ -72,7 +60,7 @@ void SurveyViewController::loadView() {
     connect(m_surveyView, &SurveyView::questionPresented, this,
             &SurveyViewController::questionPresented);
     connect(m_surveyView, &SurveyView::finished, this,
-            [this] { QTimer::singleShot(Constant::finishDelay, this, [this] { dismiss(true); }); });
+            [this] { QTimer::singleShot(screenMetrics.finish, this, [this] { dismiss(true); }); });
     connect(m_surveyView, &SurveyView::closeTapped, this,
             &SurveyViewController::userInitiatedClose);
     connect(m_surveyView, &SurveyView::heightChanged, this, &SurveyViewController::layOut);
@@ -91,7 +79,7 @@ void SurveyViewController::setAnswerable(bool isAnswerable) {
 
 void SurveyViewController::animateEntry() {
     Animation::start(
-        this, AnimationTiming::easing(Constant::dissolveDuration),
+        this, AnimationTiming::easing(screenMetrics.dissolve),
         [this](qreal way) { m_backgroundView->setAlpha(way); }, [this] { springIn(); });
 }
 
@@ -114,12 +102,12 @@ void SurveyViewController::entryEnded() {
 // Layout
 
 int SurveyViewController::bottomOffset() const {
-    return sizeClasses(size()).isRegular() ? Constant::bottomPadding : 0;
+    return sizeClasses(size()).isRegular() ? screenMetrics.cardBottomPadding : 0;
 }
 
 void SurveyViewController::layOut() {
     m_backgroundView->setGeometry(rect());
-    const int cardWidth = std::min(width(), Constant::maxWidth);
+    const int cardWidth = std::min(width(), screenMetrics.cardMaxWidth);
     const int highest = safeAreaInsets(*this).top();
     const int bottom = height() - bottomOffset();
     const int cardHeight = std::min(m_surveyView->heightForWidth(cardWidth), bottom - highest);
@@ -141,12 +129,11 @@ void SurveyViewController::keyboardChanged() {
     const int offset =
         covered > 0 ? std::max(KestrioUI::Padding::tiny + covered - belowPage, 0) : 0;
     delete m_keyboardAnimation;
-    m_keyboardAnimation =
-        Animation::start(this, AnimationTiming::easing(Constant::keyboardDuration),
-                         [this, start = m_keyboardOffset, offset](qreal way) {
-                             m_keyboardOffset = start + (offset - start) * way;
-                             layOut();
-                         });
+    m_keyboardAnimation = Animation::start(this, AnimationTiming::easing(screenMetrics.keyboard),
+                                           [this, start = m_keyboardOffset, offset](qreal way) {
+                                               m_keyboardOffset = start + (offset - start) * way;
+                                               layOut();
+                                           });
 }
 
 void SurveyViewController::questionPresented() {
@@ -207,7 +194,7 @@ void SurveyViewController::dismiss(bool animated) {
 void SurveyViewController::slideCardOut() {
     freeze();
     Animation::start(
-        this, AnimationTiming::easing(Constant::slideOutDuration),
+        this, AnimationTiming::easing(screenMetrics.slideOut),
         [this, start = m_cardPosition](qreal way) {
             m_cardPosition = start * (1 - way);
             layOut();
@@ -217,7 +204,7 @@ void SurveyViewController::slideCardOut() {
 
 void SurveyViewController::dissolve() {
     Animation::start(
-        this, AnimationTiming::easing(Constant::dissolveDuration),
+        this, AnimationTiming::easing(screenMetrics.dissolve),
         [this, start = m_backgroundView->alpha()](qreal way) {
             m_backgroundView->setAlpha(start * (1 - way));
         },
