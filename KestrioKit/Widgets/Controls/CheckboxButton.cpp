@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Controls/CheckboxButton.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenIdentifiers.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 
@@ -12,8 +13,6 @@
 
 namespace KestrioKit {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 namespace Constant {
@@ -24,8 +23,6 @@ constexpr QMargins insets(screenMetrics.optionHorizontalInset, screenMetrics.opt
 /// Distance between the image and the title.
 constexpr int spacing = KestrioUI::Padding::tiny;
 constexpr QMargins titleInsets = insets + QMargins(imageSize.width() + spacing, 0, 0, 0);
-constexpr auto identifierPrefix = "Multi-select option: "_L1;
-constexpr auto selectedSuffix = "-selected"_L1;
 } // namespace Constant
 
 DrawnImage::Draw drawingOf(const SurveyColors &colors, bool isChecked) {
@@ -61,8 +58,7 @@ CheckboxButton::CheckboxButton(const QString &title, const SurveyColors &colors)
 
 void CheckboxButton::checkStateSet() {
     delete m_dissolve;
-    setObjectName(Constant::identifierPrefix + text() +
-                  (isChecked() ? Constant::selectedSuffix : QLatin1StringView()));
+    setObjectName(screenIdentifiers.multiSelectOption(text(), isChecked()));
     m_checkedAlpha = isChecked() ? 1 : 0;
 }
 

@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Controls/CloseButton.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenIdentifiers.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 
@@ -10,12 +11,9 @@
 
 namespace KestrioKit {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 namespace Constant {
-constexpr auto accessibilityIdentifier = "Close button"_L1;
 constexpr QSize size(screenMetrics.closeButtonSize, screenMetrics.closeButtonSize);
 constexpr qreal cornerRadius = screenMetrics.closeButtonSize / 2.0;
 } // namespace Constant
@@ -36,7 +34,7 @@ CloseButton::CloseButton(const QString &title, const SurveyColors &colors)
           drawCross(painter, colors->symbol);
       }) {
     connect(&colors, &SurveyColors::changed, this, [this] { m_image.redraw(); });
-    setObjectName(Constant::accessibilityIdentifier);
+    setObjectName(screenIdentifiers.closeButton());
 }
 
 QSize CloseButton::sizeHint() const {

@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Questions/MultiSelectQuestionContentView.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenIdentifiers.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/ArrowKeys.h"
 #include "KestrioKit/Widgets/Controls/CheckboxButton.h"
@@ -9,23 +10,13 @@
 
 namespace KestrioKit {
 
-using namespace Qt::StringLiterals;
-
-namespace {
-
-namespace Constant {
-constexpr auto actionButtonIdentifier = "Multi-select submit button"_L1;
-} // namespace Constant
-
-} // namespace
-
 MultiSelectQuestionContentView::MultiSelectQuestionContentView(const SurveyQuestion &question,
                                                                const SurveyTexts &texts,
                                                                const SurveyColors &colors)
     : QuestionContentContainer(question, texts, colors) {
     QLayout *const buttonsStackView = makeColumn();
     m_actionButton = new ActionButton(question.actionText, colors);
-    m_actionButton->setObjectName(Constant::actionButtonIdentifier);
+    m_actionButton->setObjectName(screenIdentifiers.multiSelectSubmitButton());
     connect(m_actionButton, &QAbstractButton::clicked, this,
             &MultiSelectQuestionContentView::actionButtonTapped);
 

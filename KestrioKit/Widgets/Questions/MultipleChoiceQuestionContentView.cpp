@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Questions/MultipleChoiceQuestionContentView.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenIdentifiers.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/ArrowKeys.h"
@@ -10,8 +11,6 @@
 
 namespace KestrioKit {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 namespace Constant {
@@ -19,7 +18,6 @@ constexpr QMargins buttonInsets(screenMetrics.optionHorizontalInset,
                                 screenMetrics.optionVerticalInset,
                                 screenMetrics.optionHorizontalInset,
                                 screenMetrics.optionVerticalInset);
-constexpr auto identifierPrefix = "Multi-choice option: "_L1;
 } // namespace Constant
 
 } // namespace
@@ -43,7 +41,7 @@ void MultipleChoiceQuestionContentView::addButton(const SurveyOption &option) {
                                            .alignment = Qt::AlignLeft,
                                            .cornerRadius = KestrioUI::CornerRadius::r3,
                                            .borderWidth = KestrioUI::BorderWidth::b1});
-    button->setObjectName(Constant::identifierPrefix + option.label);
+    button->setObjectName(screenIdentifiers.multipleChoiceOption(option.label));
     connect(button, &QAbstractButton::clicked, this, [this, option] { buttonTapped(option); });
     layout()->addWidget(button);
     m_buttons.append(button);

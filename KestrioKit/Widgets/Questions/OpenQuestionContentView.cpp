@@ -2,6 +2,7 @@
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Core/Session/KeyboardObserver.h"
+#include "KestrioKit/Core/Session/ScreenIdentifiers.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
@@ -11,14 +12,10 @@
 
 namespace KestrioKit {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 namespace Constant {
 constexpr int inset = screenMetrics.textFieldInset;
-constexpr auto textViewIdentifier = "Open question prompt"_L1;
-constexpr auto buttonIdentifier = "Open question button"_L1;
 } // namespace Constant
 
 } // namespace
@@ -32,7 +29,7 @@ OpenQuestionContentView::OpenQuestionContentView(const SurveyQuestion &question,
           new Label(texts.placeholder, TextStyle::body, colors, &SurveyPalette::secondaryText)),
       m_button(new ActionButton(question.actionText, colors)) {
     makeTextView();
-    m_button->setObjectName(Constant::buttonIdentifier);
+    m_button->setObjectName(screenIdentifiers.textSubmitButton());
     connect(m_button, &QAbstractButton::clicked, this, &OpenQuestionContentView::buttonTapped);
 
     auto *const stackView = new QVBoxLayout(this);
@@ -43,7 +40,7 @@ OpenQuestionContentView::OpenQuestionContentView(const SurveyQuestion &question,
 }
 
 void OpenQuestionContentView::makeTextView() {
-    m_textView->setObjectName(Constant::textViewIdentifier);
+    m_textView->setObjectName(screenIdentifiers.textField());
     m_textView->setAccessibleName(m_placeholderLabel->text());
     m_textView->installEventFilter(this);
     connect(m_textView, &QTextEdit::textChanged, this, &OpenQuestionContentView::textViewDidChange);

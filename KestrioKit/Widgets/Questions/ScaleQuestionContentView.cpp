@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Questions/ScaleQuestionContentView.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenIdentifiers.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/ArrowKeys.h"
@@ -34,12 +35,10 @@ ScaleQuestionContentView::ScaleQuestionContentView(const SurveyQuestion &questio
     stackView->addWidget(new LabelRow(question.firstLabel, question.lastLabel, colors));
 }
 
-ScaleRow::ButtonFactory ScaleQuestionContentView::numberButtons(const SurveyQuestion &question,
-                                                                const SurveyColors &colors,
-                                                                const QStringList &identifiers) {
-    return [first = question.firstValue, &colors, identifiers](int value) {
+ScaleRow::ButtonFactory ScaleQuestionContentView::numberButtons(const SurveyColors &colors) {
+    return [&colors](int value) {
         auto *const button = new ThemedButton(QString::number(value), colors, {});
-        button->setObjectName(identifiers.value(value - first));
+        button->setObjectName(screenIdentifiers.scaleOption(value));
         return button;
     };
 }

@@ -3,8 +3,6 @@
 #include "KestrioKit/Widgets/Questions/QuestionContentContainer.h"
 #include "KestrioKit/Widgets/Questions/ScaleRow.h"
 
-#include <QStringList>
-
 namespace KestrioKit {
 
 /// Shows a button for each number on the question's scale, and a label at each end. Clicking a
@@ -20,11 +18,8 @@ protected:
     ScaleQuestionContentView(const SurveyQuestion &question, const SurveyTexts &texts,
                              const SurveyColors &colors, const ScaleRow::ButtonFactory &makeButton);
 
-    /// Returns a factory of buttons that show their numbers. `identifiers` become the object names,
-    /// in the order of the scale. `colors` must outlive the buttons.
-    static ScaleRow::ButtonFactory numberButtons(const SurveyQuestion &question,
-                                                 const SurveyColors &colors,
-                                                 const QStringList &identifiers);
+    /// Returns a factory of buttons that show their numbers. `colors` must outlive the buttons.
+    static ScaleRow::ButtonFactory numberButtons(const SurveyColors &colors);
 
 private:
     QList<QWidget *> m_buttons;

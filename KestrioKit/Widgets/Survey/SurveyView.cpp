@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Survey/SurveyView.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/ScreenIdentifiers.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/Button.h"
@@ -23,8 +24,6 @@
 
 namespace KestrioKit {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 namespace Constant {
@@ -34,7 +33,6 @@ constexpr int topInset = KestrioUI::Padding::medium;
 constexpr int bottomInset = KestrioUI::Padding::tiny;
 constexpr int spacing = KestrioUI::Padding::regular;
 constexpr int closeButtonInset = KestrioUI::Padding::regular;
-constexpr auto accessibilityIdentifier = "Kestrio Survey"_L1;
 } // namespace Constant
 
 } // namespace
@@ -47,7 +45,7 @@ SurveyView::SurveyView(SurveySession &session, const Clock &clock)
       m_scrollIndicator(new ScrollIndicator(*m_questionContainerView, m_colors)),
       m_pageControl(new PageControl(int(session.questions().size()), session.texts(), m_colors)),
       m_closeButton(new CloseButton(session.texts().close, m_colors)) {
-    setObjectName(Constant::accessibilityIdentifier);
+    setObjectName(screenIdentifiers.card());
     setAccessibleRole(this, QAccessible::Dialog);
     setAccessibleName(QGuiApplication::applicationDisplayName());
     const std::initializer_list<QWidget *> views{m_questionContainerView, m_pageControl,
