@@ -1,5 +1,7 @@
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 
+#include "KestrioKit/Core/Session/AccessibleTexts.h"
+
 #include <QAbstractButton>
 #include <QAccessibleWidget>
 #include <QStringList>
@@ -7,8 +9,6 @@
 #include <QWidget>
 
 namespace KestrioKit {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -78,11 +78,8 @@ void setRadioGroup(const QList<QWidget *> &buttons, const SurveyTexts &texts,
                    const QString &firstLabel, const QString &lastLabel) {
     for (qsizetype position = 1; QWidget *const button : buttons) {
         setAccessibleRole(button, QAccessible::RadioButton);
-        QStringList parts{position == 1 ? firstLabel : QString(),
-                          position == buttons.size() ? lastLabel : QString(),
-                          texts.position(position, buttons.size())};
-        parts.removeAll(QString());
-        button->setAccessibleDescription(parts.join(u", "_s));
+        button->setAccessibleDescription(
+            radioDescription(texts, position, buttons.size(), firstLabel, lastLabel));
         ++position;
     }
 }

@@ -1,5 +1,6 @@
 #include "KestrioKit/Widgets/Controls/PageControl.h"
 
+#include "KestrioKit/Core/Session/PageDots.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 
@@ -42,17 +43,15 @@ void PageControl::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    const int shown = std::min(m_numberOfPages, width() / Constant::pitch);
-    const int first = std::clamp(m_currentPage - shown / 2, 0, m_numberOfPages - shown);
-    const qreal margin = (width() - shown * Constant::pitch) / 2.0;
+    const PageDots dots = PageDots::within(width(), m_numberOfPages, m_currentPage);
+    const qreal margin = (width() - dots.shown * Constant::pitch) / 2.0;
     const bool isMirrored = layoutDirection() == Qt::RightToLeft;
-    for (int place = 0; place < shown; ++place) {
-        const int page = first + (isMirrored ? shown - 1 - place : place);
+    for (int place = 0; place < dots.shown; ++place) {
+        const int page = dots.first + (isMirrored ? dots.shown - 1 - place : place);
         painter.setBrush(page == m_currentPage ? m_colors->accent : m_colors->dot);
         const QPointF middle(margin + (place + 0.5) * Constant::pitch, height() / 2.0);
-        const bool isEdge = (page == first && first > 0) ||
-                            (page == first + shown - 1 && page < m_numberOfPages - 1);
-        const qreal radius = (isEdge ? screenMetrics.edgeDotSize : screenMetrics.dotSize) / 2.0;
+        const qreal radius =
+            (dots.isEdge(page) ? screenMetrics.edgeDotSize : screenMetrics.dotSize) / 2.0;
         painter.drawEllipse(middle, radius, radius);
     }
 }
