@@ -1,8 +1,6 @@
 #include "KestrioKit/Widgets/Controls/DoublePressFilter.h"
 
-#include <QGuiApplication>
 #include <QKeyEvent>
-#include <QStyleHints>
 
 namespace KestrioKit {
 
@@ -30,32 +28,16 @@ bool isPress(const QEvent &event) {
 
 DoublePressFilter::DoublePressFilter(const QList<QAbstractButton *> &buttons, const Clock &clock,
                                      QObject *parent)
-    : QObject(parent), m_clock(clock) {
+    : QObject(parent), m_presses(clock) {
     for (QAbstractButton *const button : buttons) {
         button->installEventFilter(this);
-        connect(button, &QAbstractButton::clicked, this, [this] { m_hasClicked = true; });
+        connect(button, &QAbstractButton::clicked, this, [this] { m_presses.clicked(); });
     }
 }
 
-bool DoublePressFilter::isSecondPress(const QObject *button, const QEvent &event) const {
-    if (!m_hasClicked || button != m_pressed)
-        return false;
-    const std::chrono::milliseconds interval(
-        QGuiApplication::styleHints()->mouseDoubleClickInterval());
-    // The platform recognizes a double-click correctly even if its events are delivered late.
-    return event.type() == QEvent::MouseButtonDblClick ||
-           m_clock.now().sinceReference < m_pressedAt.sinceReference + interval;
-}
-
 bool DoublePressFilter::eventFilter(QObject *watched, QEvent *event) {
-    if (!isPress(*event))
-        return false;
-    if (isSecondPress(watched, *event))
-        return true;
-    m_pressed = watched;
-    m_pressedAt = m_clock.now();
-    m_hasClicked = false;
-    return false;
+    return isPress(*event) &&
+           !m_presses.accept(watched, event->type() == QEvent::MouseButtonDblClick);
 }
 
 } // namespace KestrioKit

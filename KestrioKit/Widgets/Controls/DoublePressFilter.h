@@ -1,17 +1,15 @@
 #pragma once
 
 #include "KestrioKit/Core/Platform/Threads/Clock.h"
+#include "KestrioKit/Core/Session/DoublePress.h"
 
 #include <QAbstractButton>
 #include <QList>
 #include <QObject>
-#include <QPointer>
 
 namespace KestrioKit {
 
-/// Makes a double-click, or two quick presses of a key, click a button only once. After a click,
-/// the same button ignores presses until the platform's double-click interval has passed since the
-/// press. Other buttons are not affected. Use it on the main thread only.
+/// Makes buttons ignore the presses that `DoublePress` refuses. Use it on the main thread only.
 class DoublePressFilter final : public QObject {
     Q_OBJECT
 
@@ -22,14 +20,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    bool isSecondPress(const QObject *button, const QEvent &event) const;
-
-    const Clock &m_clock;
-    /// The button that was pressed last, and when.
-    QPointer<QObject> m_pressed;
-    DispatchTime m_pressedAt;
-    /// Whether that press has clicked the button.
-    bool m_hasClicked = false;
+    DoublePress m_presses;
 };
 
 } // namespace KestrioKit
