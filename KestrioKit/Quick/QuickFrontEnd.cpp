@@ -42,6 +42,20 @@ const struct Registration {
 
 } // namespace KestrioKit
 
+void qml_register_types_KestrioKit();
+
+/// Refers to the files of the static library that register the QML module and its resources.
+static void keepModule() {
+    qml_register_types_KestrioKit();
+    Q_INIT_RESOURCE(qmake_KestrioKit);
+#ifdef KESTRIO_QML_FILES
+    Q_INIT_RESOURCE(KestrioKitQuick_raw_qml_0);
+    Q_INIT_RESOURCE(qmlcache_KestrioKitQuick);
+#endif
+}
+
 /// Programs that link the library require this symbol. Without it the linker would drop the shared
 /// library, or this file of the static one, because the program calls nothing in it.
-extern "C" KESTRIOKITQUICK_EXPORT void kestrioKitQuick() {}
+extern "C" KESTRIOKITQUICK_EXPORT void kestrioKitQuick() {
+    keepModule();
+}
