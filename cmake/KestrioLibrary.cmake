@@ -39,7 +39,7 @@ endfunction()
 # Exports what the component's exports.map lists and nothing else. A name that another component
 # keeps to itself fails the link here rather than the link of a host.
 function(kestrio_limit_exports target component)
-    set(exports ${CMAKE_CURRENT_SOURCE_DIR}/${component}/exports.map)
+    set(exports ${PROJECT_SOURCE_DIR}/KestrioKit/${component}/exports.map)
     target_link_options(${target} PRIVATE LINKER:--version-script=${exports})
     set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${exports})
     if(NOT KESTRIO_SANITIZE)
@@ -59,7 +59,8 @@ function(kestrio_library component output_name)
         SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
         POSITION_INDEPENDENT_CODE ON)
     string(TOUPPER ${output_name} base)
-    generate_export_header(${target} BASE_NAME ${base} EXPORT_FILE_NAME ${output_name}Export.h)
+    generate_export_header(${target} BASE_NAME ${base}
+        EXPORT_FILE_NAME ${PROJECT_BINARY_DIR}/KestrioKit/${output_name}Export.h)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR})
     target_compile_definitions(${target}
         PUBLIC $<$<NOT:$<BOOL:${BUILD_SHARED_LIBS}>>:${base}_STATIC_DEFINE>)

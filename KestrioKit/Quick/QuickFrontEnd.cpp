@@ -1,5 +1,7 @@
 #include "KestrioKit/Core/Session/FrontEnd.h"
 #include "KestrioKit/KestrioKitQuickExport.h"
+#include "KestrioKit/Quick/Survey/ScreenEngine.h"
+#include "KestrioKit/Quick/Survey/SurveyViewController.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -26,11 +28,14 @@ public:
     std::optional<QString> obstacle(const QObject &host) const override {
         const QQuickWindow *const window = windowOf(host);
         if (window && window->isVisible())
-            return std::nullopt;
+            return Quick::ScreenEngine::shared().error();
         return u"The window to show the survey over is not shown itself."_s;
     }
 
-    void show(std::unique_ptr<SurveySession>, QObject &, const Clock &) override {}
+    void show(std::unique_ptr<SurveySession> session, QObject &host, const Clock &clock) override {
+        auto *const controller = new Quick::SurveyViewController(std::move(session), clock);
+        controller->present(windowOf(host)->contentItem());
+    }
 };
 
 /// Registers the front end when the library is loaded.

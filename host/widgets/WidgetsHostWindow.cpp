@@ -1,6 +1,6 @@
 #include "host/widgets/WidgetsHostWindow.h"
 
-#include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Core/Session/Animation.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 #include "KestrioKit/Widgets/Survey/SurveyViewController.h"
 

@@ -2,7 +2,7 @@
 
 #include "KestrioKit/Widgets/Controls/PageControl.h"
 #include "KestrioKit/Widgets/Controls/ScrollView.h"
-#include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Core/Session/Animation.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 #include "KestrioKit/Widgets/Overlay/BackgroundView.h"
 #include "KestrioKit/Widgets/Survey/QuestionView.h"

@@ -65,11 +65,11 @@ void CheckboxButton::checkStateSet() {
 void CheckboxButton::toggleAnimated() {
     const qreal before = m_checkedAlpha;
     toggle();
-    m_dissolve = Animation::start(this, AnimationTiming::easing(screenMetrics.check),
-                                  [this, before, after = m_checkedAlpha](qreal way) {
-                                      m_checkedAlpha = before + (after - before) * way;
-                                      update();
-                                  });
+    m_dissolve = animate(this, AnimationTiming::easing(screenMetrics.check),
+                         [this, before, after = m_checkedAlpha](qreal way) {
+                             m_checkedAlpha = before + (after - before) * way;
+                             update();
+                         });
 }
 
 qreal CheckboxButton::alpha() const {

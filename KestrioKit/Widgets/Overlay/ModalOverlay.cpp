@@ -1,6 +1,6 @@
 #include "KestrioKit/Widgets/Overlay/ModalOverlay.h"
 
-#include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Widgets/Drawing/Animate.h"
 #include "KestrioKit/Widgets/Drawing/OwnLook.h"
 
 #include <QApplication>
@@ -265,7 +265,7 @@ void ModalOverlay::thaw() {
         setAttribute(Qt::WA_OpaquePaintEvent, false);
     }
     // The host has to repaint completely. Strips spread the cost over several frames.
-    Animation::start(this, AnimationTiming::easing(thawDuration),
+    animate(this, AnimationTiming::easing(thawDuration),
                      [this, top = 0](qreal way) mutable {
                          const int bottom = qRound(height() * way);
                          update(0, top, width(), bottom - top);

@@ -5,7 +5,7 @@
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/ImageView.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
-#include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Widgets/Drawing/Animate.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 
@@ -37,7 +37,7 @@ DrawnImage checkmarkInCircle(const SurveyColors &colors) {
 }
 
 void springIn(QWidget *view, qreal scale, const AnimationTiming &timing) {
-    Animation::start(view, timing, [view, scale](qreal way) {
+    animate(view, timing, [view, scale](qreal way) {
         ViewEffect::setAlpha(view, std::clamp<qreal>(way, 0, 1));
         ViewEffect::setScale(view, scale + (1 - scale) * way);
     });

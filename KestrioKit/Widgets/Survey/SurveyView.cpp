@@ -9,7 +9,7 @@
 #include "KestrioKit/Widgets/Controls/PageControl.h"
 #include "KestrioKit/Widgets/Controls/ScrollIndicator.h"
 #include "KestrioKit/Widgets/Controls/ScrollView.h"
-#include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Widgets/Drawing/Animate.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 #include "KestrioKit/Widgets/Overlay/WindowMetrics.h"
@@ -93,7 +93,7 @@ void SurveyView::transitionToQuestion() {
     if (m_isLeavingPage)
         return;
     m_isLeavingPage = true;
-    Animation::start(
+    animate(
         m_currentQuestionView, AnimationTiming::easing(screenMetrics.transition),
         [page = m_currentQuestionView](qreal way) { ViewEffect::setAlpha(page, 1 - way); },
         [this] { replaceQuestionView(); });
@@ -130,7 +130,7 @@ void SurveyView::replaceQuestionView() {
 void SurveyView::growToQuestionView(int previousHeight) {
     m_questionContainerView->show();
     m_previousHeight = previousHeight;
-    Animation::start(
+    animate(
         this, AnimationTiming::easing(screenMetrics.transition),
         [this](qreal way) {
             m_growth = way;
@@ -144,9 +144,8 @@ void SurveyView::showQuestionView() {
     beginPage(m_focusIsVisible ? Qt::TabFocusReason : Qt::OtherFocusReason);
     if (m_isFinished)
         Q_EMIT finished();
-    Animation::start(
-        m_questionContainerView, AnimationTiming::easing(screenMetrics.transition),
-        [view = m_questionContainerView](qreal way) { ViewEffect::setAlpha(view, way); });
+    animate(m_questionContainerView, AnimationTiming::easing(screenMetrics.transition),
+            [view = m_questionContainerView](qreal way) { ViewEffect::setAlpha(view, way); });
 }
 
 // The font may have changed, too, and with it the size of every view. Children are updated before

@@ -3,7 +3,7 @@
 #include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Core/Session/SizeClasses.h"
-#include "KestrioKit/Widgets/Drawing/Animation.h"
+#include "KestrioKit/Widgets/Drawing/Animate.h"
 #include "KestrioKit/Widgets/Overlay/BackgroundView.h"
 #include "KestrioKit/Widgets/Overlay/WindowMetrics.h"
 
@@ -78,13 +78,13 @@ void SurveyViewController::setAnswerable(bool isAnswerable) {
 }
 
 void SurveyViewController::animateEntry() {
-    Animation::start(
+    animate(
         this, AnimationTiming::easing(screenMetrics.dissolve),
         [this](qreal way) { m_backgroundView->setAlpha(way); }, [this] { springIn(); });
 }
 
 void SurveyViewController::springIn() {
-    Animation::start(
+    animate(
         this, AnimationTiming::entry(),
         [this](qreal way) {
             m_cardPosition = way;
@@ -129,11 +129,11 @@ void SurveyViewController::keyboardChanged() {
     const int offset =
         covered > 0 ? std::max(KestrioUI::Padding::tiny + covered - belowPage, 0) : 0;
     delete m_keyboardAnimation;
-    m_keyboardAnimation = Animation::start(this, AnimationTiming::easing(screenMetrics.keyboard),
-                                           [this, start = m_keyboardOffset, offset](qreal way) {
-                                               m_keyboardOffset = start + (offset - start) * way;
-                                               layOut();
-                                           });
+    m_keyboardAnimation = animate(this, AnimationTiming::easing(screenMetrics.keyboard),
+                                  [this, start = m_keyboardOffset, offset](qreal way) {
+                                      m_keyboardOffset = start + (offset - start) * way;
+                                      layOut();
+                                  });
 }
 
 void SurveyViewController::questionPresented() {
@@ -193,7 +193,7 @@ void SurveyViewController::dismiss(bool animated) {
 
 void SurveyViewController::slideCardOut() {
     freeze();
-    Animation::start(
+    animate(
         this, AnimationTiming::easing(screenMetrics.slideOut),
         [this, start = m_cardPosition](qreal way) {
             m_cardPosition = start * (1 - way);
@@ -203,7 +203,7 @@ void SurveyViewController::slideCardOut() {
 }
 
 void SurveyViewController::dissolve() {
-    Animation::start(
+    animate(
         this, AnimationTiming::easing(screenMetrics.dissolve),
         [this, start = m_backgroundView->alpha()](qreal way) {
             m_backgroundView->setAlpha(start * (1 - way));

@@ -1,0 +1,82 @@
+#include "KestrioKit/Quick/Controls/ArrowKeys.h"
+
+namespace KestrioKit::Quick {
+
+namespace {
+
+void collectButtons(const QQuickItem &item, QList<ButtonItem *> &buttons) {
+    for (QQuickItem *const child : item.childItems()) {
+        if (auto *const button = qobject_cast<ButtonItem *>(child))
+            buttons.append(button);
+        else
+            collectButtons(*child, buttons);
+    }
+}
+
+} // namespace
+
+void ArrowKeys::setContainer(QQuickItem *container) {
+    m_container = container;
+    connect(container, &QQuickItem::childrenChanged, this, &ArrowKeys::collect);
+    collect();
+}
+
+void ArrowKeys::collect() {
+    m_buttons.clear();
+    collectButtons(*m_container, m_buttons);
+    for (ButtonItem *const button : m_buttons)
+        button->installEventFilter(this);
+    if (!m_buttons.isEmpty())
+        makeTabStop(m_buttons.first());
+    Q_EMIT firstChanged();
+}
+
+void ArrowKeys::makeTabStop(const QObject *button) {
+    if (!m_isExclusive)
+        return;
+    for (ButtonItem *const known : m_buttons)
+        known->setActiveFocusOnTab(known == button);
+}
+
+bool ArrowKeys::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::FocusIn)
+        makeTabStop(watched);
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    return moveFocus(qobject_cast<QQuickItem *>(watched), static_cast<QKeyEvent *>(event)->key());
+}
+
+bool ArrowKeys::moveFocus(const QQuickItem *from, int key) {
+    const qsizetype position = m_buttons.indexOf(from);
+    const qsizetype last = m_buttons.size() - 1;
+    qsizetype target = 0;
+    switch (key) {
+    case Qt::Key_Home:
+        break;
+    case Qt::Key_End:
+        target = last;
+        break;
+    case Qt::Key_Up:
+        target = position - 1;
+        break;
+    case Qt::Key_Down:
+        target = position + 1;
+        break;
+    case Qt::Key_Left:
+        target = m_isMirrored ? position + 1 : position - 1;
+        break;
+    case Qt::Key_Right:
+        target = m_isMirrored ? position - 1 : position + 1;
+        break;
+    default:
+        return false;
+    }
+    target = qBound(qsizetype(0), target, last);
+    // Beyond the ends the key scrolls the page.
+    if (target == position)
+        return false;
+    m_buttons[target]->forceActiveFocus(Qt::TabFocusReason);
+    return true;
+}
+
+} // namespace KestrioKit::Quick

@@ -1,0 +1,43 @@
+import QtQuick
+import KestrioKit
+
+// The page that thanks the visitor.
+Item {
+    id: page
+
+    required property KestrioStyle style
+    required property KestrioFlow flow
+    readonly property kestrioMetrics metrics: style.metrics
+    readonly property Item firstControl: null
+
+    implicitHeight: label.y + label.height + metrics.tinyPadding
+    Accessible.role: Accessible.Grouping
+    Accessible.name: label.text
+
+    ImageView {
+        palette: page.style.palette
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: page.metrics.tinyPadding
+        width: page.metrics.thanksCircleSize
+        height: page.metrics.thanksCircleSize
+        opacity: page.flow.thanksImage
+        scale: page.metrics.thanksImageScale + (1 - page.metrics.thanksImageScale) * page.flow.thanksImage
+        shape: KestrioPictogram.Thanks
+    }
+
+    Label {
+        id: label
+
+        style: page.style
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: page.metrics.tinyPadding
+        anchors.rightMargin: page.metrics.tinyPadding
+        y: page.metrics.tinyPadding + page.metrics.thanksCircleSize + page.metrics.regularPadding
+        opacity: page.flow.thanksLabel
+        scale: page.metrics.thanksLabelScale + (1 - page.metrics.thanksLabelScale) * page.flow.thanksLabel
+        horizontalAlignment: Text.AlignHCenter
+        font: page.style.titleFont
+        text: page.style.texts.thanks
+    }
+}

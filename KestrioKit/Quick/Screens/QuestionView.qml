@@ -1,0 +1,49 @@
+import QtQuick
+import KestrioKit
+
+// One question: its text, and the controls that answer it.
+Item {
+    id: page
+
+    required property KestrioStyle style
+    required property var question
+    readonly property Item firstControl: content.item ? content.item.firstControl : null
+
+    signal answered(var value)
+
+    implicitHeight: title.height + (content.item ? style.metrics.regularPadding + content.height : 0)
+    Accessible.role: Accessible.Grouping
+    Accessible.name: question.text
+    Component.onCompleted: content.setSource(style.contentView(question.type), {
+        "style": style,
+        "question": question
+    })
+
+    Label {
+        id: title
+
+        style: page.style
+        anchors.left: parent.left
+        anchors.right: parent.right
+        // Keeps the text clear of the close button.
+        anchors.rightMargin: page.style.metrics.mediumPadding
+        text: page.question.text
+        font: page.style.titleFont
+    }
+
+    Loader {
+        id: content
+
+        anchors.top: title.bottom
+        anchors.topMargin: page.style.metrics.regularPadding
+        width: parent.width
+    }
+
+    Connections {
+        target: content.item
+
+        function onAnswered(value) {
+            page.answered(value);
+        }
+    }
+}
