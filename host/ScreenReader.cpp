@@ -60,7 +60,8 @@ void hear(QAccessibleEvent *event) {
         hearFocus(*interface);
         break;
     case QAccessible::StateChanged:
-        if (interface->state().focused)
+        if (interface->state().focused &&
+            static_cast<QAccessibleStateChangeEvent *>(event)->changedStates().checked)
             spoken().append(checkState(*interface));
         break;
     case QAccessible::NameChanged:
