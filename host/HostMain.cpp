@@ -26,6 +26,8 @@ int showWindow(bool hasDisplay, const HostWindowFactory &makeWindow) {
     if (!hasDisplay)
         return refuse(u"no display to open the window on; give it --script FILE (see --help)"_s);
     const std::unique_ptr<HostWindow> window = makeWindow();
+    if (!window)
+        return refuse(u"cannot create the window"_s);
     window->show();
     return QCoreApplication::exec();
 }
@@ -58,6 +60,8 @@ int runHost(bool hasDisplay, const HostWindowFactory &makeWindow) {
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOption(scriptOption);
+    parser.addOption(
+        {u"quick"_s, u"Show the window with Qt Quick: run kestrio-host-quick instead."_s});
     if (!parser.parse(QCoreApplication::arguments()))
         return refuse(parser.errorText());
     if (parser.isSet(u"help"_s))

@@ -73,5 +73,6 @@ public:
     virtual std::optional<ViewNode> survey() const = 0;
 };
 
-/// Creates the host's window, which is not visible yet.
+/// Creates the host's window, which is not visible yet. Returns null if that fails. Qt has then
+/// printed the reason.
 using HostWindowFactory = std::function<std::unique_ptr<HostWindow>()>;

@@ -67,6 +67,8 @@ Outcome showWindow(const CommandCall &call) {
     if (!call.state.window) {
         startScreenReader();
         call.state.window = call.state.makeWindow();
+        if (!call.state.window)
+            return Outcome::failed(u"the window cannot be created"_s);
     }
     call.state.window->resize(*size);
     call.state.window->show();

@@ -1,22 +1,12 @@
 #include "host/window/DemoStyle.h"
 
+#include "host/window/DemoPalette.h"
+
 #include <QApplication>
-#include <QFontDatabase>
-#include <QPalette>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr auto fontFamily = "Inter"_L1;
-
-namespace Colors {
-constexpr QColor page(0xf3, 0xf1, 0xec);
-constexpr QColor sheet(0xff, 0xff, 0xff);
-constexpr QColor ink(0x1f, 0x26, 0x2b);
-constexpr QColor faded(0x8b, 0x8f, 0x92);
-constexpr QColor accent(0x1d, 0x6b, 0x57);
-} // namespace Colors
 
 constexpr auto styleSheet = R"(
     QLabel[look="title"] { font-size: 22px; font-weight: 700; }
@@ -42,27 +32,12 @@ constexpr auto styleSheet = R"(
         min-height: 36px; }
 )"_L1;
 
-QPalette palette() {
-    QPalette palette(Colors::sheet, Colors::page);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(role, Colors::ink);
-    palette.setColor(QPalette::Base, Colors::sheet);
-    palette.setColor(QPalette::PlaceholderText, Colors::faded);
-    palette.setColor(QPalette::Highlight, Colors::accent);
-    palette.setColor(QPalette::HighlightedText, Colors::sheet);
-    return palette;
-}
-
 } // namespace
 
 void applyDemoStyle() {
     QApplication::setStyle(u"Fusion"_s);
-    QApplication::setPalette(palette());
-    if (QFontDatabase::hasFamily(fontFamily)) {
-        QFont font = QApplication::font();
-        font.setFamily(fontFamily);
-        QApplication::setFont(font);
-    }
+    QApplication::setPalette(demoPalette());
+    QApplication::setFont(demoFont());
 }
 
 QString demoStyleSheet() {

@@ -19,8 +19,16 @@ namespace {
 const QByteArray visit = "configure shop\nwait-for visitor 60000\n";
 const QByteArray askForSurvey = "ask \"Checkout Finished\"\nwait-for asked 60000\n";
 
+/// The options that choose the kind of window.
+const std::vector<QStringList> kinds{
+    {},
+#ifdef KESTRIO_QUICK
+    {u"--quick"_s},
+#endif
+};
+
 /// Runs scripts against a service with an empty database.
-class Host : public ::testing::Test {
+class Host : public ::testing::TestWithParam<QStringList> {
 protected:
     void expectReports(const QByteArray &reports) {
         for (const QJsonValue report : QJsonDocument::fromJson('[' + reports + ']').array())
@@ -39,10 +47,16 @@ protected:
 
     QTemporaryDir data;
     ServiceProgram service{data.filePath(u"records.sqlite"_s)};
-    HostProgram host{data.path()};
+    HostProgram host{data.path(), {}, {}, GetParam()};
 };
 
-TEST_F(Host, deliversTheAnswersToTheSurveysThatAnEventBrings) {
+INSTANTIATE_TEST_SUITE_P(Kinds, Host, ::testing::ValuesIn(kinds));
+
+/// Only some kinds of windows have screens.
+class SurveyHost : public Host {};
+INSTANTIATE_TEST_SUITE_P(Kinds, SurveyHost, ::testing::Values(QStringList()));
+
+TEST_P(Host, deliversTheAnswersToTheSurveysThatAnEventBrings) {
     const QByteArray held = R"({"ask":"Checkout Finished","state":"surveyReady"})";
     // Idle is later than what was asked before there was a visitor.
     host.send("configure shop\nask \"Checkout Finished\"\nwait-for idle 60000\nsurvey\n"
@@ -61,7 +75,7 @@ TEST_F(Host, deliversTheAnswersToTheSurveysThatAnEventBrings) {
               1);
 }
 
-TEST_F(Host, callsEachOperationByItsCommandOrByItsSelector) {
+TEST_P(Host, callsEachOperationByItsCommandOrByItsSelector) {
     // What is in flight when the network is switched off is sent again later.
     host.send(visit +
               "email ada@example.com\nwait-for idle 60000\nnetwork off\ntrack Dropped\nnetwork on\n"
@@ -77,24 +91,37 @@ TEST_F(Host, callsEachOperationByItsCommandOrByItsSelector) {
     EXPECT_EQ(recorded(u"\"event\":\"Dropped\""_s), 0);
 }
 
-// The corner of the window is the background of the survey, which closes it.
-TEST_F(Host, obeysWhatIsDoneAtItsWindow) {
+TEST_P(Host, obeysWhatIsDoneAtItsWindow) {
     const QString picture = data.filePath(u"window.png"_s);
-    host.send("window 1280 800\ntree\nclick Environment\nkey Ctrl+A\ntype shop \xf0\x9f\x98\x80\n"
-              "key Backspace\nkey Backspace\nkey Tab\nspeak\nkey Shift+Tab\nfocus\n"
-              "click Configure\nwait-for visitor 60000\npress \"Place order\"\nrelease\n"
-              "wait-for shown 60000\nclick-at 0 0\nwait-for gone 60000\nfocus\nresize 390 844\n"
+    host.send("window 1280 800\ntree\nfocus\nclick Environment\nkey Ctrl+A\n"
+              "type shop \xf0\x9f\x98\x80\nkey Backspace\nkey Backspace\nkey Tab\nspeak\n"
+              "key Shift+Tab\nfocus\nclick Configure\nwait-for visitor 60000\n"
+              "press Voucher\nrelease\nkey Shift+Tab\nkey Space\nspeak\nfocus\nresize 390 844\n"
               "screenshot " +
               picture.toUtf8() + "\nperform presentSurveyFrom: window");
-    expectReports(R"({"tree":null}, {"spoken":["Coffee, whole beans, spinbox",
-        "Environment, editabletext, Environment","Configure, button"]},
-        {"focus":"Environment"}, {"focus":"Place order"}, {"performed":true})");
+    expectReports(R"({"tree":null}, {"focus":"Coffee, whole beans"},
+        {"spoken":["Coffee, whole beans, spinbox","Environment, editabletext, Environment",
+        "Configure, button"]}, {"focus":"Environment"}, {"spoken":[
+        "Environment, editabletext, Environment","Configure, button",
+        "Voucher, editabletext, Voucher","Gift wrapping, checkbox, not checked","checked"]},
+        {"focus":"Gift wrapping"}, {"performed":true})");
+    QFile libraries(u"/proc/%1/maps"_s.arg(host.processId()));
+    ASSERT_TRUE(libraries.open(QIODevice::ReadOnly));
+    EXPECT_EQ(libraries.readAll().contains("libQt6Widgets"), GetParam().isEmpty());
     finish();
     EXPECT_EQ(QImage(picture).size(), QSize(390, 844));
-    EXPECT_EQ(recorded(u"{\"action\":\"closed\",\"eid\":\"shop\""_s), 1);
 }
 
-TEST_F(Host, endsAtTheFirstLineThatFailsAndSaysWhich) {
+// The corner of the window is the background of the survey, which closes it.
+TEST_P(SurveyHost, showsTheSurveyThatAnOrderBrings) {
+    host.send("window 1280 800\nclick Configure\nwait-for visitor 60000\nclick \"Place order\"\n"
+              "wait-for shown 60000\nclick-at 0 0\nwait-for gone 60000\nfocus");
+    expectReports(R"({"focus":"Place order"})");
+    finish();
+    EXPECT_EQ(recorded(u"{\"action\":\"closed\",\"eid\":\"demo-shop\""_s), 1);
+}
+
+TEST_P(Host, endsAtTheFirstLineThatFailsAndSaysWhich) {
     const std::pair<QByteArray, int> scripts[] = {
         {"# first\n\nno-such-command", 3},
         {"track \"b\\t\"", 1},
@@ -118,7 +145,7 @@ TEST_F(Host, endsAtTheFirstLineThatFailsAndSaysWhich) {
         {visit + askForSurvey + "answer [true]", 5},
     };
     for (const auto &[script, line] : scripts) {
-        HostProgram failing(data.path());
+        HostProgram failing(data.path(), {}, {}, GetParam());
         failing.send(script + "\nquit 0");
         EXPECT_EQ(failing.finish(), 1) << script.toStdString();
         const QJsonObject last = failing.reports().value(failing.reports().size() - 1);
@@ -129,7 +156,10 @@ TEST_F(Host, endsAtTheFirstLineThatFailsAndSaysWhich) {
     EXPECT_EQ(recorded(u"\"responses\":[]"_s), 1);
 }
 
-TEST(HostScript, thatCannotBeReadIsRefusedInOneLine) {
+class HostScript : public ::testing::TestWithParam<QStringList> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, HostScript, ::testing::ValuesIn(kinds));
+
+TEST_P(HostScript, thatCannotBeReadIsRefusedInOneLine) {
     const Environment withoutDisplay{
         {u"DISPLAY"_s, {}}, {u"WAYLAND_DISPLAY"_s, {}}, {u"QT_QPA_PLATFORM"_s, {}}};
     for (const QStringList &arguments : {QStringList{u"order"_s},
@@ -137,7 +167,7 @@ TEST(HostScript, thatCannotBeReadIsRefusedInOneLine) {
                                          {u"--script"_s, QDir::tempPath()},
                                          {u"--sript"_s},
                                          {u"extra"_s}}) {
-        RunningProgram host(hostProgramFile(), arguments, withoutDisplay);
+        RunningProgram host(hostProgramFile(), GetParam() + arguments, withoutDisplay);
         EXPECT_EQ(host.waitForEnd(), 2) << qPrintable(arguments.join(u' '));
         EXPECT_TRUE(host.output().isEmpty());
         EXPECT_EQ(host.errors().count("kestrio-host: "), 1) << host.errors().toStdString();

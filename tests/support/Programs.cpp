@@ -75,8 +75,9 @@ std::optional<int> RunningProgram::waitForEnd(std::chrono::milliseconds limit) {
 }
 
 HostProgram::HostProgram(const QString &dataFolder, const Environment &environment,
-                         const QStringList &launcher)
-    : RunningProgram(u"env"_s, launcher + QStringList{hostProgramFile(), u"--script"_s, u"-"_s},
+                         const QStringList &launcher, const QStringList &options)
+    : RunningProgram(u"env"_s,
+                     launcher + QStringList{hostProgramFile(), u"--script"_s, u"-"_s} + options,
                      hostEnvironment(dataFolder, environment)) {}
 
 QJsonObject HostProgram::nextReport() {

@@ -71,9 +71,9 @@ public:
         "configure env\nwait-for visitor 60000\nwait-for idle 60000\n";
 
     /// `dataFolder` holds the host's files. `launcher` is a command that starts the program, for
-    /// example with fewer permissions.
+    /// example with fewer permissions. `options` are additional options of the program.
     explicit HostProgram(const QString &dataFolder, const Environment &environment = {},
-                         const QStringList &launcher = {});
+                         const QStringList &launcher = {}, const QStringList &options = {});
 
     /// Sends one or more script lines to the program.
     void send(const QByteArray &lines) { write(lines + '\n'); }

@@ -1,0 +1,21 @@
+import QtQuick
+
+Card {
+    heading: "Address"
+
+    NamedField {
+        name: "Name"
+    }
+
+    NamedField {
+        name: "Street and number"
+    }
+
+    NamedField {
+        name: "Postcode and town"
+    }
+
+    NamedField {
+        name: "Telephone"
+    }
+}
