@@ -9,6 +9,7 @@ ViewNode ViewNode::describing(const QObject &view) {
         QAccessible::queryAccessibleInterface(const_cast<QObject *>(&view));
     if (interface)
         node.accessibleName = interface->text(QAccessible::Name);
-    node.role = roleName(interface ? interface->role() : QAccessible::NoRole);
+    // Qt gives this role to widgets without a role of their own, but leaves out such items.
+    node.role = roleName(interface ? interface->role() : QAccessible::Client);
     return node;
 }

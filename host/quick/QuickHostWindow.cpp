@@ -11,12 +11,20 @@ const QUrl windowFile(u"qrc:/qt-project.org/imports/KestrioHost/ShopWindow.qml"_
 constexpr auto surveyType = "SurveyViewController"_L1;
 /// The prefix of the names of Qt's own classes.
 constexpr auto scaffoldPrefix = "QQuick"_L1;
+/// The suffix of the names of the library's classes that QML components draw with.
+constexpr auto drawingSuffix = "Item"_L1;
 
 /// Returns the name of the item's class or component, without its namespaces and without what the
 /// engine appends, as in `SurveyCard_QMLTYPE_3`.
 QString typeName(const QQuickItem &item) {
     const QString name = QString::fromLatin1(item.metaObject()->className());
     return name.section(u"::"_s, -1).section(u"_QML"_s, 0, 0);
+}
+
+/// Returns whether the item is only a part of what a component draws.
+bool isScaffold(const QQuickItem &item) {
+    const QString name = typeName(item);
+    return name.startsWith(scaffoldPrefix) || name.endsWith(drawingSuffix);
 }
 
 qreal alpha(const QQuickItem &item) {
@@ -65,7 +73,7 @@ bool canBeSeen(const QQuickItem *item) {
 /// Returns the control that the item belongs to if it is an internal part of one of Qt's, such as
 /// the text of a spin box; otherwise the item itself.
 const QQuickItem &controlOf(const QQuickItem &item) {
-    const bool isPart = item.objectName().isEmpty() && typeName(item).startsWith(scaffoldPrefix);
+    const bool isPart = item.objectName().isEmpty() && isScaffold(item);
     const QQuickItem *scope = isPart ? item.parentItem() : nullptr;
     while (scope && !scope->isFocusScope())
         scope = scope->parentItem();
@@ -79,10 +87,10 @@ const QQuickItem *surveyIn(const QQuickWindow &window) {
 
 ViewNode nodeOf(const QQuickItem &item);
 
-/// Appends the items on `item`, or what is on them if they are Qt's own.
+/// Appends the items on `item`, or what is on them if they are scaffolding.
 void appendParts(QList<ViewNode> &nodes, const QQuickItem &item) {
     for (const QQuickItem *const child : item.childItems()) {
-        if (typeName(*child).startsWith(scaffoldPrefix))
+        if (isScaffold(*child))
             appendParts(nodes, *child);
         else
             nodes.append(nodeOf(*child));

@@ -1,5 +1,7 @@
 #include "KestrioKit/Quick/Overlay/AccessibilityShield.h"
 
+#include "KestrioKit/Quick/Controls/AccessibleChildren.h"
+
 #include <QAccessibleObject>
 
 namespace KestrioKit::Quick {
@@ -32,16 +34,6 @@ public:
         return state;
     }
 };
-
-/// Returns the topmost accessible descendants of an item.
-void collect(const QQuickItem &item, QList<QAccessibleInterface *> &found) {
-    for (QQuickItem *const child : item.childItems()) {
-        if (QAccessibleInterface *const interface = QAccessible::queryAccessibleInterface(child))
-            found.append(interface);
-        else
-            collect(*child, found);
-    }
-}
 
 /// Represents the window, with what is accessible on the exception as its only children.
 class WindowInterface final : public QAccessibleObject {
@@ -76,11 +68,7 @@ public:
 
 private:
     QQuickWindow *quickWindow() const { return static_cast<QQuickWindow *>(object()); }
-    QList<QAccessibleInterface *> children() const {
-        QList<QAccessibleInterface *> found;
-        collect(*m_exception, found);
-        return found;
-    }
+    QList<QAccessibleInterface *> children() const { return accessibleChildren(*m_exception); }
 
     QQuickItem *m_exception;
 };

@@ -2,7 +2,7 @@ import QtQuick
 import KestrioKit
 
 // The page that thanks the visitor.
-Item {
+KestrioPage {
     id: page
 
     required property KestrioStyle style
@@ -11,8 +11,9 @@ Item {
     readonly property Item firstControl: null
 
     implicitHeight: label.y + label.height + metrics.tinyPadding
+    title: style.texts.thanks
+    // Qt tells assistive technology of a focus only if the item has a role.
     Accessible.role: Accessible.Grouping
-    Accessible.name: label.text
 
     ImageView {
         palette: page.style.palette
@@ -38,6 +39,6 @@ Item {
         scale: page.metrics.thanksLabelScale + (1 - page.metrics.thanksLabelScale) * page.flow.thanksLabel
         horizontalAlignment: Text.AlignHCenter
         font: page.style.titleFont
-        text: page.style.texts.thanks
+        text: page.title
     }
 }

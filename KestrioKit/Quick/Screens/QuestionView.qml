@@ -2,7 +2,7 @@ import QtQuick
 import KestrioKit
 
 // One question: its text, and the controls that answer it.
-Item {
+KestrioPage {
     id: page
 
     required property KestrioStyle style
@@ -11,30 +11,31 @@ Item {
 
     signal answered(var value)
 
-    implicitHeight: title.height + (content.item ? style.metrics.regularPadding + content.height : 0)
+    implicitHeight: titleLabel.height + (content.item ? style.metrics.regularPadding + content.height : 0)
+    title: question.text
+    // Qt tells assistive technology of a focus only if the item has a role.
     Accessible.role: Accessible.Grouping
-    Accessible.name: question.text
     Component.onCompleted: content.setSource(style.contentView(question.type), {
         "style": style,
         "question": question
     })
 
     Label {
-        id: title
+        id: titleLabel
 
         style: page.style
         anchors.left: parent.left
         anchors.right: parent.right
         // Keeps the text clear of the close button.
         anchors.rightMargin: page.style.metrics.mediumPadding
-        text: page.question.text
+        text: page.title
         font: page.style.titleFont
     }
 
     Loader {
         id: content
 
-        anchors.top: title.bottom
+        anchors.top: titleLabel.bottom
         anchors.topMargin: page.style.metrics.regularPadding
         width: parent.width
     }

@@ -88,6 +88,7 @@ Rectangle {
         QuestionView {
             style: card.style
             question: card.flow.question
+            position: pageControl
             onAnswered: value => card.flow.answer(value)
         }
     }
@@ -106,6 +107,7 @@ Rectangle {
 
         function onPageLeft() {
             card.previousHeight = scrollView.height;
+            page.focus = false;
             page.active = false;
         }
 

@@ -12,7 +12,6 @@ TextEdit {
     readonly property real maximumOffset: Math.max(contentHeight + 2 * inset - height, 0)
     property real offset: 0
 
-    implicitHeight: metrics.textFieldHeight
     height: metrics.textFieldHeight
     clip: true
     leftPadding: inset

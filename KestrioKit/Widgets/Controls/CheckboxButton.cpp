@@ -3,6 +3,7 @@
 #include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Core/Session/ScreenIdentifiers.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
+#include "KestrioKit/Widgets/Drawing/Animate.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 
 #include <QPainter>
