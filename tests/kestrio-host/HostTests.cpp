@@ -52,10 +52,6 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Kinds, Host, ::testing::ValuesIn(kinds));
 
-/// Only some kinds of windows have screens.
-class SurveyHost : public Host {};
-INSTANTIATE_TEST_SUITE_P(Kinds, SurveyHost, ::testing::Values(QStringList()));
-
 TEST_P(Host, deliversTheAnswersToTheSurveysThatAnEventBrings) {
     const QByteArray held = R"({"ask":"Checkout Finished","state":"surveyReady"})";
     // Idle is later than what was asked before there was a visitor.
@@ -113,7 +109,7 @@ TEST_P(Host, obeysWhatIsDoneAtItsWindow) {
 }
 
 // The corner of the window is the background of the survey, which closes it.
-TEST_P(SurveyHost, showsTheSurveyThatAnOrderBrings) {
+TEST_P(Host, showsTheSurveyThatAnOrderBrings) {
     host.send("window 1280 800\nclick Configure\nwait-for visitor 60000\nclick \"Place order\"\n"
               "wait-for shown 60000\nclick-at 0 0\nwait-for gone 60000\nfocus");
     expectReports(R"({"focus":"Place order"})");
