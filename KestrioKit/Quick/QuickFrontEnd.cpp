@@ -2,6 +2,7 @@
 #include "KestrioKit/KestrioKitQuickExport.h"
 #include "KestrioKit/Quick/Survey/ScreenEngine.h"
 #include "KestrioKit/Quick/Survey/SurveyViewController.h"
+#include "KestrioKit/Quick/SurveyOverlay.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -16,6 +17,13 @@ QQuickWindow *windowOf(const QObject &host) {
     if (const auto *const item = qobject_cast<const QQuickItem *>(&host))
         return item->window();
     return qobject_cast<QQuickWindow *>(const_cast<QObject *>(&host));
+}
+
+/// Returns the item that a survey covers: the host's own item for surveys, or the whole window.
+QQuickItem *areaFor(QObject &host) {
+    if (auto *const overlay = qobject_cast<Quick::SurveyOverlay *>(&host))
+        return overlay;
+    return windowOf(host)->contentItem();
 }
 
 /// Shows surveys over `QQuickWindow` and `QQuickItem` hosts.
@@ -34,7 +42,7 @@ public:
 
     void show(std::unique_ptr<SurveySession> session, QObject &host, const Clock &clock) override {
         auto *const controller = new Quick::SurveyViewController(std::move(session), clock);
-        controller->present(windowOf(host)->contentItem());
+        controller->present(areaFor(host));
     }
 };
 

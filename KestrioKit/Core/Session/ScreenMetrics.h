@@ -57,6 +57,8 @@ struct KESTRIOKIT_EXPORT ScreenMetrics {
     Q_PROPERTY(int textFieldInset MEMBER textFieldInset CONSTANT)
     Q_PROPERTY(int focusedTextFieldBorderWidth MEMBER focusedTextFieldBorderWidth CONSTANT)
     Q_PROPERTY(int caretWidth MEMBER caretWidth CONSTANT)
+    Q_PROPERTY(int menuHorizontalInset MEMBER menuHorizontalInset CONSTANT)
+    Q_PROPERTY(int menuVerticalInset MEMBER menuVerticalInset CONSTANT)
     Q_PROPERTY(int thanksCircleSize MEMBER thanksCircleSize CONSTANT)
     Q_PROPERTY(int thanksLineWidth MEMBER thanksLineWidth CONSTANT)
     Q_PROPERTY(QList<QPointF> thanksCheckMark READ thanksCheckMarkPoints CONSTANT)
@@ -150,6 +152,10 @@ public:
     int textFieldInset = 12;
     int focusedTextFieldBorderWidth = 2;
     int caretWidth = 2;
+
+    /// Space around the entries of the text field's context menu.
+    int menuHorizontalInset = 24;
+    int menuVerticalInset = 6;
 
     /// The thank-you page. Its check mark is in a circle. The scales are those at which the views
     /// appear.

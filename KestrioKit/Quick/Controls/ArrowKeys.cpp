@@ -1,5 +1,7 @@
 #include "KestrioKit/Quick/Controls/ArrowKeys.h"
 
+#include <algorithm>
+
 namespace KestrioKit::Quick {
 
 namespace {
@@ -38,6 +40,11 @@ void ArrowKeys::makeTabStop(const QObject *button) {
         known->setActiveFocusOnTab(known == button);
 }
 
+QQuickItem *ArrowKeys::first() const {
+    const auto enabled = std::ranges::find_if(m_buttons, &QQuickItem::isEnabled);
+    return enabled == m_buttons.end() ? nullptr : *enabled;
+}
+
 bool ArrowKeys::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::FocusIn)
         makeTabStop(watched);
@@ -47,8 +54,10 @@ bool ArrowKeys::eventFilter(QObject *watched, QEvent *event) {
 }
 
 bool ArrowKeys::moveFocus(const QQuickItem *from, int key) {
-    const qsizetype position = m_buttons.indexOf(from);
-    const qsizetype last = m_buttons.size() - 1;
+    QList<ButtonItem *> buttons = m_buttons;
+    buttons.removeIf([](const ButtonItem *button) { return !button->isEnabled(); });
+    const qsizetype position = buttons.indexOf(from);
+    const qsizetype last = buttons.size() - 1;
     qsizetype target = 0;
     switch (key) {
     case Qt::Key_Home:
@@ -75,7 +84,7 @@ bool ArrowKeys::moveFocus(const QQuickItem *from, int key) {
     // Beyond the ends the key scrolls the page.
     if (target == position)
         return false;
-    m_buttons[target]->forceActiveFocus(Qt::TabFocusReason);
+    buttons[target]->forceActiveFocus(Qt::TabFocusReason);
     return true;
 }
 

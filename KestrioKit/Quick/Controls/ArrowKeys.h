@@ -19,8 +19,8 @@ public:
     QQuickItem *container() const { return m_container; }
     void setContainer(QQuickItem *container);
 
-    /// Returns the first button, or null if there is none.
-    QQuickItem *first() const { return m_buttons.value(0); }
+    /// Returns the first enabled button, or null if there is none.
+    QQuickItem *first() const;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

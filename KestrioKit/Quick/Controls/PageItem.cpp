@@ -19,8 +19,8 @@ public:
         return accessibleChildren(*page()).value(index);
     }
     int indexOfChild(const QAccessibleInterface *interface) const override {
-        return int(accessibleChildren(*page()).indexOf(
-            const_cast<QAccessibleInterface *>(interface)));
+        return int(
+            accessibleChildren(*page()).indexOf(const_cast<QAccessibleInterface *>(interface)));
     }
     QWindow *window() const override { return page()->window(); }
     QRect rect() const override {

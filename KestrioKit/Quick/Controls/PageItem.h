@@ -5,9 +5,9 @@
 
 namespace KestrioKit::Quick {
 
-/// A page of the card. For assistive technology it is a group with a title, which is labelled by the
-/// item that says which page it is. The attached `Accessible` type offers no such relation. Use it on
-/// the main thread only.
+/// A page of the card. For assistive technology it is a group with a title, which is labelled by
+/// the item that says which page it is. The attached `Accessible` type offers no such relation. Use
+/// it on the main thread only.
 class PageItem : public QQuickItem {
     Q_OBJECT
     QML_NAMED_ELEMENT(KestrioPage)

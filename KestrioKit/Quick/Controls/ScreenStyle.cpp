@@ -16,6 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+bool reducedMotion = false;
+
 struct ContentView {
     SurveyQuestion::Type type;
     QLatin1StringView file;
@@ -32,8 +34,9 @@ constexpr std::array contentViews{
 
 } // namespace
 
-ScreenStyle::ScreenStyle(const SurveySession &session, const Clock &clock)
-    : m_pressGuard(clock),
+ScreenStyle::ScreenStyle(const SurveySession &session, const Clock &clock, QQuickItem *layer)
+    : m_layer(layer),
+      m_pressGuard(clock),
       m_texts(session.texts()),
       m_palette(session.palette()),
       m_isMirrored(session.layoutDirection() == Qt::RightToLeft) {
@@ -52,7 +55,15 @@ QFont ScreenStyle::bodyFont() const {
 }
 
 bool ScreenStyle::isAnimated() const {
-    return true;
+    return !reducedMotion;
+}
+
+bool ScreenStyle::hasReducedMotion() {
+    return reducedMotion;
+}
+
+void ScreenStyle::setReducedMotion(bool isReduced) {
+    reducedMotion = isReduced;
 }
 
 QUrl ScreenStyle::contentView(int type) const {

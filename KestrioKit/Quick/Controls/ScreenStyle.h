@@ -8,6 +8,7 @@
 #include "KestrioKit/SurveyTexts.h"
 
 #include <QFont>
+#include <QQuickItem>
 #include <QQuickTextDocument>
 #include <QtQml/qqmlregistration.h>
 #include <QUrl>
@@ -28,12 +29,13 @@ class ScreenStyle final : public QObject {
     Q_PROPERTY(QFont titleFont READ titleFont NOTIFY changed)
     Q_PROPERTY(QFont bodyFont READ bodyFont NOTIFY changed)
     Q_PROPERTY(KestrioKit::Quick::PressGuard *pressGuard READ pressGuard CONSTANT)
+    Q_PROPERTY(QQuickItem *layer READ layer CONSTANT)
     Q_PROPERTY(bool animated READ isAnimated NOTIFY changed)
 
 public:
     /// Follows the session's appearance. The session may be destroyed before the style. `clock`
     /// must outlive it.
-    ScreenStyle(const SurveySession &session, const Clock &clock);
+    ScreenStyle(const SurveySession &session, const Clock &clock, QQuickItem *layer);
 
     const ScreenMetrics &metrics() const { return screenMetrics; }
     const ScreenIdentifiers &identifiers() const { return screenIdentifiers; }
@@ -43,10 +45,15 @@ public:
     const SurveyPalette &palette() const { return m_palette; }
     QFont titleFont() const;
     QFont bodyFont() const;
+    /// Returns the item that the whole survey is on, for what lies above the card.
+    QQuickItem *layer() const { return m_layer; }
     /// Returns the guard that the buttons of a survey share.
     PressGuard *pressGuard() { return &m_pressGuard; }
-    /// Returns whether the visitor wants to see movements.
+    /// Returns whether the visitor wants to see movements; true by default. Qt Quick does not know
+    /// the platform's preference, so the host tells it.
     bool isAnimated() const;
+    static void setReducedMotion(bool isReduced);
+    static bool hasReducedMotion();
 
     /// Returns the file with the controls for a type of question; empty if there are none.
     Q_INVOKABLE QUrl contentView(int type) const;
@@ -66,6 +73,8 @@ public:
     /// Returns what assistive technology adds to the name of an answer that excludes the others.
     Q_INVOKABLE QString radioDescription(int position, int count, const QString &firstLabel,
                                          const QString &lastLabel) const;
+    /// Returns the title of a menu's entry without the mark of its mnemonic.
+    Q_INVOKABLE QString withoutMnemonic(QString title) const { return title.remove(u'&'); }
     /// Commits text that is still being composed to the focused field.
     Q_INVOKABLE void commitComposition() const;
     /// Returns the text of a field with its no-break spaces.
@@ -76,6 +85,7 @@ Q_SIGNALS:
     void changed();
 
 private:
+    QQuickItem *m_layer;
     PressGuard m_pressGuard;
     SurveyTexts m_texts;
     SurveyPalette m_palette;

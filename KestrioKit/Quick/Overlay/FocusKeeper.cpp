@@ -11,7 +11,8 @@ constexpr int mostReturns = 5;
 
 } // namespace
 
-void FocusKeeper::begin(QQuickWindow *window) {
+void FocusKeeper::begin(QQuickWindow *window, bool returns) {
+    m_isReturning = returns;
     if (m_window)
         m_window->disconnect(this);
     m_window = window;
@@ -69,7 +70,7 @@ void FocusKeeper::focusChanged() {
     if (now && now != m_window->contentItem())
         m_before = now;
     // The call is queued because the code that moves the focus may move it again.
-    const bool returns = now && m_inside && m_returns < mostReturns;
+    const bool returns = m_isReturning && now && m_inside && m_returns < mostReturns;
     if (returns && !std::exchange(m_isReturnScheduled, true))
         QMetaObject::invokeMethod(this, &FocusKeeper::returnFocus, Qt::QueuedConnection);
 }

@@ -17,8 +17,9 @@ public:
     /// `view` must outlive the keeper.
     explicit FocusKeeper(QQuickItem *view) : m_view(view) {}
 
-    /// Starts to watch the focus in `window`.
-    void begin(QQuickWindow *window);
+    /// Starts to watch the focus in `window`. With `returns`, the focus comes back after the host
+    /// has moved it.
+    void begin(QQuickWindow *window, bool returns);
     /// Stops watching. If the focus is inside the item, it returns to the item that had it before,
     /// or to the one that the host has chosen since.
     void end();
@@ -48,6 +49,7 @@ private:
     bool m_wasInside = false;
     /// How often the focus was moved back since the visitor last moved it.
     int m_returns = 0;
+    bool m_isReturning = true;
     bool m_isReturnScheduled = false;
 };
 

@@ -44,12 +44,16 @@ void ModalOverlay::uncover() {
     setVisible(false);
 }
 
+bool ModalOverlay::isModal() const {
+    return m_window && m_area == m_window->contentItem();
+}
+
 void ModalOverlay::attach(QQuickWindow *window) {
     m_window = window;
     m_absence.watch(window);
-    m_focus.begin(window);
+    m_focus.begin(window, isModal());
     connect(window, &QWindow::windowStateChanged, this, &ModalOverlay::visibilityChanged);
-    if (m_area != window->contentItem())
+    if (!isModal())
         return;
     window->installEventFilter(this);
     m_shield = std::make_unique<AccessibilityShield>(window, this);
@@ -77,6 +81,8 @@ void ModalOverlay::place() {
 // A host may move the area to another window.
 void ModalOverlay::itemChange(ItemChange change, const ItemChangeData &data) {
     QQuickItem::itemChange(change, data);
+    if (change == ItemVisibleHasChanged && data.boolValue)
+        visibilityChanged();
     if (change != ItemSceneChange || data.window == m_window)
         return;
     detach();

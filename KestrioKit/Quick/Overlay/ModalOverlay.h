@@ -10,7 +10,7 @@
 
 namespace KestrioKit::Quick {
 
-/// A modal item that covers a whole window, or another item. It follows the size of what it covers,
+/// An item that covers a whole window, or another item. It follows the size of what it covers,
 /// and a short absence of the window. Over a window it keeps all input from the host: mouse, touch,
 /// gestures, wheel, hover, drags, keys, shortcuts and the actions of assistive technology. Tab
 /// moves the focus among the overlay's own controls. Use it on the main thread only.
@@ -37,8 +37,10 @@ protected:
     /// Called when `item` has received the focus: the overlay or one of its descendants.
     virtual void focusMoved(QQuickItem *item) = 0;
 
-    /// Moves the focus into the overlay, to the control that had it last.
-    void restoreFocus() { m_focus.restore(); }
+    /// Returns whether the overlay covers a whole window, and so keeps its input from the host.
+    bool isModal() const;
+    /// Returns whether a control on the overlay has the focus.
+    bool hasFocusInside() const { return m_focus.isInside(); }
 
     bool childMouseEventFilter(QQuickItem *receiver, QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -12,6 +12,10 @@ TextEdit {
     readonly property real maximumOffset: Math.max(contentHeight + 2 * inset - height, 0)
     property real offset: 0
 
+    function openMenu(x: real, y: real) {
+        (menu.createObject(style.layer) as TextMenu).open(x, y);
+    }
+
     height: metrics.textFieldHeight
     clip: true
     leftPadding: inset
@@ -20,6 +24,7 @@ TextEdit {
     textFormat: TextEdit.PlainText
     wrapMode: TextEdit.Wrap
     selectByMouse: true
+    persistentSelection: true
     activeFocusOnTab: true
     horizontalAlignment: style.mirrored ? TextEdit.AlignLeft : undefined
     font: style.bodyFont
@@ -30,6 +35,7 @@ TextEdit {
     Accessible.name: style.texts.placeholder
     Accessible.multiLine: true
     Accessible.focusable: true
+    Keys.onMenuPressed: openMenu(cursorRectangle.x, cursorRectangle.y + cursorRectangle.height)
     onCursorRectangleChanged: offset = Math.max(0, Math.min(offset + Math.max(cursorRectangle.y + cursorRectangle.height + inset - height, 0) - Math.max(inset - cursorRectangle.y, 0), maximumOffset))
 
     cursorDelegate: Item {
@@ -84,5 +90,21 @@ TextEdit {
 
     WheelHandler {
         onWheel: event => field.offset = Math.max(0, Math.min(field.offset - event.angleDelta.y / 120 * 3 * field.metrics.scrollLine, field.maximumOffset))
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.RightButton
+        cursorShape: Qt.IBeamCursor
+        onPressed: mouse => field.openMenu(mouse.x, mouse.y)
+    }
+
+    Component {
+        id: menu
+
+        TextMenu {
+            style: field.style
+            target: field
+        }
     }
 }

@@ -2,6 +2,7 @@
 
 #include "KestrioKit/Core/Session/Animation.h"
 #include "KestrioKit/Core/Session/SizeClasses.h"
+#include "KestrioKit/Quick/Controls/ButtonItem.h"
 #include "KestrioKit/Quick/Survey/ScreenEngine.h"
 
 #include <QGuiApplication>
@@ -15,12 +16,13 @@ using namespace Qt::StringLiterals;
 
 SurveyViewController::SurveyViewController(std::unique_ptr<SurveySession> session,
                                            const Clock &clock)
-    : m_style(*session, clock),
+    : m_style(*session, clock, this),
       m_flow(std::move(session), [this] { return isVisible() && m_style.isAnimated(); }),
       m_backgroundView(create(u"BackgroundView"_s)),
       m_surveyView(create(u"SurveyView"_s)) {
     connect(m_surveyView, &QQuickItem::implicitHeightChanged, this, &SurveyViewController::layOut);
     connect(&m_flow, &SurveyFlow::moved, this, &SurveyViewController::layOut);
+    connect(&m_flow, &SurveyFlow::currentPageChanged, this, &SurveyViewController::noteFocus);
     connect(&m_flow, &SurveyFlow::questionPresented, this,
             &SurveyViewController::visibilityChanged);
     connect(&m_flow, &SurveyFlow::pageBegun, this, &SurveyViewController::beginPage);
@@ -46,6 +48,8 @@ QQuickItem *SurveyViewController::create(const QString &screen) {
 
 void SurveyViewController::present(QQuickItem *area) {
     cover(area);
+    // Beside the card in an item of the host's, the host stays usable.
+    m_backgroundView->setVisible(isModal());
     m_flow.begin();
 }
 
@@ -86,14 +90,24 @@ void SurveyViewController::visibilityChanged() {
 
 // Pages
 
+// A visitor who answers with the keyboard sees the focus on the next page, too.
+void SurveyViewController::noteFocus() {
+    const auto *const control = qobject_cast<const ButtonItem *>(window()->activeFocusItem());
+    m_focusReason =
+        control && control->isFocusVisible() ? Qt::TabFocusReason : Qt::OtherFocusReason;
+}
+
 void SurveyViewController::beginPage() {
     auto *const page = m_surveyView->property("page").value<QQuickItem *>();
     auto *const control = m_surveyView->property("firstControl").value<QQuickItem *>();
     QAccessibleEvent announcement(page, QAccessible::Alert);
     QAccessible::updateAccessibility(&announcement);
+    // In an item of the host's, the visitor may be busy elsewhere.
+    if (!isModal() && !hasFocusInside())
+        return;
     m_isBeginningPage = true;
     // Not every screen reader receives the announcement, but each reads the focused control.
-    (control ? control : page)->forceActiveFocus(Qt::OtherFocusReason);
+    (control ? control : page)->forceActiveFocus(m_focusReason);
     m_isBeginningPage = false;
 }
 

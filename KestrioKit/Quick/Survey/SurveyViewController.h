@@ -35,6 +35,7 @@ protected:
 
 private:
     QQuickItem *create(const QString &screen);
+    void noteFocus();
     void beginPage();
     void keyboardChanged();
     void reveal(const QQuickItem &item);
@@ -48,6 +49,8 @@ private:
     SurveyFlow m_flow;
     QQuickItem *m_backgroundView;
     QQuickItem *m_surveyView;
+    /// Decides whether the first control of the next page draws its focus ring.
+    Qt::FocusReason m_focusReason = Qt::OtherFocusReason;
     /// Whether `beginPage()` is moving the focus, which must not scroll the page.
     bool m_isBeginningPage = false;
 };
