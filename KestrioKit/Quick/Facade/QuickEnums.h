@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KestrioKit/SurveyAppearance.h"
+#include "KestrioKit/SurveyQuestion.h"
 #include "KestrioKit/SurveyState.h"
 
 #include <QObject>
@@ -35,5 +36,22 @@ enum Value {
 };
 Q_ENUM_NS(Value)
 } // namespace QuickSurveyAppearance
+
+/// See `::SurveyQuestion::Type`. The value type `surveyQuestion` cannot hold these, because QML
+/// finds enumerations by names with capitals.
+namespace QuickQuestionType {
+Q_NAMESPACE
+QML_NAMED_ELEMENT(SurveyQuestion)
+
+enum Value {
+    Other = int(SurveyQuestion::Type::Other),
+    Open = int(SurveyQuestion::Type::Open),
+    Likert = int(SurveyQuestion::Type::Likert),
+    MultipleChoice = int(SurveyQuestion::Type::MultipleChoice),
+    MultiSelect = int(SurveyQuestion::Type::MultiSelect),
+    Nps = int(SurveyQuestion::Type::Nps),
+};
+Q_ENUM_NS(Value)
+} // namespace QuickQuestionType
 
 } // namespace KestrioKit

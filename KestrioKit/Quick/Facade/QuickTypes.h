@@ -23,13 +23,6 @@ struct QuickSurveyQuestion {
     QML_VALUE_TYPE(surveyQuestion)
 };
 
-/// The types of questions, because names with small initials have no enumerations.
-namespace QuickSurveyQuestionTypes {
-Q_NAMESPACE
-QML_FOREIGN_NAMESPACE(SurveyQuestion)
-QML_NAMED_ELEMENT(SurveyQuestion)
-} // namespace QuickSurveyQuestionTypes
-
 struct QuickSurveyQuestions {
     Q_GADGET
     QML_FOREIGN(QList<SurveyQuestion>)
