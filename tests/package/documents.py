@@ -1,14 +1,15 @@
 #!/usr/bin/env python3
-"""documents.py FOLDER DOCUMENT...: writes each block of C++ in the documents to a file of its own.
+"""documents.py FOLDER DOCUMENT...: writes each block of C++ or QML in the documents to a file of its own.
 
-A block of statements becomes a function with a `window`; a block of whole functions stays as it is.
+A block of C++ statements becomes a function with a `window`; a block of whole functions stays as it is.
+QML stays as it is.
 """
 
 import pathlib
 import re
 import sys
 
-BLOCK = re.compile(r"^```cpp\n(.*?)^```", re.DOTALL | re.MULTILINE)
+BLOCK = re.compile(r"^```(cpp|qml)\n(.*?)^```", re.DOTALL | re.MULTILINE)
 INCLUDE = re.compile(r"^#include .*\n", re.MULTILINE)
 DEFINITION = re.compile(r"^(class|struct|Q_LOGGING_CATEGORY|[\w:<>&* ]+ [&*]*\w+\(.*\) \{$)", re.MULTILINE)
 PREAMBLE = "#include <KestrioKit/Kestrio.h>\n#include <QWidget>\n"
@@ -27,7 +28,9 @@ def main(folder, documents):
     for document in map(pathlib.Path, documents):
         for number, match in enumerate(BLOCK.finditer(document.read_text(encoding="utf-8")), 1):
             name = str(document.with_suffix("")).replace("/", "-")
-            (pathlib.Path(folder) / f"{name}-{number}.cpp").write_text(source(match[1]), encoding="utf-8")
+            language, block = match.groups()
+            text = source(block) if language == "cpp" else block
+            (pathlib.Path(folder) / f"{name}-{number}.{language}").write_text(text, encoding="utf-8")
 
 
 main(sys.argv[1], sys.argv[2:])

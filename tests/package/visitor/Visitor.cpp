@@ -55,8 +55,9 @@ private:
     // The buttons of Qt Quick Controls do nothing when assistive technology presses them.
     static void press(QAccessibleInterface &item) {
         QObject &button = *item.object();
-        if (button.metaObject()->indexOfMethod("click()") < 0 &&
-            button.inherits("QQuickAbstractButton"))
+        if (button.isWidgetType())
+            QMetaObject::invokeMethod(&button, "click");
+        else if (button.inherits("QQuickAbstractButton"))
             QMetaObject::invokeMethod(&button, "clicked");
         else
             item.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
