@@ -1,10 +1,6 @@
 #include "tests/Widgets/SurveyScreenTest.h"
 
-#include "KestrioKit/Core/Platform/Storage.h"
-
 #include <QApplication>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QTimer>
 #include <QWindow>
 
@@ -16,21 +12,10 @@ namespace {
 
 constexpr QSize windowSize(390, 700);
 
-QString compact(const QJsonValue &value) {
-    return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact))
-        .chopped(1)
-        .sliced(1);
-}
-
 } // namespace
 
 SurveyScreenTest::SurveyScreenTest() {
     QApplication::setStyle(new StillStyle);
-    Storage::setUp();
-    answer("POST /1/environments/env/visitors", {200, R"({"vid":1,"token":"t1"})"});
-    core = KestrioCore::make(context());
-    core->configure(u"env"_s);
-    finish();
     field.setGeometry(0, 0, 100, 30);
     button.setGeometry(0, windowSize.height() - 100, windowSize.width(), 100);
     window.resize(windowSize);
@@ -43,14 +28,7 @@ SurveyScreenTest::SurveyScreenTest() {
 
 void SurveyScreenTest::TearDown() {
     delete survey();
-    OnlineFixture::TearDown();
-}
-
-void SurveyScreenTest::hold(const QByteArray &questions, const QByteArray &locale) {
-    answer("POST /events", {200, R"({"vid":1,"surveyId":7,"responseGroupUid":"g","locale":")" +
-                                     locale + R"(","questions":)" + questions + "}"});
-    core->track(u"Event"_s, [](SurveyState) {});
-    finish();
+    SurveyFixture::TearDown();
 }
 
 void SurveyScreenTest::present(const QByteArray &questions, const QByteArray &locale,
@@ -110,30 +88,6 @@ void SurveyScreenTest::letTheWaitPass() {
         }
     }
     FAIL();
-}
-
-QStringList SurveyScreenTest::history() {
-    finish();
-    QStringList history;
-    for (const QJsonObject &body : bodies("POST /1/visitors/1/surveys/7/history")) {
-        const QJsonValue question = body["qid"_L1];
-        history.append(body["action"_L1].toString() +
-                       (question.isUndefined() ? QString() : u' ' + compact(question)));
-    }
-    history.sort();
-    return history;
-}
-
-QList<QStringList> SurveyScreenTest::responses() {
-    finish();
-    QList<QStringList> responses;
-    for (const QJsonObject &body : bodies("POST /2/environments/env/visitors/1/responses/submit")) {
-        QStringList answers;
-        for (const QJsonValue answer : body["responses"_L1].toArray())
-            answers.append(compact(answer["questionId"_L1]) + u'=' + compact(answer["value"_L1]));
-        responses.append(answers);
-    }
-    return responses;
 }
 
 } // namespace KestrioKit

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "KestrioKit/Core/Facade/KestrioCore.h"
 #include "KestrioKit/Widgets/Survey/SurveyViewController.h"
-#include "tests/support/OnlineFixture.h"
+#include "tests/support/SurveyFixture.h"
 #include "tests/Widgets/StillStyle.h"
 
 #include <QLineEdit>
@@ -29,15 +28,13 @@ struct EventCounter final : QObject {
 
 /// A host's window with a field and a button, and surveys over it that the service sends and is
 /// told about. Nothing moves: each state is there at once, but for `finishDelay`.
-class SurveyScreenTest : public OnlineFixture {
+class SurveyScreenTest : public SurveyFixture {
 protected:
     SurveyScreenTest();
     /// Lets the survey that is still up end, and what it submits go out.
     void TearDown() override;
 
-    /// Has the service answer an event with a survey of these questions.
-    void hold(const QByteArray &questions, const QByteArray &locale = "en");
-    /// The same, and presents it; over `window`, if there is no other host.
+    /// Presents a survey of these questions; over `window`, if there is no other host.
     void present(const QByteArray &questions, const QByteArray &locale = "en",
                  QWidget *host = nullptr);
     /// The survey on screen; null when none is.
@@ -62,18 +59,11 @@ protected:
     /// Lets the two seconds pass for which a survey waits for its hidden window.
     void letTheWaitPass();
 
-    /// What the service was told: "seen", "seen 11", "closed 12". Sorted, since two that are sent
-    /// at once may overtake one another.
-    QStringList history();
-    /// The responses, each a list of answers as "11=9".
-    QList<QStringList> responses();
-
     QWidget window;
     QLineEdit field{&window};
     QPushButton button{&window};
     const QSignalSpy presses{&button, &QPushButton::clicked};
     const std::unique_ptr<QPointingDevice> finger{QTest::createTouchDevice()};
-    std::shared_ptr<KestrioCore> core;
 };
 
 } // namespace KestrioKit

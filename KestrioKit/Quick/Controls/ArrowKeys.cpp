@@ -40,9 +40,10 @@ void ArrowKeys::makeTabStop(const QObject *button) {
         known->setActiveFocusOnTab(known == button);
 }
 
-QQuickItem *ArrowKeys::first() const {
+void ArrowKeys::focusFirst() const {
     const auto enabled = std::ranges::find_if(m_buttons, &QQuickItem::isEnabled);
-    return enabled == m_buttons.end() ? nullptr : *enabled;
+    if (enabled != m_buttons.end())
+        (*enabled)->forceActiveFocus(Qt::PopupFocusReason);
 }
 
 bool ArrowKeys::eventFilter(QObject *watched, QEvent *event) {

@@ -19,8 +19,10 @@ public:
     QQuickItem *container() const { return m_container; }
     void setContainer(QQuickItem *container);
 
-    /// Returns the first enabled button, or null if there is none.
-    QQuickItem *first() const;
+    /// Returns the first button, or null if there is none.
+    QQuickItem *first() const { return m_buttons.value(0); }
+    /// Moves the focus to the first button that is enabled.
+    Q_INVOKABLE void focusFirst() const;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -14,7 +14,7 @@ Item {
         const position = target.mapToItem(parent, x, y);
         panel.x = Math.max(0, Math.min(position.x, width - panel.width));
         panel.y = Math.max(0, Math.min(position.y, height - panel.height));
-        keys.first.forceActiveFocus(Qt.PopupFocusReason);
+        keys.focusFirst();
     }
 
     function close() {
