@@ -1,8 +1,8 @@
 #include "tests/Widgets/SurveyScreenTest.h"
 
+#include "KestrioKit/Core/Session/Animation.h"
 #include "KestrioKit/Widgets/Controls/PageControl.h"
 #include "KestrioKit/Widgets/Controls/ScrollView.h"
-#include "KestrioKit/Core/Session/Animation.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 #include "KestrioKit/Widgets/Overlay/BackgroundView.h"
 #include "KestrioKit/Widgets/Survey/QuestionView.h"

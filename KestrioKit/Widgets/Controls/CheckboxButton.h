@@ -1,7 +1,7 @@
 #pragma once
 
-#include "KestrioKit/Widgets/Controls/TitledButton.h"
 #include "KestrioKit/Core/Session/Animation.h"
+#include "KestrioKit/Widgets/Controls/TitledButton.h"
 #include "KestrioKit/Widgets/Drawing/DrawnImage.h"
 
 namespace KestrioKit {

@@ -17,8 +17,8 @@ bool wantsLessMotion() {
 
 Animation *animate(QWidget *view, const AnimationTiming &timing, Animation::Apply apply,
                    std::function<void()> finished) {
-    return Animation::start(view, view->isVisible() && !wantsLessMotion(), timing,
-                            std::move(apply), std::move(finished));
+    return Animation::start(view, view->isVisible() && !wantsLessMotion(), timing, std::move(apply),
+                            std::move(finished));
 }
 
 } // namespace KestrioKit

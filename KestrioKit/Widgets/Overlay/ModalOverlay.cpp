@@ -265,12 +265,11 @@ void ModalOverlay::thaw() {
         setAttribute(Qt::WA_OpaquePaintEvent, false);
     }
     // The host has to repaint completely. Strips spread the cost over several frames.
-    animate(this, AnimationTiming::easing(thawDuration),
-                     [this, top = 0](qreal way) mutable {
-                         const int bottom = qRound(height() * way);
-                         update(0, top, width(), bottom - top);
-                         top = bottom;
-                     });
+    animate(this, AnimationTiming::easing(thawDuration), [this, top = 0](qreal way) mutable {
+        const int bottom = qRound(height() * way);
+        update(0, top, width(), bottom - top);
+        top = bottom;
+    });
 }
 
 void ModalOverlay::followShape() {
