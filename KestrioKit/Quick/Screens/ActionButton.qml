@@ -1,5 +1,4 @@
 import QtQuick
-import KestrioKit
 
 // The button that sends an answer.
 TitledButton {

@@ -47,7 +47,7 @@ TitledButton {
                 shape: KestrioPictogram.CheckedBox
                 opacity: button.checked ? 1 : 0
 
-                Behavior on opacity {
+                Behavior on opacity  {
                     enabled: button.style.animated
 
                     NumberAnimation {

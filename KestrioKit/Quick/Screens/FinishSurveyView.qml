@@ -8,7 +8,6 @@ KestrioPage {
     required property KestrioStyle style
     required property KestrioFlow flow
     readonly property kestrioMetrics metrics: style.metrics
-    readonly property Item firstControl: null
 
     implicitHeight: label.y + label.height + metrics.tinyPadding
     title: style.texts.thanks

@@ -1,5 +1,4 @@
 import QtQuick
-import KestrioKit
 
 // An entry of the context menu. The one with the focus is marked; so is the one under the pointer.
 TitledButton {

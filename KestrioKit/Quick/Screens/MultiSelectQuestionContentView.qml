@@ -3,16 +3,12 @@ import KestrioKit
 
 // A column of check boxes, and a button that sends the checked ones. Options without an id are never
 // part of the answer.
-Item {
+QuestionContentContainer {
     id: view
 
-    required property KestrioStyle style
-    required property var question
-    readonly property Item firstControl: keys.first ? keys.first : submitButton
     property var chosen: ({})
 
-    signal answered(var value)
-
+    firstControl: keys.first ? keys.first : submitButton
     function choose(id, isChosen) {
         if (isChosen && id !== null)
             chosen[id] = true;
@@ -30,6 +26,7 @@ Item {
         anchors.left: parent.left
         spacing: view.style.metrics.tinyPadding
 
+        // qmllint disable unqualified
         Repeater {
             model: view.question.options.length
 

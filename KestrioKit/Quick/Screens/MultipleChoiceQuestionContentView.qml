@@ -2,15 +2,10 @@ import QtQuick
 import KestrioKit
 
 // A column of options, one of which is the answer. An option without an id does nothing.
-Item {
+QuestionContentContainer {
     id: view
 
-    required property KestrioStyle style
-    required property var question
-    readonly property Item firstControl: keys.first
-
-    signal answered(var value)
-
+    firstControl: keys.first
     implicitHeight: column.height
 
     Column {
@@ -19,6 +14,7 @@ Item {
         width: parent.width
         spacing: view.style.metrics.tinyPadding
 
+        // qmllint disable unqualified
         Repeater {
             model: view.question.options.length
 
@@ -36,8 +32,8 @@ Item {
                 width: column.width
                 onClicked: if (option.id !== null)
                     view.answered({
-                    [option.id]: option.value
-                })
+                            [option.id]: option.value
+                        })
             }
         }
     }

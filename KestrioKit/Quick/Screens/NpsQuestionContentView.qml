@@ -1,4 +1,5 @@
 // Answers a question on a scale with eleven values.
+
 ScaleQuestionContentView {
     id: view
 

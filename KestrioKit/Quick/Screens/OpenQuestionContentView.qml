@@ -1,16 +1,10 @@
 import QtQuick
-import KestrioKit
 
 // A text field, and a button that sends its text.
-Item {
+QuestionContentContainer {
     id: view
 
-    required property KestrioStyle style
-    required property var question
-    readonly property Item firstControl: field
-
-    signal answered(var value)
-
+    firstControl: field
     implicitHeight: button.y + button.height
 
     TextView {

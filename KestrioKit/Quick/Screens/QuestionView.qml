@@ -7,18 +7,19 @@ KestrioPage {
 
     required property KestrioStyle style
     required property var question
-    readonly property Item firstControl: content.item ? content.item.firstControl : null
+    readonly property QuestionContentContainer controls: content.item as QuestionContentContainer
 
     signal answered(var value)
 
-    implicitHeight: titleLabel.height + (content.item ? style.metrics.regularPadding + content.height : 0)
+    implicitHeight: titleLabel.height + (controls ? style.metrics.regularPadding + content.height : 0)
+    firstControl: controls ? controls.firstControl : null
     title: question.text
     // Qt tells assistive technology of a focus only if the item has a role.
     Accessible.role: Accessible.Grouping
     Component.onCompleted: content.setSource(style.contentView(question.type), {
-        "style": style,
-        "question": question
-    })
+            "style": style,
+            "question": question
+        })
 
     Label {
         id: titleLabel
@@ -41,7 +42,7 @@ KestrioPage {
     }
 
     Connections {
-        target: content.item
+        target: page.controls
 
         function onAnswered(value) {
             page.answered(value);

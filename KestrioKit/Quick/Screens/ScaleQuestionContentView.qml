@@ -1,16 +1,10 @@
 import QtQuick
-import KestrioKit
 
 // The base of the scales: a button for each number, and a label at each end.
-Item {
+QuestionContentContainer {
     id: view
 
-    required property KestrioStyle style
-    required property var question
-    readonly property Item firstControl: row.firstControl
-
-    signal answered(var value)
-
+    firstControl: row.firstControl
     implicitHeight: labels.y + labels.height
 
     ScaleRow {

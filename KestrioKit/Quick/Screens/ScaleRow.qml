@@ -24,6 +24,7 @@ Rectangle {
     border.width: metrics.borderWidth
     border.color: style.palette.controlBorder
 
+    // qmllint disable unqualified
     Repeater {
         model: row.count
 

@@ -8,8 +8,7 @@ Rectangle {
     required property KestrioStyle style
     required property KestrioFlow flow
     readonly property kestrioMetrics metrics: style.metrics
-    readonly property Item page: page.item
-    readonly property Item firstControl: page.item ? page.item.firstControl : null
+    readonly property KestrioPage page: page.item as KestrioPage
     readonly property Flickable scrollArea: scrollView
     // Where the visible part of the page ends.
     readonly property real pageBottom: scrollView.y + Math.min(scrollView.height, scrollView.contentHeight - scrollView.contentY)
@@ -82,6 +81,7 @@ Rectangle {
         onClicked: card.flow.close()
     }
 
+    // qmllint disable unqualified
     Component {
         id: question
 

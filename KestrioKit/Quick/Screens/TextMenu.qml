@@ -52,6 +52,7 @@ Item {
             x: panel.border.width
             y: panel.border.width
 
+            // qmllint disable unqualified
             Repeater {
                 model: menu.titles.length
 

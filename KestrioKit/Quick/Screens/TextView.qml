@@ -38,6 +38,7 @@ TextEdit {
     Keys.onMenuPressed: openMenu(cursorRectangle.x, cursorRectangle.y + cursorRectangle.height)
     onCursorRectangleChanged: offset = Math.max(0, Math.min(offset + Math.max(cursorRectangle.y + cursorRectangle.height + inset - height, 0) - Math.max(inset - cursorRectangle.y, 0), maximumOffset))
 
+    // qmllint disable unqualified
     cursorDelegate: Item {
         id: caret
 

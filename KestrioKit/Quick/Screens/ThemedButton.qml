@@ -1,5 +1,4 @@
 import QtQuick
-import KestrioKit
 
 // A button for one answer that excludes the others.
 TitledButton {

@@ -3,6 +3,7 @@
 #include "KestrioKit/Core/Session/Animation.h"
 #include "KestrioKit/Core/Session/SizeClasses.h"
 #include "KestrioKit/Quick/Controls/ButtonItem.h"
+#include "KestrioKit/Quick/Controls/PageItem.h"
 #include "KestrioKit/Quick/Survey/ScreenEngine.h"
 
 #include <QGuiApplication>
@@ -98,8 +99,8 @@ void SurveyViewController::noteFocus() {
 }
 
 void SurveyViewController::beginPage() {
-    auto *const page = m_surveyView->property("page").value<QQuickItem *>();
-    auto *const control = m_surveyView->property("firstControl").value<QQuickItem *>();
+    auto *const page = m_surveyView->property("page").value<PageItem *>();
+    QQuickItem *const control = page->firstControl();
     QAccessibleEvent announcement(page, QAccessible::Alert);
     QAccessible::updateAccessibility(&announcement);
     // In an item of the host's, the visitor may be busy elsewhere.
