@@ -3,17 +3,18 @@
 #include "KestrioKit/Core/Session/PageDots.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 
+#include <array>
+#include <span>
+
 namespace KestrioKit {
 
 namespace {
 
-/// The check box's distance from the edge of its square.
-constexpr int checkBoxInset = 1;
-
-void drawStrokes(QPainter &painter, std::initializer_list<QPointF> points, qreal width,
+/// Draws straight lines of `width` from each point to the next.
+void drawStrokes(QPainter &painter, std::span<const QPointF> points, qreal width,
                  const QColor &color) {
     painter.setPen(QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
-    painter.drawPolyline(std::data(points), int(points.size()));
+    painter.drawPolyline(points.data(), int(points.size()));
 }
 
 QRectF square(int size, int inset) {
@@ -23,8 +24,12 @@ QRectF square(int size, int inset) {
 } // namespace
 
 void drawCross(QPainter &painter, const SurveyPalette &palette) {
-    drawStrokes(painter, {{8, 8}, {18, 18}}, screenMetrics.closeButtonLineWidth, palette.symbol);
-    drawStrokes(painter, {{18, 8}, {8, 18}}, screenMetrics.closeButtonLineWidth, palette.symbol);
+    constexpr qreal start = screenMetrics.crossInset;
+    constexpr qreal end = screenMetrics.closeButtonSize - start;
+    constexpr std::array falling{QPointF(start, start), QPointF(end, end)};
+    constexpr std::array rising{QPointF(end, start), QPointF(start, end)};
+    drawStrokes(painter, falling, screenMetrics.closeButtonLineWidth, palette.symbol);
+    drawStrokes(painter, rising, screenMetrics.closeButtonLineWidth, palette.symbol);
 }
 
 void drawCheckBox(QPainter &painter, const SurveyPalette &palette, bool isChecked) {
@@ -32,16 +37,17 @@ void drawCheckBox(QPainter &painter, const SurveyPalette &palette, bool isChecke
                                                 : screenMetrics.checkBoxLineWidth;
     painter.setPen(QPen(isChecked ? palette.accent : palette.controlBorder, lineWidth));
     painter.setBrush(isChecked ? palette.accent : palette.card);
-    painter.drawRoundedRect(square(screenMetrics.checkBoxDrawingSize, checkBoxInset),
-                            screenMetrics.smallRadius, screenMetrics.smallRadius);
+    painter.drawRoundedRect(
+        square(screenMetrics.checkBoxDrawingSize, screenMetrics.checkBoxDrawingInset),
+        screenMetrics.smallRadius, screenMetrics.smallRadius);
     if (isChecked)
-        drawStrokes(painter, {{5, 10}, {9, 14}, {15, 7}}, lineWidth, palette.textOnAccent);
+        drawStrokes(painter, screenMetrics.checkMark, lineWidth, palette.textOnAccent);
 }
 
 void drawThanks(QPainter &painter, const SurveyPalette &palette) {
     painter.setPen(QPen(palette.accent, screenMetrics.thanksLineWidth));
     painter.drawEllipse(square(screenMetrics.thanksCircleSize, screenMetrics.thanksLineWidth));
-    drawStrokes(painter, {{25, 50}, {45, 70}, {75, 35}}, screenMetrics.thanksLineWidth,
+    drawStrokes(painter, screenMetrics.thanksCheckMark, screenMetrics.thanksLineWidth,
                 palette.accent);
 }
 

@@ -5,8 +5,6 @@
 
 #include <QPainter>
 
-#include <initializer_list>
-
 namespace KestrioKit {
 
 /// Draw the small pictures on the card, from the origin in the painter's coordinates. The painter

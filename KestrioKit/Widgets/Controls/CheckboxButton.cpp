@@ -1,6 +1,7 @@
 #include "KestrioKit/Widgets/Controls/CheckboxButton.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/Pictograms.h"
 #include "KestrioKit/Core/Session/ScreenIdentifiers.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Drawing/Animate.h"
@@ -28,17 +29,7 @@ constexpr QMargins titleInsets = insets + QMargins(imageSize.width() + spacing, 
 
 DrawnImage::Draw drawingOf(const SurveyColors &colors, bool isChecked) {
     return [&colors, isChecked](QPainter &painter) {
-        const QColor border = isChecked ? colors->accent : colors->controlBorder;
-        const qreal lineWidth = colors->keepsContrast ? screenMetrics.contrastCheckBoxLineWidth
-                                                      : screenMetrics.checkBoxLineWidth;
-        painter.setPen(QPen(border, lineWidth));
-        painter.setBrush(isChecked ? colors->accent : colors->card);
-        constexpr int inset = screenMetrics.checkBoxDrawingInset;
-        painter.drawRoundedRect(
-            QRectF(QPoint(), Constant::checkboxSize).adjusted(inset, inset, -inset, -inset),
-            KestrioUI::CornerRadius::r3, KestrioUI::CornerRadius::r3);
-        if (isChecked)
-            drawStrokes(painter, screenMetrics.checkMark, lineWidth, colors->textOnAccent);
+        drawCheckBox(painter, colors.palette(), isChecked);
     };
 }
 

@@ -1,13 +1,12 @@
 #include "KestrioKit/Widgets/Controls/CloseButton.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/Pictograms.h"
 #include "KestrioKit/Core/Session/ScreenIdentifiers.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 
 #include <QPainter>
-
-#include <array>
 
 namespace KestrioKit {
 
@@ -18,20 +17,11 @@ constexpr QSize size(screenMetrics.closeButtonSize, screenMetrics.closeButtonSiz
 constexpr qreal cornerRadius = screenMetrics.closeButtonSize / 2.0;
 } // namespace Constant
 
-void drawCross(QPainter &painter, const QColor &color) {
-    constexpr qreal start = screenMetrics.crossInset;
-    constexpr qreal end = screenMetrics.closeButtonSize - start;
-    constexpr std::array falling{QPointF(start, start), QPointF(end, end)};
-    constexpr std::array rising{QPointF(end, start), QPointF(start, end)};
-    drawStrokes(painter, falling, screenMetrics.closeButtonLineWidth, color);
-    drawStrokes(painter, rising, screenMetrics.closeButtonLineWidth, color);
-}
-
 } // namespace
 
 CloseButton::CloseButton(const QString &title, const SurveyColors &colors)
     : Button(title), m_colors(colors), m_image(Constant::size, [&colors](QPainter &painter) {
-          drawCross(painter, colors->symbol);
+          drawCross(painter, colors.palette());
       }) {
     connect(&colors, &SurveyColors::changed, this, [this] { m_image.redraw(); });
     setObjectName(screenIdentifiers.closeButton());

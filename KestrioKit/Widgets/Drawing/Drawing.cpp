@@ -33,13 +33,6 @@ void drawRoundedBorder(QPainter &painter, const QRectF &rect, qreal radius, qrea
                             radius - inset, radius - inset);
 }
 
-void drawStrokes(QPainter &painter, std::span<const QPointF> points, qreal width,
-                 const QColor &color) {
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
-    painter.drawPolyline(points.data(), int(points.size()));
-}
-
 void drawFocusRing(QPainter &painter, const QRectF &rect, qreal radius, const QColor &color) {
     constexpr qreal inset = screenMetrics.focusRingInset;
     drawRoundedBorder(painter, rect.adjusted(inset, inset, -inset, -inset), radius,

@@ -1,10 +1,7 @@
 #pragma once
 
 #include <QColor>
-#include <QPointF>
 #include <QRectF>
-
-#include <span>
 
 class QPainter;
 
@@ -21,10 +18,6 @@ QRectF sharpRect(const QPainter &painter, const QRectF &rect);
 /// device-independent pixels.
 void drawRoundedBorder(QPainter &painter, const QRectF &rect, qreal radius, qreal width,
                        const QColor &color);
-
-/// Draws straight lines of `width` from each point to the next.
-void drawStrokes(QPainter &painter, std::span<const QPointF> points, qreal width,
-                 const QColor &color);
 
 /// Draws the ring that marks the focused control, a little inside `rect`.
 void drawFocusRing(QPainter &painter, const QRectF &rect, qreal radius, const QColor &color);

@@ -1,16 +1,15 @@
 #include "KestrioKit/Widgets/Survey/FinishSurveyView.h"
 
 #include "KestrioKit/Core/Session/KestrioUI.h"
+#include "KestrioKit/Core/Session/Pictograms.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/ImageView.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
 #include "KestrioKit/Widgets/Drawing/Animate.h"
-#include "KestrioKit/Widgets/Drawing/Drawing.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 
 #include <QBoxLayout>
-#include <QPainter>
 
 #include <algorithm>
 
@@ -22,17 +21,11 @@ namespace {
 
 namespace Constant {
 constexpr QSize circleSize(screenMetrics.thanksCircleSize, screenMetrics.thanksCircleSize);
-constexpr int lineWidth = screenMetrics.thanksLineWidth;
 } // namespace Constant
 
 DrawnImage checkmarkInCircle(const SurveyColors &colors) {
     return {Constant::circleSize, [&colors](QPainter &painter) {
-                painter.setPen(QPen(colors->accent, Constant::lineWidth));
-                constexpr int inset = Constant::lineWidth;
-                painter.drawEllipse(
-                    QRect(QPoint(), Constant::circleSize).adjusted(inset, inset, -inset, -inset));
-                drawStrokes(painter, screenMetrics.thanksCheckMark, Constant::lineWidth,
-                            colors->accent);
+                drawThanks(painter, colors.palette());
             }};
 }
 
