@@ -20,13 +20,7 @@ public:
     }
 
     void show(std::unique_ptr<SurveySession> session, QObject &host, const Clock &clock) override {
-        SurveySession &shown = *session;
         auto *const controller = new SurveyViewController(std::move(session), clock);
-        // The library may end the session itself, and the card must then go. The connection is
-        // queued because the controller also ends the session in the middle of its own dismissal.
-        QObject::connect(
-            &shown, &SurveySession::ended, controller, [controller] { controller->dismiss(true); },
-            Qt::QueuedConnection);
         controller->present(&static_cast<QWidget &>(host));
     }
 };

@@ -1,4 +1,5 @@
 #include "KestrioKit/Core/Session/Contrast.h"
+#include "KestrioKit/Core/Session/SurveyFlow.h"
 #include "KestrioKit/Core/Session/SurveyPalettes.h"
 #include "KestrioKit/Core/Session/SurveySessionPrivate.h"
 #include "KestrioKit/Widgets/Controls/ActionButton.h"
@@ -80,11 +81,13 @@ protected:
 
     void begin(SurveyAppearance appearance, const QColor &accent) {
         card.reset();
-        session.reset();
-        session = SurveySessionPrivate::make(
-            surveyOfEachType(),
-            {.clock = Clock::system(), .themeColor = accent, .appearance = appearance});
-        card = std::make_unique<SurveyView>(*session, Clock::system());
+        flow.reset();
+        flow = std::make_unique<SurveyFlow>(
+            SurveySessionPrivate::make(
+                surveyOfEachType(),
+                {.clock = Clock::system(), .themeColor = accent, .appearance = appearance}),
+            [] { return false; });
+        card = std::make_unique<SurveyView>(*flow, Clock::system());
         card->setParent(&window);
         QObject::connect(card.get(), &SurveyView::heightChanged, card.get(), [this] { place(); });
         place();
@@ -93,6 +96,7 @@ protected:
         window.activateWindow();
         EXPECT_TRUE(
             QTest::qWaitForWindowActive(&window, int(std::chrono::milliseconds(patience).count())));
+        flow->begin();
     }
     void place() { card->setGeometry(0, 0, cardWidth, card->heightForWidth(cardWidth)); }
 
@@ -222,12 +226,12 @@ protected:
     }
     void answerPage() {
         const QVariant answers[] = {3, QVariantMap{{u"1"_s, u"m"_s}}, QVariantMap{}, 3, QString()};
-        session->answer(answers[session->currentIndex()]);
+        flow->answer(answers[flow->currentPage()]);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
     QWidget window;
-    std::unique_ptr<SurveySession> session;
+    std::unique_ptr<SurveyFlow> flow;
     std::unique_ptr<SurveyView> card;
     double leastText = 21;
     double leastSymbol = 21;

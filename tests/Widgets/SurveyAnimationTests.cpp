@@ -142,4 +142,32 @@ TEST_F(SurveyAnimation, APageIsAnsweredOnceItIsSeen) {
     EXPECT_EQ(responses(), QList<QStringList>({{u"11=3"_s, u"11=4"_s, u"12=5"_s}}));
 }
 
+TEST_F(SurveyAnimation, APageFadesInAndOutAtTheSameTime) {
+    present(twoScales);
+    for (const auto step : {200ms, 400ms})
+        pass(step);
+    click(u"Option 3"_s);
+    for (const auto step : {200ms, 200ms, 100ms})
+        pass(step);
+    const qreal halfway = ViewEffect::alpha(view<ScrollView>());
+    EXPECT_LT(halfway, 0.9);
+    click(u"Option 5"_s);
+    pass(50ms);
+    EXPECT_GT(ViewEffect::alpha(view<ScrollView>()), halfway);
+    // The first page may not be deleted yet.
+    const qreal page = ViewEffect::alpha(survey()->findChildren<QuestionView *>().last());
+    EXPECT_GT(page, 0.7);
+    EXPECT_LT(page, 1);
+}
+
+TEST_F(SurveyAnimation, IsNotAnsweredIfItEndsWhileItEnters) {
+    present(twoScales);
+    pass(200ms);
+    pass(300ms);
+    survey()->dismiss(true);
+    for (; survey(); pass(50ms))
+        EXPECT_FALSE(view<SurveyView>()->isEnabled());
+    EXPECT_FALSE(core->survey());
+}
+
 } // namespace KestrioKit

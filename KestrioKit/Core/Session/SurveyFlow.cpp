@@ -27,17 +27,16 @@ SurveyFlow::~SurveyFlow() {
         m_session->close();
 }
 
-void SurveyFlow::move(const AnimationTiming &timing, const Apply &apply,
-                      std::function<void()> finished) {
-    const auto step = [this, apply](qreal way) {
-        apply(way);
-        Q_EMIT moved();
+Animation *SurveyFlow::move(qreal &position, qreal end, Changed changed,
+                            const AnimationTiming &timing, std::function<void()> finished) {
+    const auto step = [this, &position, start = position, end, changed](qreal way) {
+        position = start + (end - start) * way;
+        Q_EMIT(this->*changed)();
     };
-    Animation::start(this, m_isAnimated(), timing, step, std::move(finished));
+    return Animation::start(this, m_isAnimated(), timing, step, std::move(finished));
 }
 
-void SurveyFlow::setAnswerable(bool isAnswerable, bool isPageShown) {
-    m_isAnswerable = isAnswerable;
+void SurveyFlow::setPageShown(bool isPageShown) {
     m_isPageShown = isPageShown;
     Q_EMIT answerableChanged();
 }
@@ -45,19 +44,17 @@ void SurveyFlow::setAnswerable(bool isAnswerable, bool isPageShown) {
 // The entry
 
 void SurveyFlow::begin() {
-    move(
-        AnimationTiming::easing(screenMetrics.dissolve), [this](qreal way) { m_dimming = way; },
-        [this] { springIn(); });
+    move(m_dimming, 1, &SurveyFlow::dimmingChanged, AnimationTiming::easing(screenMetrics.dissolve),
+         [this] { springIn(); });
 }
 
 void SurveyFlow::springIn() {
-    move(
-        AnimationTiming::entry(), [this](qreal way) { m_cardPosition = way; },
-        [this] {
-            setAnswerable(true, true);
-            Q_EMIT pageBegun();
-            Q_EMIT entered();
-        });
+    move(m_cardPosition, 1, &SurveyFlow::cardMoved, AnimationTiming::entry(), [this] {
+        m_hasEntered = true;
+        Q_EMIT answerableChanged();
+        Q_EMIT pageBegun();
+        Q_EMIT entered();
+    });
 }
 
 void SurveyFlow::appear() {
@@ -67,12 +64,8 @@ void SurveyFlow::appear() {
 
 void SurveyFlow::raise(qreal keyboardOffset) {
     delete m_keyboardAnimation;
-    const auto step = [this, start = m_keyboardOffset, keyboardOffset](qreal way) {
-        m_keyboardOffset = start + (keyboardOffset - start) * way;
-        Q_EMIT moved();
-    };
-    m_keyboardAnimation = Animation::start(this, m_isAnimated(),
-                                           AnimationTiming::easing(screenMetrics.keyboard), step);
+    m_keyboardAnimation = move(m_keyboardOffset, keyboardOffset, &SurveyFlow::cardMoved,
+                               AnimationTiming::easing(screenMetrics.keyboard));
 }
 
 // Pages
@@ -96,9 +89,8 @@ void SurveyFlow::leavePage() {
     Q_EMIT currentPageChanged();
     if (std::exchange(m_isLeavingPage, true))
         return;
-    move(
-        AnimationTiming::easing(screenMetrics.transition),
-        [this](qreal way) { m_pageOpacity = 1 - way; }, [this] { replacePage(); });
+    move(m_pageOpacity, 0, &SurveyFlow::pageOpacityChanged,
+         AnimationTiming::easing(screenMetrics.transition), [this] { replacePage(); });
 }
 
 void SurveyFlow::replacePage() {
@@ -106,11 +98,14 @@ void SurveyFlow::replacePage() {
     if (!m_session)
         return;
     // The visitor must not answer a page that is not visible yet.
-    setAnswerable(m_isAnswerable, false);
+    setPageShown(false);
     Q_EMIT pageLeft();
-    adoptPage();
     m_growth = 0;
-    m_pageOpacity = 0;
+    m_containerOpacity = 0;
+    Q_EMIT containerOpacityChanged();
+    m_pageOpacity = 1;
+    Q_EMIT pageOpacityChanged();
+    adoptPage();
     Q_EMIT pageChanged();
     if (!m_isFinished) {
         m_isUnseen = true;
@@ -120,25 +115,24 @@ void SurveyFlow::replacePage() {
 }
 
 void SurveyFlow::growToPage() {
-    if (m_isFinished)
-        animateThanks();
-    move(
-        AnimationTiming::easing(screenMetrics.transition), [this](qreal way) { m_growth = way; },
-        [this] { showPage(); });
+    move(m_growth, 1, &SurveyFlow::growthChanged, AnimationTiming::easing(screenMetrics.transition),
+         [this] { showPage(); });
 }
 
 void SurveyFlow::showPage() {
-    setAnswerable(m_isAnswerable, true);
+    setPageShown(true);
     Q_EMIT pageBegun();
     if (m_isFinished)
         QTimer::singleShot(screenMetrics.finish, this, [this] { dismiss(true); });
-    move(AnimationTiming::easing(screenMetrics.transition),
-         [this](qreal way) { m_pageOpacity = way; });
+    move(m_containerOpacity, 1, &SurveyFlow::containerOpacityChanged,
+         AnimationTiming::easing(screenMetrics.transition));
 }
 
-void SurveyFlow::animateThanks() {
-    move(AnimationTiming::thanksLabel(), [this](qreal way) { m_thanksLabel = way; });
-    move(AnimationTiming::thanksImage(), [this](qreal way) { m_thanksImage = way; });
+void SurveyFlow::thank() {
+    if (std::exchange(m_hasThanked, true))
+        return;
+    move(m_thanksLabel, 1, &SurveyFlow::thanksLabelChanged, AnimationTiming::thanksLabel());
+    move(m_thanksImage, 1, &SurveyFlow::thanksImageChanged, AnimationTiming::thanksImage());
 }
 
 // Dismissal
@@ -161,8 +155,10 @@ void SurveyFlow::dismiss(bool animated) {
         return;
     m_isDismissing = true;
     m_session->finish();
-    setAnswerable(false, m_isPageShown);
+    // The front end moves the focus first. Otherwise each control that stops accepting input would
+    // pass it on to the next.
     Q_EMIT leaving();
+    Q_EMIT answerableChanged();
     if (animated)
         slideOut();
     else
@@ -170,23 +166,20 @@ void SurveyFlow::dismiss(bool animated) {
 }
 
 void SurveyFlow::slideOut() {
-    move(
-        AnimationTiming::easing(screenMetrics.slideOut),
-        [this, start = m_cardPosition](qreal way) { m_cardPosition = start * (1 - way); },
-        [this] { dissolve(); });
+    Q_EMIT slidingOut();
+    move(m_cardPosition, 0, &SurveyFlow::cardMoved, AnimationTiming::easing(screenMetrics.slideOut),
+         [this] { dissolve(); });
 }
 
 void SurveyFlow::dissolve() {
-    move(
-        AnimationTiming::easing(screenMetrics.dissolve),
-        [this, start = m_dimming](qreal way) { m_dimming = start * (1 - way); }, [this] { end(); });
+    move(m_dimming, 0, &SurveyFlow::dimmingChanged, AnimationTiming::easing(screenMetrics.dissolve),
+         [this] { end(); });
 }
 
 void SurveyFlow::end() {
-    if (!m_session)
-        return;
-    m_session.reset();
-    Q_EMIT over();
+    // A receiver may destroy the flow.
+    if (const auto session = std::move(m_session))
+        Q_EMIT over();
 }
 
 } // namespace KestrioKit

@@ -18,13 +18,14 @@ namespace KestrioKit {
 /// Positions, opacities and progress are from 0 to 1. Use it on the main thread only.
 class KESTRIOKIT_EXPORT SurveyFlow final : public QObject {
     Q_OBJECT
-    Q_PROPERTY(qreal dimming READ dimming NOTIFY moved)
-    Q_PROPERTY(qreal cardPosition READ cardPosition NOTIFY moved)
-    Q_PROPERTY(qreal keyboardOffset READ keyboardOffset NOTIFY moved)
-    Q_PROPERTY(qreal pageOpacity READ pageOpacity NOTIFY moved)
-    Q_PROPERTY(qreal growth READ growth NOTIFY moved)
-    Q_PROPERTY(qreal thanksLabel READ thanksLabel NOTIFY moved)
-    Q_PROPERTY(qreal thanksImage READ thanksImage NOTIFY moved)
+    Q_PROPERTY(qreal dimming READ dimming NOTIFY dimmingChanged)
+    Q_PROPERTY(qreal cardPosition READ cardPosition NOTIFY cardMoved)
+    Q_PROPERTY(qreal keyboardOffset READ keyboardOffset NOTIFY cardMoved)
+    Q_PROPERTY(qreal pageOpacity READ pageOpacity NOTIFY pageOpacityChanged)
+    Q_PROPERTY(qreal containerOpacity READ containerOpacity NOTIFY containerOpacityChanged)
+    Q_PROPERTY(qreal growth READ growth NOTIFY growthChanged)
+    Q_PROPERTY(qreal thanksLabel READ thanksLabel NOTIFY thanksLabelChanged)
+    Q_PROPERTY(qreal thanksImage READ thanksImage NOTIFY thanksImageChanged)
     Q_PROPERTY(bool answerable READ isAnswerable NOTIFY answerableChanged)
     Q_PROPERTY(bool pageAnswerable READ isPageAnswerable NOTIFY answerableChanged)
     Q_PROPERTY(bool finished READ isFinished NOTIFY pageChanged)
@@ -48,19 +49,24 @@ public:
     qreal cardPosition() const { return m_cardPosition; }
     /// How far the card is raised above the on-screen keyboard, in device-independent pixels.
     qreal keyboardOffset() const { return m_keyboardOffset; }
-    /// The opacity of the page.
+    /// The opacity of the page, which fades out when the visitor has answered it.
     qreal pageOpacity() const { return m_pageOpacity; }
+    /// The opacity of the page's container. It fades in with each page but the first, and the
+    /// visitor may answer meanwhile, so that the page also fades out.
+    qreal containerOpacity() const { return m_containerOpacity; }
     /// The way from the height of the previous page (0) to that of the current page (1).
     qreal growth() const { return m_growth; }
     /// The way of the thank-you page's text and picture to their full size. Both overshoot.
     qreal thanksLabel() const { return m_thanksLabel; }
     qreal thanksImage() const { return m_thanksImage; }
 
+    /// Returns whether the entry has ended.
+    bool hasEntered() const { return m_hasEntered; }
     /// Returns whether the survey accepts input. It does not while it enters, since a visitor who
     /// was typing or clicking then did not mean to answer it, nor while it leaves.
-    bool isAnswerable() const { return m_isAnswerable; }
+    bool isAnswerable() const { return m_hasEntered && !m_isDismissing; }
     /// Returns whether the page accepts input, too. It does not while it is not visible yet.
-    bool isPageAnswerable() const { return m_isAnswerable && m_isPageShown; }
+    bool isPageAnswerable() const { return isAnswerable() && m_isPageShown; }
     /// Returns whether the page thanks the visitor.
     bool isFinished() const { return m_isFinished; }
     /// Returns the question of the page. It has no text on the thank-you page.
@@ -74,12 +80,14 @@ public:
     void begin();
     /// Answers the question of the page, also while the page fades out.
     Q_INVOKABLE void answer(const QVariant &value);
-    /// The visitor closes the survey. It is ignored on the thank-you page if `isEscape`.
+    /// The visitor closes the survey.
     Q_INVOKABLE void close();
     /// The window of the survey has disappeared.
     void windowGone();
     /// The survey became visible to the visitor, or may have. Reports a question as seen once.
     void appear();
+    /// The thank-you page has appeared. Makes its text and picture come in, the first time.
+    Q_INVOKABLE void thank();
     /// Moves the card to another height above its place.
     void raise(qreal keyboardOffset);
     /// Finishes the session and makes the card and the dimming go. With `animated` it is ignored if
@@ -87,8 +95,14 @@ public:
     void dismiss(bool animated);
 
 Q_SIGNALS:
-    /// Emitted when one of the positions has changed.
-    void moved();
+    void dimmingChanged();
+    /// Emitted when the card's position or its keyboard offset has changed.
+    void cardMoved();
+    void pageOpacityChanged();
+    void containerOpacityChanged();
+    void growthChanged();
+    void thanksLabelChanged();
+    void thanksImageChanged();
     void answerableChanged();
     void currentPageChanged();
     /// Emitted when the page is about to be replaced, and when another page has replaced it.
@@ -101,24 +115,26 @@ Q_SIGNALS:
     void questionPresented();
     /// Emitted when the entry has ended.
     void entered();
-    /// Emitted when the dismissal begins.
+    /// Emitted when the dismissal begins, before the survey stops accepting input.
     void leaving();
-    /// Emitted when the survey is to disappear. The session no longer exists then.
+    /// Emitted when the card is about to slide out. It does not if the survey ends immediately.
+    void slidingOut();
+    /// Emitted when the survey is to disappear. `session()` is null. The session is destroyed after
+    /// the signal.
     void over();
 
 private:
-    using Apply = std::function<void(qreal way)>;
+    using Changed = void (SurveyFlow::*)();
 
-    void move(const AnimationTiming &timing, const Apply &apply,
-              std::function<void()> finished = {});
-    void setAnswerable(bool isAnswerable, bool isPageShown);
+    Animation *move(qreal &position, qreal end, Changed changed, const AnimationTiming &timing,
+                    std::function<void()> finished = {});
+    void setPageShown(bool isPageShown);
     void springIn();
     void leavePage();
     void replacePage();
     void adoptPage();
     void growToPage();
     void showPage();
-    void animateThanks();
     void slideOut();
     void dissolve();
     void end();
@@ -129,6 +145,7 @@ private:
     qreal m_cardPosition = 0;
     qreal m_keyboardOffset = 0;
     qreal m_pageOpacity = 1;
+    qreal m_containerOpacity = 1;
     qreal m_growth = 1;
     qreal m_thanksLabel = 0;
     qreal m_thanksImage = 0;
@@ -139,10 +156,11 @@ private:
     /// Index of the question on the page. While the page fades out, the session is already at the
     /// next question.
     int m_presentedIndex = 0;
-    bool m_isAnswerable = false;
+    bool m_hasEntered = false;
     bool m_isPageShown = true;
     bool m_isFinished = false;
     bool m_isLeavingPage = false;
+    bool m_hasThanked = false;
     bool m_isDismissing = false;
     /// Whether the current question has not been visible yet.
     bool m_isUnseen = true;

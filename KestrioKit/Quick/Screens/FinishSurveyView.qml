@@ -13,6 +13,7 @@ KestrioPage {
     title: style.texts.thanks
     // Qt tells assistive technology of a focus only if the item has a role.
     Accessible.role: Accessible.Grouping
+    Component.onCompleted: flow.thank()
 
     ImageView {
         palette: page.style.palette

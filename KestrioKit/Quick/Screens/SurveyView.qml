@@ -38,7 +38,7 @@ Rectangle {
         anchors.bottomMargin: card.margins - card.metrics.mediumPadding
         contentHeight: page.height
         enabled: card.flow.pageAnswerable
-        opacity: card.flow.pageOpacity
+        opacity: card.flow.containerOpacity
 
         Loader {
             id: page
@@ -88,6 +88,7 @@ Rectangle {
         QuestionView {
             style: card.style
             question: card.flow.question
+            opacity: card.flow.pageOpacity
             position: pageControl
             onAnswered: value => card.flow.answer(value)
         }

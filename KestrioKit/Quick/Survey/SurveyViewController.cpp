@@ -22,7 +22,7 @@ SurveyViewController::SurveyViewController(std::unique_ptr<SurveySession> sessio
       m_backgroundView(create(u"BackgroundView"_s)),
       m_surveyView(create(u"SurveyView"_s)) {
     connect(m_surveyView, &QQuickItem::implicitHeightChanged, this, &SurveyViewController::layOut);
-    connect(&m_flow, &SurveyFlow::moved, this, &SurveyViewController::layOut);
+    connect(&m_flow, &SurveyFlow::cardMoved, this, &SurveyViewController::layOut);
     connect(&m_flow, &SurveyFlow::currentPageChanged, this, &SurveyViewController::noteFocus);
     connect(&m_flow, &SurveyFlow::questionPresented, this,
             &SurveyViewController::visibilityChanged);

@@ -3,10 +3,10 @@
 #include "KestrioKit/Core/Session/KestrioUI.h"
 #include "KestrioKit/Core/Session/Pictograms.h"
 #include "KestrioKit/Core/Session/ScreenMetrics.h"
+#include "KestrioKit/Core/Session/SurveyFlow.h"
 #include "KestrioKit/Widgets/Controls/AccessibleRole.h"
 #include "KestrioKit/Widgets/Controls/ImageView.h"
 #include "KestrioKit/Widgets/Controls/Label.h"
-#include "KestrioKit/Widgets/Drawing/Animate.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 
 #include <QBoxLayout>
@@ -29,18 +29,19 @@ DrawnImage checkmarkInCircle(const SurveyColors &colors) {
             }};
 }
 
-void springIn(QWidget *view, qreal scale, const AnimationTiming &timing) {
-    animate(view, timing, [view, scale](qreal way) {
-        ViewEffect::setAlpha(view, std::clamp<qreal>(way, 0, 1));
-        ViewEffect::setScale(view, scale + (1 - scale) * way);
-    });
+/// Shows `view` at `way`, from transparent and `scale` (0) to its full size (1).
+void apply(QWidget *view, qreal scale, qreal way) {
+    ViewEffect::setAlpha(view, std::clamp<qreal>(way, 0, 1));
+    ViewEffect::setScale(view, scale + (1 - scale) * way);
 }
 
 } // namespace
 
-FinishSurveyView::FinishSurveyView(const QString &text, const SurveyColors &colors)
-    : m_imageView(new ImageView(checkmarkInCircle(colors), colors)),
-      m_label(new Label(text, TextStyle::title2, colors, &SurveyPalette::text, Qt::AlignHCenter)) {
+FinishSurveyView::FinishSurveyView(SurveyFlow &flow, const SurveyColors &colors)
+    : m_flow(flow),
+      m_imageView(new ImageView(checkmarkInCircle(colors), colors)),
+      m_label(new Label(flow.session()->texts().thanks, TextStyle::title2, colors,
+                        &SurveyPalette::text, Qt::AlignHCenter)) {
     setAccessibleRole(this, QAccessible::Grouping);
     setAccessibleName(m_label->text());
     constexpr int inset = KestrioUI::Padding::tiny;
@@ -49,18 +50,15 @@ FinishSurveyView::FinishSurveyView(const QString &text, const SurveyColors &colo
     stackView->setSpacing(KestrioUI::Padding::regular);
     stackView->addWidget(m_imageView, 0, Qt::AlignHCenter);
     stackView->addWidget(m_label);
+    connect(&flow, &SurveyFlow::thanksLabelChanged, this,
+            [this] { apply(m_label, screenMetrics.thanksLabelScale, m_flow.thanksLabel()); });
+    connect(&flow, &SurveyFlow::thanksImageChanged, this,
+            [this] { apply(m_imageView, screenMetrics.thanksImageScale, m_flow.thanksImage()); });
 }
 
 void FinishSurveyView::showEvent(QShowEvent *event) {
     QWidget::showEvent(event);
-    if (!m_hasAppeared)
-        animateIn();
-    m_hasAppeared = true;
-}
-
-void FinishSurveyView::animateIn() {
-    springIn(m_label, screenMetrics.thanksLabelScale, AnimationTiming::thanksLabel());
-    springIn(m_imageView, screenMetrics.thanksImageScale, AnimationTiming::thanksImage());
+    m_flow.thank();
 }
 
 } // namespace KestrioKit

@@ -9,7 +9,6 @@
 #include "KestrioKit/Widgets/Controls/PageControl.h"
 #include "KestrioKit/Widgets/Controls/ScrollIndicator.h"
 #include "KestrioKit/Widgets/Controls/ScrollView.h"
-#include "KestrioKit/Widgets/Drawing/Animate.h"
 #include "KestrioKit/Widgets/Drawing/Drawing.h"
 #include "KestrioKit/Widgets/Drawing/ViewEffect.h"
 #include "KestrioKit/Widgets/Overlay/WindowMetrics.h"
@@ -37,14 +36,14 @@ constexpr int closeButtonInset = KestrioUI::Padding::regular;
 
 } // namespace
 
-SurveyView::SurveyView(SurveySession &session, const Clock &clock)
-    : m_session(&session),
+SurveyView::SurveyView(SurveyFlow &flow, const Clock &clock)
+    : m_flow(flow),
       m_clock(clock),
-      m_colors(session.palette()),
+      m_colors(flow.session()->palette()),
       m_questionContainerView(new ScrollView(m_colors)),
       m_scrollIndicator(new ScrollIndicator(*m_questionContainerView, m_colors)),
-      m_pageControl(new PageControl(int(session.questions().size()), session.texts(), m_colors)),
-      m_closeButton(new CloseButton(session.texts().close, m_colors)) {
+      m_pageControl(new PageControl(flow.pageCount(), flow.session()->texts(), m_colors)),
+      m_closeButton(new CloseButton(flow.session()->texts().close, m_colors)) {
     setObjectName(screenIdentifiers.card());
     setAccessibleRole(this, QAccessible::Dialog);
     setAccessibleName(QGuiApplication::applicationDisplayName());
@@ -52,106 +51,84 @@ SurveyView::SurveyView(SurveySession &session, const Clock &clock)
                                                  m_scrollIndicator, m_closeButton};
     for (QWidget *const view : views)
         view->setParent(this);
-    connect(m_closeButton, &QAbstractButton::clicked, this, &SurveyView::closeTapped);
-    connect(m_session, &SurveySession::currentQuestionChanged, this,
-            &SurveyView::transitionToQuestion);
-    connect(m_session, &SurveySession::appearanceChanged, this, &SurveyView::appearanceChanged);
     setupNewQuestionView();
+    follow();
+}
+
+void SurveyView::follow() {
+    connect(m_closeButton, &QAbstractButton::clicked, &m_flow, &SurveyFlow::close);
+    connect(&m_flow, &SurveyFlow::currentPageChanged, this,
+            [this] { m_pageControl->setCurrentPage(m_flow.currentPage()); });
+    connect(&m_flow, &SurveyFlow::pageOpacityChanged, this,
+            [this] { ViewEffect::setAlpha(m_currentQuestionView, m_flow.pageOpacity()); });
+    connect(&m_flow, &SurveyFlow::containerOpacityChanged, this,
+            [this] { ViewEffect::setAlpha(m_questionContainerView, m_flow.containerOpacity()); });
+    connect(&m_flow, &SurveyFlow::pageLeft, this, &SurveyView::removeQuestionView);
+    connect(&m_flow, &SurveyFlow::pageChanged, this, &SurveyView::replaceQuestionView);
+    connect(&m_flow, &SurveyFlow::growthChanged, this, &SurveyView::heightChanged);
+    connect(&m_flow, &SurveyFlow::pageBegun, this, &SurveyView::beginPage);
+    connect(&m_flow, &SurveyFlow::answerableChanged, this, &SurveyView::updateEnabled);
+    const SurveySession *const session = m_flow.session();
+    connect(session, &SurveySession::appearanceChanged, this,
+            [this, session] { changeAppearance(session->palette()); });
+    updateEnabled();
+}
+
+void SurveyView::updateEnabled() {
+    setEnabled(m_flow.isAnswerable());
+    m_questionContainerView->setEnabled(m_flow.isPageAnswerable());
 }
 
 // Pages
 
 QWidget *SurveyView::makeQuestionView() {
-    if (m_isFinished)
-        return new FinishSurveyView(m_session->texts().thanks, m_colors);
+    if (m_flow.isFinished())
+        return new FinishSurveyView(m_flow, m_colors);
     auto *const page =
-        new QuestionView(m_session->currentQuestion(), m_session->texts(), m_colors, m_clock);
-    m_session->beginQuestion();
+        new QuestionView(m_flow.question(), m_flow.session()->texts(), m_colors, m_clock);
     connect(page, &QuestionView::answered, this, &SurveyView::answer);
     setAccessibleLabel(page, m_pageControl);
     return page;
 }
 
 void SurveyView::setupNewQuestionView() {
-    m_isFinished = m_session->isComplete();
-    m_presentedIndex = m_session->currentIndex();
     m_currentQuestionView = makeQuestionView();
     m_questionContainerView->setContent(m_currentQuestionView);
 }
 
 void SurveyView::answer(const QVariant &value) {
-    if (!m_session)
-        return;
     const auto *const control = qobject_cast<const Button *>(focusWidget());
     m_focusIsVisible = control && control->isFocusVisible();
-    // A page that is fading out still accepts an answer to its own question.
-    m_session->answer(m_presentedIndex, value);
+    m_flow.answer(value);
 }
 
-void SurveyView::transitionToQuestion() {
-    m_pageControl->setCurrentPage(m_session->currentIndex());
-    if (m_isLeavingPage)
-        return;
-    m_isLeavingPage = true;
-    animate(
-        m_currentQuestionView, AnimationTiming::easing(screenMetrics.transition),
-        [page = m_currentQuestionView](qreal way) { ViewEffect::setAlpha(page, 1 - way); },
-        [this] { replaceQuestionView(); });
-}
-
-void SurveyView::replaceQuestionView() {
-    m_isLeavingPage = false;
-    if (!m_session)
-        return;
-    const int previousHeight = m_questionContainerView->height();
-    // The visitor must not answer a page that is not visible yet.
-    m_questionContainerView->setEnabled(false);
+void SurveyView::removeQuestionView() {
+    m_previousHeight = m_questionContainerView->height();
     // Hiding the focused control would move the focus to the close button.
     parentWidget()->setFocus(Qt::OtherFocusReason);
     m_questionContainerView->hide();
     m_currentQuestionView->hide();
     // The call may come from a button on this page.
     m_currentQuestionView->deleteLater();
+}
+
+void SurveyView::replaceQuestionView() {
     setupNewQuestionView();
-    ViewEffect::setAlpha(m_questionContainerView, 0);
-    if (m_isFinished) {
+    if (m_flow.isFinished()) {
         const std::initializer_list<QWidget *> views{m_pageControl, m_closeButton};
         for (QWidget *const view : views) {
             ViewEffect::setAlpha(view, 0);
             // A transparent button could still be pressed.
             view->hide();
         }
-    } else {
-        Q_EMIT questionPresented();
     }
-    growToQuestionView(previousHeight);
-}
-
-void SurveyView::growToQuestionView(int previousHeight) {
     m_questionContainerView->show();
-    m_previousHeight = previousHeight;
-    animate(
-        this, AnimationTiming::easing(screenMetrics.transition),
-        [this](qreal way) {
-            m_growth = way;
-            Q_EMIT heightChanged();
-        },
-        [this] { showQuestionView(); });
-}
-
-void SurveyView::showQuestionView() {
-    m_questionContainerView->setEnabled(true);
-    beginPage(m_focusIsVisible ? Qt::TabFocusReason : Qt::OtherFocusReason);
-    if (m_isFinished)
-        Q_EMIT finished();
-    animate(m_questionContainerView, AnimationTiming::easing(screenMetrics.transition),
-            [view = m_questionContainerView](qreal way) { ViewEffect::setAlpha(view, way); });
 }
 
 // The font may have changed, too, and with it the size of every view. Children are updated before
 // their parents because a parent's size depends on them.
-void SurveyView::appearanceChanged() {
-    m_colors.change(m_session->palette());
+void SurveyView::changeAppearance(const SurveyPalette &palette) {
+    m_colors.change(palette);
     const QList<QWidget *> views = findChildren<QWidget *>();
     for (auto view = views.rbegin(); view != views.rend(); ++view) {
         if (QLayout *const layout = (*view)->layout())
@@ -166,13 +143,15 @@ void SurveyView::appearanceChanged() {
 
 // Focus
 
-void SurveyView::beginPage(Qt::FocusReason reason) {
+// If the page has no control, the page itself receives the focus.
+void SurveyView::beginPage() {
     announce(m_currentQuestionView);
     const auto *const page = qobject_cast<const QuestionView *>(m_currentQuestionView);
     QWidget *const control = page ? page->firstControl() : nullptr;
     m_isBeginningPage = true;
     // Not every screen reader receives the announcement, but each reads the focused control.
-    (control ? control : m_currentQuestionView)->setFocus(reason);
+    (control ? control : m_currentQuestionView)
+        ->setFocus(m_focusIsVisible ? Qt::TabFocusReason : Qt::OtherFocusReason);
     m_isBeginningPage = false;
 }
 
@@ -190,7 +169,7 @@ void SurveyView::scroll(int key) {
 
 int SurveyView::heightForWidth(int width) const {
     const int page = m_questionContainerView->contentHeight(width - 2 * Constant::horizontalInset);
-    const int container = qRound(m_previousHeight + (page - m_previousHeight) * m_growth);
+    const int container = qRound(m_previousHeight + (page - m_previousHeight) * m_flow.growth());
     return Constant::topInset + container + Constant::spacing + m_pageControl->sizeHint().height() +
            Constant::bottomInset + safeAreaInsets(*this).bottom();
 }

@@ -10,7 +10,6 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLocale>
-#include <QTimer>
 
 #include <algorithm>
 
@@ -27,15 +26,15 @@ QPointer<SurveyViewController> &current() {
 
 SurveyViewController::SurveyViewController(std::unique_ptr<SurveySession> session,
                                            const Clock &clock)
-    : m_session(std::move(session)),
-      m_backgroundView(new BackgroundView(m_session->palette().dimming)),
-      m_surveyView(new SurveyView(*m_session, clock)) {}
+    : m_flow(std::move(session), [this] { return isAnimated(this); }),
+      m_backgroundView(new BackgroundView(m_flow.session()->palette().dimming)),
+      m_surveyView(new SurveyView(m_flow, clock)) {
+    m_flow.setParent(this);
+}
 
 SurveyViewController::~SurveyViewController() {
-    if (current() != this)
-        return;
-    current() = nullptr;
-    m_session->close();
+    if (current() == this)
+        current() = nullptr;
 }
 
 SurveyViewController *SurveyViewController::presented() {
@@ -48,54 +47,35 @@ void SurveyViewController::present(QWidget *from) {
     current() = this;
     loadView();
     cover(from->window());
-    animateEntry();
+    m_flow.begin();
 }
 
 void SurveyViewController::loadView() {
-    setLayoutDirection(m_session->layoutDirection());
+    setLayoutDirection(m_flow.session()->layoutDirection());
     m_backgroundView->setParent(this);
-    connect(m_backgroundView, &BackgroundView::tapped, this,
-            &SurveyViewController::userInitiatedClose);
+    m_backgroundView->setEnabled(false);
     m_surveyView->setParent(this);
-    connect(m_surveyView, &SurveyView::questionPresented, this,
-            &SurveyViewController::questionPresented);
-    connect(m_surveyView, &SurveyView::finished, this,
-            [this] { QTimer::singleShot(screenMetrics.finish, this, [this] { dismiss(true); }); });
-    connect(m_surveyView, &SurveyView::closeTapped, this,
-            &SurveyViewController::userInitiatedClose);
+    connect(m_backgroundView, &BackgroundView::tapped, &m_flow, &SurveyFlow::close);
     connect(m_surveyView, &SurveyView::heightChanged, this, &SurveyViewController::layOut);
     connect(&m_keyboardObserver, &KeyboardObserver::changed, this,
             &SurveyViewController::keyboardChanged);
-    setAnswerable(false);
-    questionPresented();
+    follow();
 }
 
-// A visitor who was typing or clicking when the survey appeared did not mean to answer it.
-void SurveyViewController::setAnswerable(bool isAnswerable) {
-    m_isAnswerable = isAnswerable;
-    m_backgroundView->setEnabled(isAnswerable);
-    m_surveyView->setEnabled(isAnswerable);
-}
-
-void SurveyViewController::animateEntry() {
-    animate(
-        this, AnimationTiming::easing(screenMetrics.dissolve),
-        [this](qreal way) { m_backgroundView->setAlpha(way); }, [this] { springIn(); });
-}
-
-void SurveyViewController::springIn() {
-    animate(
-        this, AnimationTiming::entry(),
-        [this](qreal way) {
-            m_cardPosition = way;
-            layOut();
-        },
-        [this] { entryEnded(); });
+void SurveyViewController::follow() {
+    connect(&m_flow, &SurveyFlow::dimmingChanged, this,
+            [this] { m_backgroundView->setAlpha(m_flow.dimming()); });
+    connect(&m_flow, &SurveyFlow::cardMoved, this, &SurveyViewController::layOut);
+    connect(&m_flow, &SurveyFlow::entered, this, &SurveyViewController::entryEnded);
+    connect(&m_flow, &SurveyFlow::questionPresented, this,
+            &SurveyViewController::visibilityChanged);
+    connect(&m_flow, &SurveyFlow::leaving, this, &SurveyViewController::leave);
+    connect(&m_flow, &SurveyFlow::slidingOut, this, &SurveyViewController::freeze);
+    connect(&m_flow, &SurveyFlow::over, this, &SurveyViewController::end);
 }
 
 void SurveyViewController::entryEnded() {
-    setAnswerable(true);
-    m_surveyView->beginPage(Qt::OtherFocusReason);
+    m_backgroundView->setEnabled(true);
     thaw();
 }
 
@@ -112,13 +92,14 @@ void SurveyViewController::layOut() {
     const int bottom = height() - bottomOffset();
     const int cardHeight = std::min(m_surveyView->heightForWidth(cardWidth), bottom - highest);
     const qreal parked = height();
-    const qreal top = parked + (bottom - cardHeight - parked) * m_cardPosition - m_keyboardOffset;
+    const qreal top =
+        parked + (bottom - cardHeight - parked) * m_flow.cardPosition() - m_flow.keyboardOffset();
     m_surveyView->setGeometry((width() - cardWidth) / 2, qRound(top), cardWidth, cardHeight);
 }
 
 void SurveyViewController::resizeEvent(QResizeEvent *event) {
     ModalOverlay::resizeEvent(event);
-    if (m_keyboardOffset > 0)
+    if (m_flow.keyboardOffset() > 0)
         keyboardChanged();
 }
 
@@ -128,47 +109,24 @@ void SurveyViewController::keyboardChanged() {
     const int belowPage = m_surveyView->height() - m_surveyView->pageBottom();
     const int offset =
         covered > 0 ? std::max(KestrioUI::Padding::tiny + covered - belowPage, 0) : 0;
-    delete m_keyboardAnimation;
-    m_keyboardAnimation = animate(this, AnimationTiming::easing(screenMetrics.keyboard),
-                                  [this, start = m_keyboardOffset, offset](qreal way) {
-                                      m_keyboardOffset = start + (offset - start) * way;
-                                      layOut();
-                                  });
-}
-
-void SurveyViewController::questionPresented() {
-    m_isUnseen = true;
-    visibilityChanged();
+    m_flow.raise(offset);
 }
 
 // A question counts as seen only when the window actually shows it.
 void SurveyViewController::visibilityChanged() {
-    if (m_isUnseen && isVisible() && !window()->isMinimized()) {
-        m_isUnseen = false;
-        m_session->markSeen();
-    }
+    if (isVisible() && !window()->isMinimized())
+        m_flow.appear();
 }
 
-// Dismissal
-
+// A visitor who was typing when the survey appeared did not mean to scroll or to close it.
 void SurveyViewController::keyPressed(const QKeyEvent &event) {
-    if (!m_isAnswerable)
+    if (!m_flow.hasEntered())
         return;
     if (event.key() != Qt::Key_Escape)
         m_surveyView->scroll(event.key());
     // A key that auto-repeats was pressed for something else.
-    else if (!m_surveyView->isFinished() && !event.isAutoRepeat())
-        userInitiatedClose();
-}
-
-void SurveyViewController::userInitiatedClose() {
-    m_session->close();
-    dismiss(true);
-}
-
-void SurveyViewController::windowGone() {
-    m_session->close();
-    dismiss(false);
+    else if (!m_flow.isFinished() && !event.isAutoRepeat())
+        m_flow.close();
 }
 
 // Scrolling would move the pressed control away from under the pointer.
@@ -177,46 +135,20 @@ void SurveyViewController::focusMoved(QWidget *view) {
         m_surveyView->reveal(view);
 }
 
-void SurveyViewController::dismiss(bool animated) {
-    if (current() != this || (m_isDismissing && animated))
-        return;
-    m_isDismissing = true;
-    m_session->finish();
+// Dismissal
+
+void SurveyViewController::windowGone() {
+    m_flow.windowGone();
+}
+
+void SurveyViewController::leave() {
     setFocus(Qt::OtherFocusReason);
-    m_surveyView->setEnabled(false);
     KeyboardObserver::hide();
-    if (animated)
-        slideCardOut();
-    else
-        end();
-}
-
-void SurveyViewController::slideCardOut() {
-    freeze();
-    animate(
-        this, AnimationTiming::easing(screenMetrics.slideOut),
-        [this, start = m_cardPosition](qreal way) {
-            m_cardPosition = start * (1 - way);
-            layOut();
-        },
-        [this] { dissolve(); });
-}
-
-void SurveyViewController::dissolve() {
-    animate(
-        this, AnimationTiming::easing(screenMetrics.dissolve),
-        [this, start = m_backgroundView->alpha()](qreal way) {
-            m_backgroundView->setAlpha(start * (1 - way));
-        },
-        [this] { end(); });
 }
 
 void SurveyViewController::end() {
-    if (current() != this)
-        return;
     uncover();
     current() = nullptr;
-    m_session.reset();
     deleteLater();
 }
 

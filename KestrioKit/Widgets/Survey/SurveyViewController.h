@@ -1,7 +1,7 @@
 #pragma once
 
 #include "KestrioKit/Core/Session/KeyboardObserver.h"
-#include "KestrioKit/SurveySession.h"
+#include "KestrioKit/Core/Session/SurveyFlow.h"
 #include "KestrioKit/Widgets/Overlay/ModalOverlay.h"
 #include "KestrioKit/Widgets/Survey/SurveyView.h"
 
@@ -9,7 +9,6 @@
 
 namespace KestrioKit {
 
-class Animation;
 class BackgroundView;
 
 /// Shows a survey over a host window: it dims the window and slides a card in. Keys and taps are
@@ -19,7 +18,7 @@ class SurveyViewController final : public ModalOverlay {
     Q_OBJECT
 
 public:
-    /// The controller owns `session`. `clock` must outlive the controller.
+    /// `clock` must outlive the controller.
     SurveyViewController(std::unique_ptr<SurveySession> session, const Clock &clock);
     /// Closes the session if the survey is still on screen.
     ~SurveyViewController() override;
@@ -31,10 +30,10 @@ public:
     /// the controller. The controller deletes itself after it is dismissed. Call this only once.
     void present(QWidget *from);
 
-    /// Finishes the session and removes the survey from the window. Call it with `animated` only
-    /// after the entry animation; it is then ignored if a dismissal has already begun. Without
-    /// `animated` the survey disappears immediately, even during another animation.
-    void dismiss(bool animated);
+    /// Finishes the session and removes the survey from the window. With `animated` it is ignored
+    /// if a dismissal has already begun. Without `animated` the survey disappears immediately, even
+    /// during another animation.
+    void dismiss(bool animated) { m_flow.dismiss(animated); }
 
 protected:
     void layOut() override;
@@ -46,34 +45,17 @@ protected:
 
 private:
     void loadView();
-    void setAnswerable(bool isAnswerable);
-    void animateEntry();
-    void springIn();
+    void follow();
     void entryEnded();
-    void questionPresented();
-    void userInitiatedClose();
     void keyboardChanged();
     int bottomOffset() const;
-    void slideCardOut();
-    void dissolve();
+    void leave();
     void end();
 
-    /// Null after the survey has ended.
-    std::unique_ptr<SurveySession> m_session;
+    SurveyFlow m_flow;
     KeyboardObserver m_keyboardObserver;
     BackgroundView *m_backgroundView;
     SurveyView *m_surveyView;
-    /// Progress of the card from below the window (0) to its final position (1).
-    qreal m_cardPosition = 0;
-    /// How far the card is raised above the on-screen keyboard, in device-independent pixels.
-    qreal m_keyboardOffset = 0;
-    QPointer<Animation> m_keyboardAnimation;
-    /// Whether the current question has not been visible in the window yet.
-    bool m_isUnseen = false;
-    /// Whether the entry animation has ended, so that input is accepted.
-    bool m_isAnswerable = false;
-    /// Whether `dismiss()` has been called.
-    bool m_isDismissing = false;
 };
 
 } // namespace KestrioKit
