@@ -65,10 +65,11 @@ Outcome showWindow(const CommandCall &call) {
     if (!size)
         return noSize();
     if (!call.state.window) {
-        startScreenReader();
         call.state.window = call.state.makeWindow();
         if (!call.state.window)
             return Outcome::failed(u"the window cannot be created"_s);
+        // Qt Quick Controls leak memory if they are created while a screen reader runs.
+        startScreenReader();
     }
     call.state.window->resize(*size);
     call.state.window->show();

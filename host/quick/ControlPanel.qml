@@ -139,13 +139,9 @@ ColumnLayout {
             }
         }
 
-        CheckBox {
-            objectName: "Network access"
-            implicitHeight: ShopStyle.controlHeight
-            padding: 0
-            text: objectName
+        NamedCheckBox {
+            name: "Network access"
             checked: !Kestrio.disableNetworkAccess
-            Accessible.name: objectName
             onToggled: {
                 panel.log(checked ? "Network on" : "Network off");
                 Kestrio.disableNetworkAccess = !checked;

@@ -34,16 +34,13 @@ Card {
         cents: 890
     }
 
-    CheckBox {
+    NamedCheckBox {
         id: giftWrapping
 
         readonly property int cents: 250
 
-        objectName: "Gift wrapping"
-        implicitHeight: ShopStyle.controlHeight
-        padding: 0
+        name: "Gift wrapping"
         text: "Gift wrapping (€2.50)"
-        Accessible.name: objectName
     }
 
     NamedField {

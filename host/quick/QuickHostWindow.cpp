@@ -122,6 +122,13 @@ QuickHostWindow::QuickHostWindow() {
     m_window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0));
 }
 
+// As with widgets, the first control has the focus to begin with.
+void QuickHostWindow::show() {
+    if (!focusedView())
+        m_window->contentItem()->nextItemInFocusChain()->forceActiveFocus(Qt::TabFocusReason);
+    m_window->show();
+}
+
 std::optional<VisibleView> QuickHostWindow::visibleView(const QString &identifier) const {
     const QQuickItem *const item =
         findItem(*m_window->contentItem(), [&identifier](const QQuickItem &candidate) {

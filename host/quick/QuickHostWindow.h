@@ -11,7 +11,7 @@ public:
     /// A `HostWindowFactory`.
     static std::unique_ptr<HostWindow> create();
 
-    void show() override { m_window->show(); }
+    void show() override;
     void activate() override { m_window->requestActivate(); }
     void resize(const QSize &size) override { m_window->resize(size); }
     QSize size() const override { return m_window->size(); }

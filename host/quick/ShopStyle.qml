@@ -19,6 +19,7 @@ QtObject {
 
     readonly property int controlHeight: 32
     readonly property int amountWidth: 120
+    readonly property int checkBoxSize: 24
 
     // The width from which the form and the panel are side by side.
     readonly property int wideWidth: 900

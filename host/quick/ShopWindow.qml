@@ -16,7 +16,6 @@ ApplicationWindow {
     palette.placeholderText: ShopStyle.palette.placeholderText
     palette.highlight: ShopStyle.palette.highlight
     palette.dark: ShopStyle.palette.highlight
-    Component.onCompleted: contentItem.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
 
     ScrollView {
         id: scrollArea
