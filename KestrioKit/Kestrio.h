@@ -260,9 +260,10 @@ public:
     /// survey is held.
     ///
     /// `from` is an object that a linked component can show surveys over. `KestrioKit::Widgets`
-    /// shows them over a `QWidget`. Intended for the main thread: on another thread the survey is
-    /// shown a little later, and `from` must still exist when this function returns. Needs a
-    /// `QApplication`.
+    /// shows them over a `QWidget` and needs a `QApplication`. `KestrioKit::Quick` shows them over
+    /// a `QQuickWindow` or the window of a `QQuickItem`, and needs a `QGuiApplication`. Intended
+    /// for the main thread: on another thread the survey is shown a little later, and `from` must
+    /// still exist when this function returns.
     ///
     /// While a survey is on screen, the window under it receives no input and no actions of
     /// assistive technology. The focus returns to its previous place when the survey ends. Keys and
