@@ -1,4 +1,4 @@
-#include "KestrioKit/Quick/Controls/ScreenStyle.h"
+#include "KestrioKit/Quick/Facade/MotionPreference.h"
 #include "KestrioKit/Quick/Survey/SurveyViewController.h"
 #include "KestrioKit/Quick/SurveyOverlay.h"
 #include "tests/support/SurveyFixture.h"
@@ -67,7 +67,7 @@ ApplicationWindow {
 class QuickScreenTest : public SurveyFixture {
 protected:
     QuickScreenTest() {
-        Quick::ScreenStyle::setReducedMotion(true);
+        MotionPreference::shared().setReduced(true);
         engine->loadData(hostSource);
         window = qobject_cast<QQuickWindow *>(engine->rootObjects().value(0));
         window->requestActivate();
@@ -76,7 +76,7 @@ protected:
     void TearDown() override {
         engine.reset();
         SurveyFixture::TearDown();
-        Quick::ScreenStyle::setReducedMotion(false);
+        MotionPreference::shared().setReduced(false);
     }
 
     void present(QObject *host = nullptr) {

@@ -20,6 +20,15 @@ std::optional<QString> obstacle(const Survey &survey, const PresentationContext 
     return std::nullopt;
 }
 
+QString noFrontEnd(const QObject &host) {
+    const bool isQuick = host.inherits("QQuickWindow") || host.inherits("QQuickItem");
+    const QString advice =
+        isQuick ? u"link KestrioKit::Quick to show surveys over a window of Qt Quick"_s
+                : u"link KestrioKit::Widgets to show surveys over a QWidget"_s;
+    return u"Nothing that is linked can show a survey over a %1: %2."_s.arg(
+        QString::fromLatin1(host.metaObject()->className()), advice);
+}
+
 std::unique_ptr<SurveySession> makeSession(const Survey &survey, PresentationContext context) {
     return SurveySessionPrivate::make(
         survey,
@@ -49,9 +58,7 @@ std::optional<QString> presentSpecifiedSurvey(const Survey &survey, QObject *fro
         return u"There is no widget to show the survey from."_s;
     FrontEnd *const frontEnd = FrontEnd::suitableFor(*from);
     if (!frontEnd)
-        return u"Nothing that is linked can show a survey over a %1: link KestrioKit::Widgets "
-               "to show surveys over a QWidget."_s.arg(
-                   QString::fromLatin1(from->metaObject()->className()));
+        return noFrontEnd(*from);
     if (std::optional<QString> reason = frontEnd->obstacle(*from))
         return reason;
     if (std::optional<QString> reason = obstacle(survey, context))

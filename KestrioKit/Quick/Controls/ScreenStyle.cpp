@@ -4,6 +4,7 @@
 #include "KestrioKit/Core/Session/Fonts.h"
 #include "KestrioKit/Core/Session/KeyboardObserver.h"
 #include "KestrioKit/Core/Session/WrappedText.h"
+#include "KestrioKit/Quick/Facade/MotionPreference.h"
 
 #include <QTextDocument>
 
@@ -15,8 +16,6 @@ namespace KestrioKit::Quick {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-bool reducedMotion = false;
 
 struct ContentView {
     SurveyQuestion::Type type;
@@ -55,15 +54,7 @@ QFont ScreenStyle::bodyFont() const {
 }
 
 bool ScreenStyle::isAnimated() const {
-    return !reducedMotion;
-}
-
-bool ScreenStyle::hasReducedMotion() {
-    return reducedMotion;
-}
-
-void ScreenStyle::setReducedMotion(bool isReduced) {
-    reducedMotion = isReduced;
+    return !MotionPreference::shared().isReduced();
 }
 
 QUrl ScreenStyle::contentView(int type) const {

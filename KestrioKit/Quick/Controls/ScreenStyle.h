@@ -49,11 +49,8 @@ public:
     QQuickItem *layer() const { return m_layer; }
     /// Returns the guard that the buttons of a survey share.
     PressGuard *pressGuard() { return &m_pressGuard; }
-    /// Returns whether the visitor wants to see movements; true by default. Qt Quick does not know
-    /// the platform's preference, so the host tells it.
+    /// Returns whether the visitor wants to see movements.
     bool isAnimated() const;
-    static void setReducedMotion(bool isReduced);
-    static bool hasReducedMotion();
 
     /// Returns the file with the controls for a type of question; empty if there are none.
     Q_INVOKABLE QUrl contentView(int type) const;

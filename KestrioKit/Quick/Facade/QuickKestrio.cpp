@@ -1,5 +1,7 @@
 #include "KestrioKit/Quick/Facade/QuickKestrio.h"
 
+#include "KestrioKit/Quick/Facade/MotionPreference.h"
+
 #include <QJSEngine>
 #include <QJSValueIterator>
 #include <QMap>
@@ -80,6 +82,8 @@ QuickKestrio::QuickKestrio(QJSEngine &engine) : m_engine(engine) {
             &QuickKestrio::retriesStartUpChanged);
     connect(&m_kestrio, &Kestrio::savesPromptlyChanged, this, &QuickKestrio::savesPromptlyChanged);
     connect(&m_kestrio, &Kestrio::appearanceChanged, this, &QuickKestrio::appearanceChanged);
+    connect(&MotionPreference::shared(), &MotionPreference::changed, this,
+            &QuickKestrio::reducedMotionChanged);
 }
 
 QVariant QuickKestrio::visitorIdentifier() const {
@@ -125,6 +129,14 @@ void QuickKestrio::setAppearance(QuickSurveyAppearance::Value appearance) {
         qmlWarning(this) << "No value of SurveyAppearance: " << int(appearance);
     else
         m_kestrio.setAppearance(SurveyAppearance(appearance));
+}
+
+bool QuickKestrio::reducedMotion() const {
+    return MotionPreference::shared().isReduced();
+}
+
+void QuickKestrio::setReducedMotion(bool isReduced) {
+    MotionPreference::shared().setReduced(isReduced);
 }
 
 void QuickKestrio::setServiceHost(const QString &host) {

@@ -41,6 +41,8 @@ class QuickKestrio final : public QObject {
         bool savesPromptly READ savesPromptly WRITE setSavesPromptly NOTIFY savesPromptlyChanged)
     Q_PROPERTY(KestrioKit::QuickSurveyAppearance::Value appearance READ appearance WRITE
                    setAppearance NOTIFY appearanceChanged)
+    Q_PROPERTY(
+        bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY reducedMotionChanged)
     Q_DISABLE_COPY_MOVE(QuickKestrio)
 
 public:
@@ -68,6 +70,12 @@ public:
     void setSavesPromptly(bool saves);
     QuickSurveyAppearance::Value appearance() const;
     void setAppearance(QuickSurveyAppearance::Value appearance);
+
+    /// Whether surveys appear, change and disappear without animations; false by default. Only this
+    /// class has this property, because Qt Quick does not know the platform's preference. Set it if
+    /// the visitor prefers less motion.
+    bool reducedMotion() const;
+    void setReducedMotion(bool isReduced);
 
     Q_INVOKABLE void setServiceHost(const QString &host);
     Q_INVOKABLE void setQueueLimit(int limit);
@@ -114,6 +122,7 @@ Q_SIGNALS:
     void retriesStartUpChanged();
     void savesPromptlyChanged();
     void appearanceChanged();
+    void reducedMotionChanged();
 
 private:
     explicit QuickKestrio(QJSEngine &engine);
