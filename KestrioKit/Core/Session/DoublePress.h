@@ -3,6 +3,7 @@
 #include "KestrioKit/Core/Platform/Threads/Clock.h"
 #include "KestrioKit/KestrioKitExport.h"
 
+#include <QEvent>
 #include <QObject>
 #include <QPointer>
 
@@ -17,9 +18,9 @@ public:
     /// `clock` must outlive this object.
     explicit DoublePress(const Clock &clock) : m_clock(clock) {}
 
-    /// Returns whether a press of `control` counts. `isDoubleClick` says that the platform has
-    /// recognized the second press of a double-click.
-    bool accept(const QObject *control, bool isDoubleClick);
+    /// Returns whether `control` must ignore `event`, because it is a press that does not count.
+    /// All other events pass.
+    bool refuses(const QObject *control, const QEvent &event);
     /// Tells that the accepted press has clicked the control.
     void clicked() { m_hasClicked = true; }
 

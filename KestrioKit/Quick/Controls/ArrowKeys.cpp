@@ -1,5 +1,7 @@
 #include "KestrioKit/Quick/Controls/ArrowKeys.h"
 
+#include "KestrioKit/Core/Session/ArrowKeyTarget.h"
+
 #include <algorithm>
 
 namespace KestrioKit::Quick {
@@ -58,31 +60,7 @@ bool ArrowKeys::moveFocus(const QQuickItem *from, int key) {
     QList<ButtonItem *> buttons = m_buttons;
     buttons.removeIf([](const ButtonItem *button) { return !button->isEnabled(); });
     const qsizetype position = buttons.indexOf(from);
-    const qsizetype last = buttons.size() - 1;
-    qsizetype target = 0;
-    switch (key) {
-    case Qt::Key_Home:
-        break;
-    case Qt::Key_End:
-        target = last;
-        break;
-    case Qt::Key_Up:
-        target = position - 1;
-        break;
-    case Qt::Key_Down:
-        target = position + 1;
-        break;
-    case Qt::Key_Left:
-        target = m_isMirrored ? position + 1 : position - 1;
-        break;
-    case Qt::Key_Right:
-        target = m_isMirrored ? position - 1 : position + 1;
-        break;
-    default:
-        return false;
-    }
-    target = qBound(qsizetype(0), target, last);
-    // Beyond the ends the key scrolls the page.
+    const qsizetype target = arrowKeyTarget(key, position, buttons.size(), m_isMirrored);
     if (target == position)
         return false;
     buttons[target]->forceActiveFocus(Qt::TabFocusReason);

@@ -18,7 +18,9 @@ public:
     explicit PressGuard(const Clock &clock) : m_rule(clock) {}
 
     /// Returns whether `button` must ignore the event, because it is a second press.
-    bool ignores(const QObject &button, const QEvent &event);
+    bool ignores(const QObject &button, const QEvent &event) {
+        return m_rule.refuses(&button, event);
+    }
     /// Tells the guard that the button that was pressed last has been clicked.
     void clicked() { m_rule.clicked(); }
 

@@ -1,5 +1,7 @@
 #include "KestrioKit/Widgets/Controls/ArrowKeys.h"
 
+#include "KestrioKit/Core/Session/ArrowKeyTarget.h"
+
 #include <QKeyEvent>
 #include <QWidget>
 
@@ -29,33 +31,9 @@ bool ArrowKeys::eventFilter(QObject *watched, QEvent *event) {
 }
 
 bool ArrowKeys::moveFocus(const QWidget *from, int key) {
-    const bool isMirrored = from->layoutDirection() == Qt::RightToLeft;
     const qsizetype position = m_controls.indexOf(from);
-    const qsizetype last = m_controls.size() - 1;
-    qsizetype target = 0;
-    switch (key) {
-    case Qt::Key_Home:
-        break;
-    case Qt::Key_End:
-        target = last;
-        break;
-    case Qt::Key_Up:
-        target = position - 1;
-        break;
-    case Qt::Key_Down:
-        target = position + 1;
-        break;
-    case Qt::Key_Left:
-        target = isMirrored ? position + 1 : position - 1;
-        break;
-    case Qt::Key_Right:
-        target = isMirrored ? position - 1 : position + 1;
-        break;
-    default:
-        return false;
-    }
-    target = qBound(qsizetype(0), target, last);
-    // Beyond the ends the key scrolls the page.
+    const qsizetype target = arrowKeyTarget(key, position, m_controls.size(),
+                                            from->layoutDirection() == Qt::RightToLeft);
     if (target == position)
         return false;
     m_controls[target]->setFocus(Qt::TabFocusReason);

@@ -1,30 +1,6 @@
 #include "KestrioKit/Widgets/Controls/DoublePressFilter.h"
 
-#include <QKeyEvent>
-
 namespace KestrioKit {
-
-namespace {
-
-// These are the keys that click a `Button`.
-bool isPress(int key) {
-    return key == Qt::Key_Space || key == Qt::Key_Select || key == Qt::Key_Return ||
-           key == Qt::Key_Enter;
-}
-
-bool isPress(const QEvent &event) {
-    switch (event.type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick:
-        return true;
-    case QEvent::KeyPress:
-        return isPress(static_cast<const QKeyEvent &>(event).key());
-    default:
-        return false;
-    }
-}
-
-} // namespace
 
 DoublePressFilter::DoublePressFilter(const QList<QAbstractButton *> &buttons, const Clock &clock,
                                      QObject *parent)
@@ -36,8 +12,7 @@ DoublePressFilter::DoublePressFilter(const QList<QAbstractButton *> &buttons, co
 }
 
 bool DoublePressFilter::eventFilter(QObject *watched, QEvent *event) {
-    return isPress(*event) &&
-           !m_presses.accept(watched, event->type() == QEvent::MouseButtonDblClick);
+    return m_presses.refuses(watched, *event);
 }
 
 } // namespace KestrioKit
