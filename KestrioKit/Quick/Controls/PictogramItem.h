@@ -16,7 +16,7 @@ class PictogramItem : public QQuickPaintedItem {
 
 public:
     /// The drawings.
-    enum Shape { Cross, UncheckedBox, CheckedBox, Thanks };
+    enum Shape : int { Cross, UncheckedBox, CheckedBox, Thanks };
     Q_ENUM(Shape)
 
     PictogramItem() { setAntialiasing(true); }

@@ -7,7 +7,8 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
-// Enumerations for QML, where the names of values begin with capitals.
+// Enumerations for QML, where the names of values begin with capitals. QML may assign any number to
+// them, so their underlying type is fixed.
 namespace KestrioKit {
 
 /// See `::SurveyState`.
@@ -15,7 +16,7 @@ namespace QuickSurveyState {
 Q_NAMESPACE
 QML_NAMED_ELEMENT(SurveyState)
 
-enum Value {
+enum Value : int {
     NoSurvey = int(SurveyState::noSurvey),
     SurveyReady = int(SurveyState::surveyReady),
     Disabled = int(SurveyState::disabled),
@@ -28,7 +29,7 @@ namespace QuickSurveyAppearance {
 Q_NAMESPACE
 QML_NAMED_ELEMENT(SurveyAppearance)
 
-enum Value {
+enum Value : int {
     Light = int(SurveyAppearance::light),
     Dark = int(SurveyAppearance::dark),
     System = int(SurveyAppearance::system),
@@ -43,7 +44,7 @@ namespace QuickQuestionType {
 Q_NAMESPACE
 QML_NAMED_ELEMENT(SurveyQuestion)
 
-enum Value {
+enum Value : int {
     Other = int(SurveyQuestion::Type::Other),
     Open = int(SurveyQuestion::Type::Open),
     Likert = int(SurveyQuestion::Type::Likert),
