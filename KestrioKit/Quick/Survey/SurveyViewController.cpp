@@ -71,8 +71,9 @@ void SurveyViewController::layOut() {
     const qreal parked = area.height();
     const qreal top =
         parked + (bottom - cardHeight - parked) * m_flow.cardPosition() - m_flow.keyboardOffset();
+    const int left = (area.width() - cardWidth) / 2;
     m_surveyView->setHeight(cardHeight);
-    m_surveyView->setPosition(QPointF((area.width() - cardWidth) / 2, qRound(top)));
+    m_surveyView->setPosition(QPoint(left, qRound(top)));
 }
 
 void SurveyViewController::keyboardChanged() {
