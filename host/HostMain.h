@@ -2,7 +2,7 @@
 
 #include "host/HostWindow.h"
 
-// What the programs do alike, with windows of different kinds.
+// The host programs share these functions. They differ in the kind of their window.
 
 /// The exit code of a program that is called wrongly.
 inline constexpr int wrongUsage = 2;

@@ -6,7 +6,7 @@
 
 #include <QtQml/qqmlregistration.h>
 
-// What the screens know of the core. The core itself does not link Qt Qml.
+// The types of the core that the screens use. The core itself does not link Qt Qml.
 namespace KestrioKit::Quick {
 
 struct QuickScreenMetrics {

@@ -15,7 +15,7 @@
 
 namespace KestrioKit::Quick {
 
-/// What the screens of one survey look like and say: sizes, colours, fonts, texts and identifiers.
+/// Holds the look and the texts of one survey: sizes, colours, fonts, fixed texts and identifiers.
 /// Lengths are in device-independent pixels. Use it on the main thread only.
 class ScreenStyle final : public QObject {
     Q_OBJECT
