@@ -3,7 +3,6 @@
 #include <QCursor>
 #include <QKeyEvent>
 #include <QPointerEvent>
-#include <QScopedValueRollback>
 
 namespace KestrioKit::Quick {
 

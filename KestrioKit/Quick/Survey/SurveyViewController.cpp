@@ -94,6 +94,8 @@ void SurveyViewController::visibilityChanged() {
 
 // A visitor who answers with the keyboard sees the focus on the next page, too.
 void SurveyViewController::noteFocus() {
+    if (!window())
+        return;
     const auto *const control = qobject_cast<const ButtonItem *>(window()->activeFocusItem());
     m_focusReason =
         control && control->isFocusVisible() ? Qt::TabFocusReason : Qt::OtherFocusReason;
@@ -180,6 +182,9 @@ void SurveyViewController::windowGone() {
 }
 
 void SurveyViewController::leave() {
+    // In an item of the host's, the visitor may be busy elsewhere.
+    if (!isModal() && !hasFocusInside())
+        return;
     forceActiveFocus(Qt::OtherFocusReason);
     KeyboardObserver::hide();
 }
